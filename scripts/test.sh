@@ -1,0 +1,9 @@
+#!/usr/bin/env bash
+# Runs every test: the C++ unit tests through ctest, then the Python tests against the
+# installed module. Installs what it needs first (scripts/setup.sh).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+ctest --test-dir build/py --output-on-failure -j 2
+# Run from the tests folder so that `import zep` finds the installed module, not the sources.
+cd tests/python && ../../.venv/bin/python -m pytest -q -p no:cacheprovider .

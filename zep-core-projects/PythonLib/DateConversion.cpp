@@ -1,0 +1,53 @@
+#include "DateConversion.hpp"
+
+#include <datetime.h>
+
+#include <string_view>
+
+#include "ExceptionTranslation.hpp"
+
+namespace zep::python {
+
+namespace {
+bool IsDateTimeDate(PyObject* object) {
+    // The datetime C API is bound on first use, not at import, to keep start-up short.
+    if (PyDateTimeAPI == nullptr) {
+        PyDateTime_IMPORT;
+        if (PyDateTimeAPI == nullptr) {
+            PyErr_Clear();
+            return false;
+        }
+    }
+    return PyDate_Check(object);
+}
+}  // namespace
+
+bool LooksLikeDate(PyObject* object) { return PyUnicode_Check(object) || IsDateTimeDate(object); }
+
+Conversion DateFromPython(PyObject* object, zep::Date& date) {
+    if (PyUnicode_Check(object)) {
+        Py_ssize_t size = 0;
+        const char* text = PyUnicode_AsUTF8AndSize(object, &size);
+        if (text == nullptr) return Conversion::Failed;
+        try {
+            date = zep::Date(std::string_view(text, static_cast<std::size_t>(size)));
+        } catch (...) {
+            SetPythonErrorFromActiveException();
+            return Conversion::Failed;
+        }
+        return Conversion::Converted;
+    }
+    if (IsDateTimeDate(object)) {
+        try {
+            date = zep::Date(PyDateTime_GET_DAY(object), PyDateTime_GET_MONTH(object),
+                             PyDateTime_GET_YEAR(object));
+        } catch (...) {
+            SetPythonErrorFromActiveException();
+            return Conversion::Failed;
+        }
+        return Conversion::Converted;
+    }
+    return Conversion::NotADate;
+}
+
+}  // namespace zep::python

@@ -1,0 +1,30 @@
+// Codes shared with the risk-metrics layer: product families, metric identifiers and the
+// factors of market scenarios. Each group is numbered from 0 in its listed order.
+#pragma once
+
+namespace zep::metrics {
+
+// Only the families named so far; the gap is reserved for the rate, credit and FX products.
+enum class ProductType { CASH_RATES = 0, FRN = 1, SHORT_TERM_PAPER = 2, IRS = 3, OIS = 4,
+                         WM_PRODUCT = 55, NON_STANDARD = 56 };
+enum class Metric { PV = 0, MARKET_VALUE = 1, NPV = 2 };
+enum class UnitCode { CCY, CCY_PER_BP, CCY_PER_BP2, CCY_PER_PCT, CCY_PER_DAY, YEAR, YEAR_PER_BP,
+                      PCT, BP, PROB, COUNT };
+enum class MetricAggregationType { SUM, WEIGHTED_AVERAGE, MARKET_VALUE_WEIGHTED, NO_AGGREGATION,
+                                   SPECIAL_CALCULATION, PORTFOLIO_RECALC_ONLY, COMPONENT_SUM, MAX,
+                                   MIN, FIRST, LAST };
+enum class MetricProvenance { NORMAL, PLACEHOLDER, MOCK, DEGRADED, ERROR_FALLBACK };
+enum class BondAdapterPricingMode { AUTO, MARKET, MODEL };
+enum class YieldCurveFactor { LEVEL, SLOPE, CURVATURE, KEY_RATE, TWIST_SHORT_LONG };
+enum class FXForwardFactor { SPOT_SHOCK, FORWARD_POINTS_LEVEL, FORWARD_POINTS_SLOPE,
+                             KEY_TENOR_SHOCK };
+enum class VolSurfaceFactor { ATM_VOL_LEVEL, VOL_TERM_STRUCTURE, RISK_REVERSAL_25D, BUTTERFLY_25D,
+                              RISK_REVERSAL_10D, BUTTERFLY_10D, VOL_SMILE_SHIFT };
+enum class SpreadCurveFactor { SPREAD_LEVEL, SPREAD_SLOPE, SPREAD_CURVATURE, KEY_SPREAD_SHOCK,
+                               WIDENING, TIGHTENING };
+enum class CreditCurveFactor { CDS_SPREAD_LEVEL, CDS_SPREAD_SLOPE, HAZARD_RATE_LEVEL,
+                               DEFAULT_PROB_SHOCK, RECOVERY_RATE_SHOCK };
+enum class ScenarioType { DETERMINISTIC, HISTORICAL, REGULATORY, CUSTOM };
+enum class ScenarioGroupApplyMode { SEQUENTIAL, PARALLEL };
+
+}  // namespace zep::metrics

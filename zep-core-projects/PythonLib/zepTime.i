@@ -1,0 +1,116 @@
+// Dates, tenors and frequencies. Wherever a date is expected, a zep.Date, a date text or a
+// datetime.date is accepted.
+%{
+#include "lum-time/Date.hpp"
+#include "lum-time/Frequency.hpp"
+#include "lum-time/Period.hpp"
+#include "DateConversion.hpp"
+%}
+
+%typemap(in) const zep::Date& (zep::Date converted) {
+    if ($input == Py_None) {
+        SWIG_exception_fail(SWIG_NullReferenceError, "invalid null reference " "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
+    }
+    {
+        void* pointer = nullptr;
+        if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor, 0))) {
+            $1 = reinterpret_cast<$ltype>(pointer);
+        } else {
+            const auto outcome = zep::python::DateFromPython($input, converted);
+            if (outcome == zep::python::Conversion::Failed) SWIG_fail;
+            if (outcome == zep::python::Conversion::NotADate) {
+                SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
+            }
+            $1 = &converted;
+        }
+    }
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const zep::Date& {
+    $1 = zep::python::LooksLikeDate($input) ||
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor, SWIG_POINTER_NO_NULL));
+}
+
+namespace zep {
+%ignore Date::Date(std::string_view);
+%ignore Date::operator=;
+%ignore Date::operator++;
+%ignore Date::operator--;
+%ignore Date::operator+;
+%ignore Date::operator-;
+%ignore operator<<;
+%rename(__lt__) Period::operator<;
+}
+
+%feature("docstring") zep::Date
+"A calendar date, stored as a spreadsheet-compatible serial day number.
+
+Date() is the null date; Date(serial), Date(day, month, year), and Date(text) with any of
+YYYY/MM/DD, YYYY-MM-DD, DD/MM/YYYY, DD-MM-YYYY, YYYYMMDD, DD-MM-YY, DD/MM/YY, DDMMYYYY,
+DDMthYY, DDMMYY; a datetime.date is accepted too. Valid dates run 1901-01-01 to 2199-12-31.";
+%feature("docstring") zep::Period
+"A tenor: Period(length, unit), Period(text) such as '3M', '-1Y', 'O/N', 'SW', or
+Period(frequency) for the coupon period of a regular frequency.";
+
+%include "lum-time/Frequency.hpp"
+%include "lum-time/Date.hpp"
+%include "lum-time/Period.hpp"
+
+%extend zep::Date {
+    Date(const zep::Date& other) { return new zep::Date(other); }
+    zep::Date __add__(std::int32_t days) const { return *$self + days; }
+    zep::Date __add__(const zep::Period& period) const { return *$self + period; }
+    zep::Date __radd__(std::int32_t days) const { return *$self + days; }
+    std::int32_t __sub__(const zep::Date& other) const {
+        return $self->SerialNumber() - other.SerialNumber();
+    }
+    zep::Date __sub__(std::int32_t days) const { return *$self - days; }
+    zep::Date __sub__(const zep::Period& period) const {
+        return $self->Advance(-period.Length(), period.Units());
+    }
+    std::string __str__() const { return $self->ToString(); }
+    %pythoncode %{
+        def __repr__(self):
+            if self.IsNull():
+                return "zep.Date()"
+            return "zep.Date('%04d-%02d-%02d')" % (self.Year(), self.Month(), self.DayOfMonth())
+
+        def __hash__(self):
+            return hash(self.SerialNumber())
+
+        def _compare(self, other, test):
+            if not isinstance(other, Date):
+                try:
+                    other = Date(other)
+                except (TypeError, RuntimeError):
+                    return NotImplemented
+            return test(self.SerialNumber(), other.SerialNumber())
+
+        def __eq__(self, other): return self._compare(other, int.__eq__)
+        def __ne__(self, other): return self._compare(other, int.__ne__)
+        def __lt__(self, other): return self._compare(other, int.__lt__)
+        def __le__(self, other): return self._compare(other, int.__le__)
+        def __gt__(self, other): return self._compare(other, int.__gt__)
+        def __ge__(self, other): return self._compare(other, int.__ge__)
+
+        def to_date(self):
+            """The date as a datetime.date."""
+            import datetime
+            return datetime.date(self.Year(), self.Month(), self.DayOfMonth())
+    %}
+}
+
+%extend zep::Period {
+    std::string __str__() const { return $self->Text(); }
+    %pythoncode %{
+        def __repr__(self):
+            return "zep.Period('%s')" % self.Text()
+
+        def __eq__(self, other):
+            if not isinstance(other, Period):
+                return NotImplemented
+            return (self.Length(), self.Units()) == (other.Length(), other.Units())
+
+        def __hash__(self):
+            return hash((self.Length(), self.Units()))
+    %}
+}

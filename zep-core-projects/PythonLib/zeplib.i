@@ -1,0 +1,25 @@
+// The zep module: one interface file per subsystem, included here in dependency order.
+%module zep
+
+%{
+#include "ExceptionTranslation.hpp"
+%}
+
+%include <stdint.i>
+%include <std_string.i>
+%include <std_vector.i>
+%include <std_map.i>
+%include <boost_shared_ptr.i>
+
+// Every library call runs inside this guard; the translation keeps the library's catch order.
+%exception {
+    try {
+        $action
+    } catch (...) {
+        zep::python::SetPythonErrorFromActiveException();
+        SWIG_fail;
+    }
+}
+
+%include "zepFrame.i"
+%include "zepTime.i"
