@@ -4,6 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
-ctest --test-dir build/py --output-on-failure -j 2
+.venv/bin/ctest --test-dir build/py --output-on-failure -j 2
 # Run from the tests folder so that `import zep` finds the installed module, not the sources.
 cd tests/python && ../../.venv/bin/python -m pytest -q -p no:cacheprovider .
