@@ -67,7 +67,13 @@ private:
         if (depth == 0 || Pick(3) == 0) {
             // A condition that opens with "(" is a parenthesised condition, so the left side
             // must not start with one.
-            std::string text = "0 + " + Expression(2) + " " + comparators[Pick(6)] + " " + Expression(1);
+            const std::string comparator = std::string(" ") + comparators[Pick(6)] + " ";
+            std::string text;
+            switch (Pick(3)) {
+                case 0: text = "0 + " + Expression(2) + comparator + Expression(1); break;
+                case 1: text = Variable() + comparator + Number(); break;
+                default: text = Number() + comparator + Variable(); break;
+            }
             if (Pick(4) == 0) text += "; 0.5";
             return text;
         }
