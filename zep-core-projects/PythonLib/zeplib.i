@@ -25,3 +25,4 @@
 %include "zepTime.i"
 %include "zepReport.i"
 %include "zepScript.i"
+%include "zepCalendar.i"
