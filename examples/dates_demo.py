@@ -27,3 +27,18 @@ try:
     zep.Date(5)
 except RuntimeError as error:
     print(f"  zep.Date(5) -> RuntimeError: {error}")
+
+calendar = zep.Calendar()
+print("\nBusiness-day rolls on the shipped holiday calendars:")
+for text, rule, centres in [("2025-05-31", "modified following", ""), ("2025-05-31", "following", ""),
+                            ("2025-12-25", "following", "LON"), ("2025-12-25", "following", "LON+NYC"),
+                            ("2026-02-16", "following", "SYB")]:
+    rolled = calendar.Adjust(zep.Date(text), zep.stringToDateAdjusterRule(rule), centres)
+    print(f"  {text} {rule:>18} in {centres or 'weekends only':>14} -> {rolled}")
+
+start, end = zep.Date("2024-03-15"), zep.Date("2024-09-30")
+print(f"\nDay counts from {start} to {end}:")
+for name in ["Act360", "Act365Fixed", "Thirty360", "ThirtyE360ISDA", "ActActISDA", "Act252"]:
+    counter = zep.DayCounter(zep.stringToConvention(name))
+    print(f"  {counter.ToString():>15}: {counter.DayCount(start, end):4d} days, "
+          f"year fraction {counter.YearFraction(start, end):.6f}")
