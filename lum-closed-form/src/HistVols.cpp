@@ -14,7 +14,9 @@ bool UsesLambda(int model) {
     return model == HistVols::EwmaRecursion || model == HistVols::EwmaNormalised;
 }
 
-void CheckModel(int sampleNum, std::size_t returnCount, int model, double lambda) {
+}  // namespace
+
+void HistVols::CheckModel(int sampleNum, std::size_t returnCount, int model, double lambda) {
     ZEP_REQUIRE(sampleNum >= 2 && returnCount >= static_cast<std::size_t>(sampleNum),
                 "not enough return samples");
     ZEP_REQUIRE(model == HistVols::EqualWeights || UsesLambda(model), "unknown HistVols model");
@@ -22,7 +24,7 @@ void CheckModel(int sampleNum, std::size_t returnCount, int model, double lambda
 }
 
 // The annualised volatility of one window of returns under the model.
-double WindowVol(std::span<const double> window, int model, double lambda, double annualisation) {
+double HistVols::WindowVol(std::span<const double> window, int model, double lambda, double annualisation) {
     const double n = static_cast<double>(window.size());
     double variance = 0.0;
     if (model == HistVols::EqualWeights) {
@@ -51,8 +53,6 @@ double WindowVol(std::span<const double> window, int model, double lambda, doubl
     }
     return std::sqrt(std::max(variance, 0.0) * annualisation);
 }
-
-}  // namespace
 
 HistVols::HistVols(std::vector<Date> dates, std::vector<double> quotes) {
     ZEP_REQUIRE(dates.size() == quotes.size(), "dates and quotes not same size!");

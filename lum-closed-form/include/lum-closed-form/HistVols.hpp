@@ -2,6 +2,7 @@
 // realised figure desks set against implied volatility.
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "lum-time/Date.hpp"
@@ -39,6 +40,9 @@ public:
 
 private:
     std::vector<double> Returns(int returnKind) const;
+    static void CheckModel(int sampleNum, std::size_t returnCount, int model, double lambda);
+    static double WindowVol(std::span<const double> window, int model, double lambda,
+                            double annualisation);
 
     std::vector<Date> m_dates;
     std::vector<double> m_quotes;
