@@ -5,6 +5,7 @@
 
 #include "lum-auxiliary/ParallelRange.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
+#include "VanillaBookLanes.hpp"
 
 namespace zep {
 
@@ -42,25 +43,32 @@ void PriceVanillaBook(const VanillaBookInputs& book, std::span<const double> vol
     RequireLength(volatilities, rows);
     for (auto output : {prices, deltas, gammas, vegas, thetas}) RequireLength(output, rows);
 
-    ForEachHalf(rows, kPricingRowsForTwoThreads, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = begin; i < end; ++i) {
-            if (!IsOptionType(book.optionTypes[i])) {
-                prices[i] = deltas[i] = gammas[i] = vegas[i] = thetas[i] = kNaN;
-                continue;
-            }
-            try {
-                BSVanilla engine(static_cast<int>(book.optionTypes[i]), book.strikes[i],
-                                 volatilities[i], book.timesToExpiry[i], book.timesToDelivery[i],
-                                 book.domesticRates[i], book.foreignRates[i], book.spots[i]);
-                prices[i] = engine.Price();
-                deltas[i] = engine.Delta();
-                gammas[i] = engine.Gamma();
-                vegas[i] = engine.Vega();
-                thetas[i] = engine.Theta();
-            } catch (...) {
-                prices[i] = deltas[i] = gammas[i] = vegas[i] = thetas[i] = kNaN;
-            }
+    const auto priceRow = [&](std::size_t i) {
+        if (!IsOptionType(book.optionTypes[i])) {
+            prices[i] = deltas[i] = gammas[i] = vegas[i] = thetas[i] = kNaN;
+            return;
         }
+        try {
+            BSVanilla engine(static_cast<int>(book.optionTypes[i]), book.strikes[i], volatilities[i],
+                             book.timesToExpiry[i], book.timesToDelivery[i], book.domesticRates[i],
+                             book.foreignRates[i], book.spots[i]);
+            prices[i] = engine.Price();
+            deltas[i] = engine.Delta();
+            gammas[i] = engine.Gamma();
+            vegas[i] = engine.Vega();
+            thetas[i] = engine.Theta();
+        } catch (...) {
+            prices[i] = deltas[i] = gammas[i] = vegas[i] = thetas[i] = kNaN;
+        }
+    };
+    const bool lanes = detail::VanillaBookLanesAvailable();
+    ForEachHalf(rows, kPricingRowsForTwoThreads, [&](std::size_t begin, std::size_t end) {
+        std::size_t i = begin;
+        for (; lanes && i + 4 <= end; i += 4) {
+            if (!detail::PriceFourRows(book, volatilities, prices, deltas, gammas, vegas, thetas, i))
+                for (std::size_t row = i; row < i + 4; ++row) priceRow(row);
+        }
+        for (; i < end; ++i) priceRow(i);
     });
 }
 
@@ -71,21 +79,28 @@ void ImpliedVolatilityBook(const VanillaBookInputs& book, std::span<const double
     RequireLength(premiums, rows);
     RequireLength(volatilities, rows);
 
-    ForEachHalf(rows, kSolvingRowsForTwoThreads, [&](std::size_t begin, std::size_t end) {
-        for (std::size_t i = begin; i < end; ++i) {
-            if (!IsOptionType(book.optionTypes[i])) {
-                volatilities[i] = kNaN;
-                continue;
-            }
-            try {
-                volatilities[i] = BSVanilla::VolImpliedFromPrice(
-                    static_cast<int>(book.optionTypes[i]), book.strikes[i], book.timesToExpiry[i],
-                    book.timesToDelivery[i], book.domesticRates[i], book.foreignRates[i],
-                    book.spots[i], premiums[i], volatilityLimit);
-            } catch (...) {
-                volatilities[i] = kNaN;
-            }
+    const auto solveRow = [&](std::size_t i) {
+        if (!IsOptionType(book.optionTypes[i])) {
+            volatilities[i] = kNaN;
+            return;
         }
+        try {
+            volatilities[i] = BSVanilla::VolImpliedFromPrice(
+                static_cast<int>(book.optionTypes[i]), book.strikes[i], book.timesToExpiry[i],
+                book.timesToDelivery[i], book.domesticRates[i], book.foreignRates[i], book.spots[i],
+                premiums[i], volatilityLimit);
+        } catch (...) {
+            volatilities[i] = kNaN;
+        }
+    };
+    const bool lanes = detail::VanillaBookLanesAvailable();
+    ForEachHalf(rows, kSolvingRowsForTwoThreads, [&](std::size_t begin, std::size_t end) {
+        std::size_t i = begin;
+        for (; lanes && i + 8 <= end; i += 8) {
+            if (!detail::SolveEightRows(book, premiums, volatilities, volatilityLimit, i))
+                for (std::size_t row = i; row < i + 8; ++row) solveRow(row);
+        }
+        for (; i < end; ++i) solveRow(i);
     });
 }
 
