@@ -26,3 +26,4 @@
 %include "zepReport.i"
 %include "zepScript.i"
 %include "zepCalendar.i"
+%include "zepVanilla.i"

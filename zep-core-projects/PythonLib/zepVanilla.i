@@ -1,0 +1,154 @@
+// Black-Scholes vanilla options: the engine (BSVanilla, MBSVanilla), historical volatility
+// (HistVols) and the NumPy book entry points (PriceVanillaBook, ImpliedVolatilityBook).
+%{
+#include "lum-closed-form/BSVanilla.hpp"
+#include "lum-closed-form/HistVols.hpp"
+#include "lum-closed-form/VanillaBook.hpp"
+#include "DoubleBuffer.hpp"
+#include "MBSVanilla.hpp"
+%}
+
+// NumPy arrays travel as spans over their own memory: read for inputs, filled in place for outputs.
+%typemap(in) std::span<const double> (zep::python::DoubleBuffer buffer) {
+    if (!buffer.Acquire($input, false)) SWIG_fail;
+    $1 = buffer.Span();
+}
+%typemap(in) std::span<double> (zep::python::DoubleBuffer buffer) {
+    if (!buffer.Acquire($input, true)) SWIG_fail;
+    $1 = buffer.Span();
+}
+
+// HistVols takes its series as any Python sequences (dates as zep.Date, text or datetime.date)
+// and hands its results back as lists.
+%typemap(in) std::vector<zep::Date> dates (std::vector<zep::Date> values) {
+    PyObject* items = PySequence_Fast($input, "expected a sequence of dates");
+    if (!items) SWIG_fail;
+    for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items); ++i) {
+        PyObject* item = PySequence_Fast_GET_ITEM(items, i);
+        void* pointer = nullptr;
+        if (SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date*), SWIG_POINTER_NO_NULL))) {
+            values.push_back(*static_cast<zep::Date*>(pointer));
+            continue;
+        }
+        zep::Date date;
+        const auto outcome = zep::python::DateFromPython(item, date);
+        if (outcome != zep::python::Conversion::Converted) {
+            Py_DECREF(items);
+            if (outcome == zep::python::Conversion::NotADate)
+                PyErr_SetString(PyExc_TypeError, "expected a sequence of dates");
+            SWIG_fail;
+        }
+        values.push_back(date);
+    }
+    Py_DECREF(items);
+    $1 = values;
+}
+%typemap(in) std::vector<double> quotes (std::vector<double> values) {
+    PyObject* items = PySequence_Fast($input, "expected a sequence of numbers");
+    if (!items) SWIG_fail;
+    for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items); ++i) {
+        const double value = PyFloat_AsDouble(PySequence_Fast_GET_ITEM(items, i));
+        if (value == -1.0 && PyErr_Occurred()) {
+            Py_DECREF(items);
+            SWIG_fail;
+        }
+        values.push_back(value);
+    }
+    Py_DECREF(items);
+    $1 = values;
+}
+%typemap(out) const std::vector<double>& setAll, const std::vector<double>& Vols,
+              const std::vector<double>& Quotes {
+    $result = PyList_New($1->size());
+    for (std::size_t i = 0; i < $1->size(); ++i) PyList_SET_ITEM($result, i, PyFloat_FromDouble((*$1)[i]));
+}
+%typemap(out) const std::vector<zep::Date>& VolDates, const std::vector<zep::Date>& Dates {
+    $result = PyList_New($1->size());
+    for (std::size_t i = 0; i < $1->size(); ++i)
+        PyList_SET_ITEM($result, i, SWIG_NewPointerObj(new zep::Date((*$1)[i]), $descriptor(zep::Date*), SWIG_POINTER_OWN));
+}
+
+namespace zep {
+%ignore BSVanilla::kMinimumVolatility;
+%ignore BSVanilla::kExpiryThreshold;
+%ignore VanillaBookInputs;
+%ignore PriceVanillaBook;
+%ignore ImpliedVolatilityBook;
+}
+namespace zep::python {
+%ignore MWrapper;
+}
+
+%feature("docstring") zep::BSVanilla
+"European call (type 0) or put (type 1) under Black-Scholes with a domestic and a foreign rate:
+BSVanilla(type, strike, vol, timeToExpiry, timeToDelivery, rd, rf, spot), or
+BSVanilla.FromForward(..., forward, spot=-1). Theta is per day, ThetaPerYear per year.";
+%feature("docstring") zep::python::MBSVanilla
+"The engine behind the M-class frame: failures read 'MBSVanilla::<operation> failed: ...'.";
+%feature("docstring") zep::HistVols
+"Rolling-window historical volatility: HistVols(dates, prices); setAll(sampleNum, model=0,
+lambda=0.94, returnKind=1, annualisationFactor=252); models 0 equal weights, 1 EWMA recursion
+from zero, 2 EWMA with weights normalised by 1 - lambda^n; returnKind 1 log, 0 simple.";
+
+%include "lum-closed-form/BSVanilla.hpp"
+%include "lum-closed-form/HistVols.hpp"
+%include "MBSVanilla.hpp"
+
+%inline %{
+namespace zep::python {
+// Raw entry points behind PriceVanillaBook and ImpliedVolatilityBook below.
+void PriceVanillaBookInto(std::span<const double> types, std::span<const double> strikes,
+                          std::span<const double> vols, std::span<const double> expiries,
+                          std::span<const double> deliveries, std::span<const double> domesticRates,
+                          std::span<const double> foreignRates, std::span<const double> spots,
+                          std::span<double> prices, std::span<double> deltas,
+                          std::span<double> gammas, std::span<double> vegas,
+                          std::span<double> thetas) {
+    zep::PriceVanillaBook({types, strikes, expiries, deliveries, domesticRates, foreignRates, spots},
+                          vols, prices, deltas, gammas, vegas, thetas);
+}
+void ImpliedVolatilityBookInto(std::span<const double> types, std::span<const double> strikes,
+                               std::span<const double> expiries, std::span<const double> deliveries,
+                               std::span<const double> domesticRates,
+                               std::span<const double> foreignRates, std::span<const double> spots,
+                               std::span<const double> premiums, std::span<double> vols,
+                               double volatilityLimit) {
+    zep::ImpliedVolatilityBook({types, strikes, expiries, deliveries, domesticRates, foreignRates, spots},
+                               premiums, vols, volatilityLimit);
+}
+}
+%}
+
+%pythoncode %{
+def _book_columns(*columns):
+    import numpy
+    arrays = numpy.broadcast_arrays(*[numpy.asarray(c, dtype=numpy.float64) for c in columns])
+    return [numpy.ascontiguousarray(a.reshape(-1)) for a in arrays], arrays[0].shape
+
+
+def PriceVanillaBook(types, strikes, vols, expiries, deliveries, rd, rf, spots):
+    """Price a book of vanillas in one call.
+
+    Arguments are arrays (or scalars, broadcast): option type 0 call / 1 put, strike, volatility,
+    years to expiry, years to delivery, domestic and foreign continuous rates, spot. Returns
+    (price, delta, gamma, vega, theta per day) as float64 arrays of the book's shape; a row the
+    engine would refuse (bad type, volatility below 1e-10, negative spot) gives NaN."""
+    import numpy
+    columns, shape = _book_columns(types, strikes, vols, expiries, deliveries, rd, rf, spots)
+    outputs = [numpy.empty(columns[0].size) for _ in range(5)]
+    PriceVanillaBookInto(*columns, *outputs)
+    return tuple(o.reshape(shape) for o in outputs)
+
+
+def ImpliedVolatilityBook(types, strikes, expiries, deliveries, rd, rf, spots, premiums,
+                          volatilityLimit=1e-4):
+    """Implied volatilities of a book of premiums (BSVanilla.VolImpliedFromPrice row by row).
+
+    Arrays or broadcast scalars as for PriceVanillaBook, plus each premium; NaN where the
+    solver fails or a row is invalid."""
+    import numpy
+    columns, shape = _book_columns(types, strikes, expiries, deliveries, rd, rf, spots, premiums)
+    vols = numpy.empty(columns[0].size)
+    ImpliedVolatilityBookInto(*columns, vols, volatilityLimit)
+    return vols.reshape(shape)
+%}
