@@ -87,16 +87,19 @@ double LagrangeBasis(const std::vector<A>& nodes, std::size_t j, double x) {
 
 template <class A, class O, class V>
 Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, InterpolationMethod method,
-                                      ExtrapolationMethod extrapolation, MethodMap methods)
+                                      ExtrapolationMethod extrapolation, InterpolationMethodMap methods)
     : m_x(std::move(x)),
       m_y(std::move(y)),
       m_method(method),
       m_interpolationMethods(std::move(methods)),
-      m_extrapolation(extrapolation) {}
+      m_extrapolation(extrapolation) {
+    m_logY.reserve(m_y.size());
+    for (const O& value : m_y) m_logY.push_back(std::log(static_cast<double>(value)));
+}
 
 template <class A, class O, class V>
 Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, InterpolationMethod method,
-                                      ExtrapolationMethod extrapolation, MethodMap methods,
+                                      ExtrapolationMethod extrapolation, InterpolationMethodMap methods,
                                       double leftDer, double rightDer)
     : Interpolation(std::move(x), std::move(y), method, extrapolation, std::move(methods)) {
     SetBoundaryDerivatives(leftDer, rightDer);
@@ -105,7 +108,7 @@ Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, Interp
 template <class A, class O, class V>
 Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y,
                                       std::vector<std::vector<V>> z, InterpolationMethod method,
-                                      ExtrapolationMethod extrapolation, MethodMap methods)
+                                      ExtrapolationMethod extrapolation, InterpolationMethodMap methods)
     : Interpolation(std::move(x), std::move(y), method, extrapolation, std::move(methods)) {
     m_z = std::move(z);
 }
@@ -163,7 +166,7 @@ double Interpolation<A, O, V>::InteriorValue(InterpolationMethod method, std::si
             return (p0 + (p1 - p0) / (x1 - x0) * (x - x0)) / x;
         }
         case LogLinearInterpolation: {
-            const double l0 = std::log(y0), l1 = std::log(y1);
+            const double l0 = m_logY[i], l1 = m_logY[i + 1];
             return std::exp(l0 + (l1 - l0) / (x1 - x0) * (x - x0));
         }
         case LagrangeInterpolation:
@@ -299,7 +302,7 @@ double Interpolation<A, O, V>::FFQ(double x) const {
     const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(m_x.size());
     if (n < 3) Fail("Interpolation: ffq needs at least three nodes");
     auto X = [&](std::ptrdiff_t j) { return static_cast<double>(m_x[j]); };
-    auto z = [&](std::ptrdiff_t j) { return -std::log(static_cast<double>(m_y[j])); };
+    auto z = [&](std::ptrdiff_t j) { return -m_logY[j]; };
     const double q = m_shortRate >= 0.0 ? m_shortRate / 365.0 : 0.0;
 
     std::ptrdiff_t k;
@@ -437,7 +440,7 @@ template <class A, class O, class V>
 void Interpolation<A, O, V>::LoadSettings(const boost::property_tree::ptree& fields) {
     const auto method = static_cast<InterpolationMethod>(fields.get<std::uint32_t>("m_method"));
     const auto extrapolation = static_cast<ExtrapolationMethod>(fields.get<std::uint32_t>("m_extrapolation"));
-    MethodMap regions;
+    InterpolationMethodMap regions;
     for (const auto& [unused, region] : fields.get_child("m_interpolationMethods"))
         regions[fields::GetDouble(region, "threshold")] =
             static_cast<InterpolationMethod>(region.template get<std::uint32_t>("method"));

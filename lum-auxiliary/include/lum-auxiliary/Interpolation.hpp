@@ -38,24 +38,25 @@ InterpolationMethod stringToInterpolationMethod(const std::string& text);
 std::string ExtrapolationMethodToString(std::uint32_t extrapolation);
 ExtrapolationMethod stringToExtrapolationMethod(const std::string& text);
 
+// Abscissa threshold -> method in force from that threshold on.
+using InterpolationMethodMap = std::map<double, InterpolationMethod>;
+
 template <class Abscissa, class Ordinate, class Value>
 class Interpolation {
 public:
-    // Abscissa threshold -> method in force from that threshold on.
-    using MethodMap = std::map<double, InterpolationMethod>;
 
     Interpolation() = default;
     // One-dimensional: y[i] is the value at x[i].
     Interpolation(std::vector<Abscissa> x, std::vector<Ordinate> y, InterpolationMethod method,
-                  ExtrapolationMethod extrapolation, MethodMap methods = {});
+                  ExtrapolationMethod extrapolation, InterpolationMethodMap methods = {});
     // As above with the end derivatives of the clamped spline given.
     Interpolation(std::vector<Abscissa> x, std::vector<Ordinate> y, InterpolationMethod method,
-                  ExtrapolationMethod extrapolation, MethodMap methods, double leftDer,
+                  ExtrapolationMethod extrapolation, InterpolationMethodMap methods, double leftDer,
                   double rightDer);
     // Two-dimensional: z[i][j] is the value at (x[i], y[j]).
     Interpolation(std::vector<Abscissa> x, std::vector<Ordinate> y,
                   std::vector<std::vector<Value>> z, InterpolationMethod method,
-                  ExtrapolationMethod extrapolation, MethodMap methods = {});
+                  ExtrapolationMethod extrapolation, InterpolationMethodMap methods = {});
 
     double Evaluate(double x) const;
     double Evaluate(double x, double y) const;
@@ -73,7 +74,7 @@ public:
     const std::vector<std::vector<Value>>& Z() const { return m_z; }
     InterpolationMethod Method() const { return m_method; }
     ExtrapolationMethod Extrapolation() const { return m_extrapolation; }
-    const MethodMap& Methods() const { return m_interpolationMethods; }
+    const InterpolationMethodMap& Methods() const { return m_interpolationMethods; }
     double LeftDerivative() const { return m_leftDer; }
     double RightDerivative() const { return m_rightDer; }
     double ShortRate() const { return m_shortRate; }
@@ -97,9 +98,11 @@ private:
 
     std::vector<Abscissa> m_x;
     std::vector<Ordinate> m_y;
+    // ln y at each node, taken once at construction so that log-linear evaluation costs one exp.
+    std::vector<double> m_logY;
     std::vector<std::vector<Value>> m_z;
     InterpolationMethod m_method = LinearInterpolation;
-    MethodMap m_interpolationMethods;
+    InterpolationMethodMap m_interpolationMethods;
     ExtrapolationMethod m_extrapolation = FlatExtrapolation;
     double m_shortRate = -1.0;
     double m_leftDer = 0.0;
