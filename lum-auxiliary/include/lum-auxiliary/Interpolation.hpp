@@ -60,6 +60,8 @@ public:
 
     double Evaluate(double x) const;
     double Evaluate(double x, double y) const;
+    // Second derivatives of the natural cubic spline at the nodes (zero at both ends).
+    std::vector<double> NaturalSecondDerivatives() const;
 
     // End derivatives for the clamped spline, read off the data as the extrapolation suggests.
     void autoSetBoundaryDerivatives();
@@ -90,7 +92,6 @@ private:
     double InteriorValue(InterpolationMethod method, std::size_t i, double x) const;
     double FFQ(double x) const;
     double Spline(const std::vector<double>& secondDerivatives, std::size_t i, double x) const;
-    std::vector<double> NaturalSecondDerivatives() const;
     std::vector<double> ClampedSecondDerivatives() const;
     std::vector<double> SecondDerivatives(bool clamped) const;
     double CubicExtrapolate(double x) const;
