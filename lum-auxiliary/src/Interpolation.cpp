@@ -95,6 +95,51 @@ Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, Interp
       m_extrapolation(extrapolation) {
     m_logY.reserve(m_y.size());
     for (const O& value : m_y) m_logY.push_back(std::log(static_cast<double>(value)));
+    if (m_x.size() == m_y.size()) {
+        for (std::size_t k = 0; k + 1 < m_x.size(); ++k)
+            m_slopes.push_back((m_y[k + 1] - m_y[k]) / (static_cast<double>(m_x[k + 1]) - m_x[k]));
+    }
+    IndexIntervals();
+}
+
+template <class A, class O, class V>
+std::size_t Interpolation<A, O, V>::BucketOf(double x) const {
+    return std::min(static_cast<std::size_t>((x - m_x.front()) * m_bucketsPerUnit), m_bucketIntervals.size() - 1);
+}
+
+// Buckets narrow enough that few nodes share one (at most 4096 buckets). A bucket's entry counts
+// the interior nodes in earlier buckets: those all lie below any point of the bucket, since the
+// bucket of a value never decreases as the value grows, so the entry is a safe start and only
+// the nodes of the point's own bucket remain to be stepped over.
+template <class A, class O, class V>
+void Interpolation<A, O, V>::IndexIntervals() {
+    const std::size_t n = m_x.size();
+    if (n < 3 || !std::is_sorted(m_x.begin(), m_x.end())) return;
+    double narrowest = std::numeric_limits<double>::infinity();
+    for (std::size_t k = 0; k + 1 < n; ++k) narrowest = std::min(narrowest, static_cast<double>(m_x[k + 1]) - m_x[k]);
+    if (!(narrowest > 0.0)) return;
+    const double span = static_cast<double>(m_x.back()) - m_x.front();
+    const double wanted = std::max(4.0 * n, std::ceil(span / narrowest));
+    const std::size_t buckets = static_cast<std::size_t>(std::min(wanted, 4096.0));
+    m_bucketsPerUnit = buckets / span;
+    m_bucketIntervals.assign(buckets, 0);
+    std::vector<std::uint32_t> nodesInBucket(buckets, 0);
+    for (std::size_t j = 1; j + 1 < n; ++j) ++nodesInBucket[BucketOf(m_x[j])];
+    std::uint32_t below = 0;
+    for (std::size_t b = 0; b < buckets; ++b) {
+        m_bucketIntervals[b] = below;
+        below += nodesInBucket[b];
+        m_nodesPerBucket = std::max(m_nodesPerBucket, nodesInBucket[b]);
+    }
+}
+
+// The same interval as the bisection of Locate, for a point strictly inside the nodes.
+template <class A, class O, class V>
+std::size_t Interpolation<A, O, V>::Interval(double x) const {
+    if (m_bucketIntervals.empty()) return Locate(m_x, x);
+    std::size_t i = m_bucketIntervals[BucketOf(x)];
+    for (std::uint32_t step = 0; step < m_nodesPerBucket; ++step) i += x >= m_x[i + 1];
+    return i;
 }
 
 template <class A, class O, class V>
@@ -130,18 +175,50 @@ InterpolationMethod Interpolation<A, O, V>::MethodAt(double x) const {
 }
 
 template <class A, class O, class V>
-double Interpolation<A, O, V>::Evaluate(double x) const {
+void Interpolation<A, O, V>::RequireData() const {
     if (m_x.empty() || m_y.empty()) Fail("Interpolation: empty data");
     if (m_x.size() != m_y.size()) Fail("Interpolation: Data dimensions don't match");
+}
+
+template <class A, class O, class V>
+double Interpolation<A, O, V>::Evaluate(double x) const {
+    RequireData();
+    return ValueAt(MethodAt(x), x);
+}
+
+template <class A, class O, class V>
+void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t count) const {
+    RequireData();
+    const std::size_t last = m_x.size() - 1;
+    if (m_interpolationMethods.empty() && m_method == LinearInterpolation) {
+        // The common case of curves, kept free of per-point dispatch; ends and extrapolation
+        // take the general path.
+        for (std::size_t i = 0; i < count; ++i) {
+            const double point = x[i];
+            if (point > m_x[0] && point < m_x[last]) {
+                const std::size_t k = Interval(point);
+                out[i] = m_y[k] + m_slopes[k] * (point - m_x[k]);
+            } else {
+                out[i] = ValueAt(m_method, point);
+            }
+        }
+    } else if (m_interpolationMethods.empty()) {
+        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(m_method, x[i]);
+    } else {
+        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(MethodAt(x[i]), x[i]);
+    }
+}
+
+template <class A, class O, class V>
+inline double Interpolation<A, O, V>::ValueAt(InterpolationMethod method, double x) const {
     if (std::isnan(x)) return x;
-    const InterpolationMethod method = MethodAt(x);
     const std::size_t last = m_x.size() - 1;
     if (x <= m_x[0] || x >= m_x[last]) {
         if (x == m_x[0]) return m_y[0];
         if (x == m_x[last]) return m_y[last];
         return method == FFQInterpolation ? FFQ(x) : Extrapolate(x);
     }
-    return InteriorValue(method, Locate(m_x, x), x);
+    return InteriorValue(method, Interval(x), x);
 }
 
 template <class A, class O, class V>
@@ -160,7 +237,7 @@ double Interpolation<A, O, V>::InteriorValue(InterpolationMethod method, std::si
             return toRight < toLeft ? y1 : y0;
         }
         case LinearInterpolation:
-            return y0 + (y1 - y0) / (x1 - x0) * (x - x0);
+            return y0 + m_slopes[i] * (x - x0);
         case LinearXYInterpolation: {
             const double p0 = x0 * y0, p1 = x1 * y1;
             return (p0 + (p1 - p0) / (x1 - x0) * (x - x0)) / x;

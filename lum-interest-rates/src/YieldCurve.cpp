@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <typeinfo>
 
 #include <boost/property_tree/ptree.hpp>
 
@@ -247,8 +248,28 @@ double YieldCurve::DiscountFactor(const Date& date, std::int32_t dayCounter) con
 
 double YieldCurve::DiscountFactor(const Date& date) const { return DiscountFactor(date, CurveDayCounter); }
 
+// A plain pillar curve interpolates a block of points in one pass and then turns the rates into
+// discount factors; a curve of a derived type, or one reading a model or another curve, answers
+// point by point through its virtual operations.
 void YieldCurve::DiscountFactorArray(const double* times, double* out, std::size_t count) const {
-    for (std::size_t i = 0; i < count; ++i) out[i] = DiscountFactor(times[i]);
+    const bool readsPillars = typeid(*this) == typeid(YieldCurve) && !m_isParametricCurve &&
+                              !(m_isImpliedCurve && m_otherCurve && m_forwardPoints);
+    if (!readsPillars) {
+        for (std::size_t i = 0; i < count; ++i) out[i] = DiscountFactor(times[i]);
+        return;
+    }
+    constexpr std::size_t kBlock = 256;
+    double points[kBlock];
+    for (std::size_t start = 0; start < count; start += kBlock) {
+        const std::size_t n = std::min(kBlock, count - start);
+        const double* t = times + start;
+        double* value = out + start;
+        // At or before time zero the factor is 1; interpolate at the last pillar there instead.
+        for (std::size_t i = 0; i < n; ++i) points[i] = t[i] > 0.0 ? t[i] : m_times.back();
+        m_interpolation.Evaluate(points, value, n);
+        for (std::size_t i = 0; i < n; ++i)
+            value[i] = t[i] > 0.0 ? DiscountFactorFromRate(PillarRateFromValue(value[i], t[i]), t[i]) : 1.0;
+    }
 }
 
 double YieldCurve::Rate(double t) const {
@@ -263,11 +284,15 @@ double YieldCurve::Rate(double t) const {
 }
 
 double YieldCurve::PillarRate(double t) const {
+    return PillarRateFromValue(m_interpolation.Evaluate(t), t);
+}
+
+double YieldCurve::PillarRateFromValue(double interpolated, double t) const {
     switch (m_interpolatedVariable) {
         case AnnualZeroRates:
         case SimpleZeroRates:
-        case ContinuousZeroRates: return m_interpolation.Evaluate(t) + m_ZeroRateSpread;
-        case DiscountFactors: return -std::log(m_interpolation.Evaluate(t)) / t + m_ZeroRateSpread;
+        case ContinuousZeroRates: return interpolated + m_ZeroRateSpread;
+        case DiscountFactors: return -std::log(interpolated) / t + m_ZeroRateSpread;
     }
     WrongInterpolatedVariable();
 }

@@ -283,3 +283,39 @@ TEST(InterpolationText, CanonicalNamesRoundTripAndAliasesParse) {
 }
 
 }  // namespace
+
+namespace {
+
+// Independent reference: find the interval by walking the nodes.
+double ReferenceLinear(const std::vector<double>& x, const std::vector<double>& y, double p) {
+    std::size_t i = 0;
+    while (i + 2 < x.size() && p >= x[i + 1]) ++i;
+    return y[i] + (y[i + 1] - y[i]) / (x[i + 1] - x[i]) * (p - x[i]);
+}
+
+class RandomNodes : public ::testing::TestWithParam<unsigned> {};
+
+// Pillars bunch at the short end (days apart) and spread to decades: the interval search must
+// still match a plain walk, on the nodes themselves too, and the array form the point form.
+TEST_P(RandomNodes, LinearMatchesAWalkAndTheArrayFormMatchesThePointForm) {
+    std::mt19937_64 rng(GetParam());
+    std::uniform_real_distribution<double> uniform(0.0, 1.0);
+    std::vector<double> x = {0.0}, y;
+    const std::size_t n = 3 + GetParam() % 40;
+    while (x.size() < n) x.push_back(x.back() + std::pow(10.0, -3.0 + 4.0 * uniform(rng)));
+    for (std::size_t i = 0; i < n; ++i) y.push_back(uniform(rng));
+    const Interp interp(x, y, zep::LinearInterpolation, zep::FlatExtrapolation);
+    std::vector<double> points(x.begin(), x.end());
+    for (int k = 0; k < 2000; ++k) points.push_back(-0.1 + (x.back() + 0.2) * uniform(rng));
+    std::vector<double> batch(points.size());
+    interp.Evaluate(points.data(), batch.data(), points.size());
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        const double p = points[k];
+        const double expected = p <= x.front() ? y.front() : p >= x.back() ? y.back() : ReferenceLinear(x, y, p);
+        ASSERT_EQ(interp.Evaluate(p), expected) << "seed " << GetParam() << " point " << p;
+        ASSERT_EQ(batch[k], expected) << "seed " << GetParam() << " point " << p;
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomNodes, ::testing::Range(1u, 21u));
+
+}  // namespace

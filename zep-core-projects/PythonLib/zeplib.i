@@ -24,3 +24,4 @@
 %include "zepFrame.i"
 %include "zepTime.i"
 %include "zepInterpolation.i"
+%include "zebCurve.i"

@@ -59,6 +59,8 @@ public:
                   ExtrapolationMethod extrapolation, InterpolationMethodMap methods = {});
 
     double Evaluate(double x) const;
+    // Evaluate at each of count points, as one call per point would.
+    void Evaluate(const double* x, double* out, std::size_t count) const;
     double Evaluate(double x, double y) const;
     // Second derivatives of the natural cubic spline at the nodes (zero at both ends).
     std::vector<double> NaturalSecondDerivatives() const;
@@ -88,6 +90,11 @@ public:
 
 private:
     InterpolationMethod MethodAt(double x) const;
+    void RequireData() const;
+    double ValueAt(InterpolationMethod method, double x) const;
+    std::size_t Interval(double x) const;
+    std::size_t BucketOf(double x) const;
+    void IndexIntervals();
     double Extrapolate(double x) const;
     double InteriorValue(InterpolationMethod method, std::size_t i, double x) const;
     double FFQ(double x) const;
@@ -99,8 +106,15 @@ private:
 
     std::vector<Abscissa> m_x;
     std::vector<Ordinate> m_y;
-    // ln y at each node, taken once at construction so that log-linear evaluation costs one exp.
+    // Taken once at construction so that evaluation does no logarithm and no division:
+    // ln y at each node and the slope of each interval.
     std::vector<double> m_logY;
+    std::vector<double> m_slopes;
+    // For ascending nodes: equally wide buckets spanning the nodes, each with the first interval
+    // a point in it can lie in, so that locating a point takes a few steps, not a bisection.
+    std::vector<std::uint32_t> m_bucketIntervals;
+    double m_bucketsPerUnit = 0.0;
+    std::uint32_t m_nodesPerBucket = 0;
     std::vector<std::vector<Value>> m_z;
     InterpolationMethod m_method = LinearInterpolation;
     InterpolationMethodMap m_interpolationMethods;

@@ -104,6 +104,7 @@ private:
     YieldCurve();
     double DiscountFactorFromRate(double rate, double t) const;
     double PillarRate(double t) const;
+    double PillarRateFromValue(double interpolated, double t) const;
     double ImpliedRate(double t) const;
     double ZeroRateFrom(double discountFactor, double t, bool compounded, Frequency frequency) const;
     double FirstPositiveTime() const;
