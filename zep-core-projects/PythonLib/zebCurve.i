@@ -103,13 +103,19 @@
          SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor, SWIG_POINTER_NO_NULL));
 }
 
-namespace zep {
 // Zero-rate and tenor constructions are the factories FromZeroRates and FromTenors: a
 // positional day-counter code and a compounding code would be indistinguishable.
-%ignore YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency,
-                               const zep::DayCounter&, std::int32_t, std::int32_t, const std::string&);
-%ignore YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency,
-                               const zep::DayCounter&, std::int32_t, std::int32_t, const std::string&);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t, std::int32_t, const std::string&);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t, std::int32_t);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency, const zep::DayCounter&);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Date>&, const std::vector<double>&, Frequency);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t, std::int32_t, const std::string&);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t, std::int32_t);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency, const zep::DayCounter&, std::int32_t);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency, const zep::DayCounter&);
+%ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency);
+namespace zep {
 %ignore YieldCurve::DiscountFactorArray;
 %ignore YieldCurve::SetParametricModel;
 %ignore YieldCurve::SetImpliedCurve;
