@@ -21,31 +21,75 @@ struct CivilDate {
     std::int32_t day;
 };
 
-constexpr std::array<std::int32_t, 14> kDaysBeforeMonth = {0,   0,   31,  59,  90,  120, 151,
-                                                           181, 212, 243, 273, 304, 334, 365};
-
-// One pass from serial to day, month and year; the 30/360 family needs all three of both ends.
-CivilDate Split(const Date& date) {
-    const std::int32_t year = date.Year();
-    const std::int32_t dayOfYear = date.SerialNumber() - Date::YearOffset(year);
-    const std::int32_t leapShift = Date::IsLeapYear(year) ? 1 : 0;
-    auto before = [&](std::int32_t month) {
-        return kDaysBeforeMonth[month] + (month > 2 ? leapShift : 0);
-    };
-    std::int32_t month = std::min<std::int32_t>(12, (dayOfYear - 1) / 31 + 1);  // never too late
-    while (month < 12 && dayOfYear > before(month + 1)) ++month;
-    return {year, month, dayOfYear - before(month)};
+constexpr bool IsGregorianLeap(std::int32_t year) {
+    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
 }
+
+// The serial number of the first of every month from January 1901 to January 2200: the 30/360
+// family needs day, month and year of both ends on every call, and one estimate plus one table
+// look-up keeps a year fraction within a few nanoseconds.
+constexpr std::int32_t kFirstYear = 1901;
+constexpr std::int32_t kTableMonths = (2200 - kFirstYear) * 12;
+
+struct MonthStartTable {
+    std::array<std::int32_t, kTableMonths + 1> serial{};
+};
+
+constexpr MonthStartTable BuildMonthStarts() {
+    constexpr std::int32_t kMonthLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    MonthStartTable table;
+    std::int32_t serial = 367;  // 1 January 1901
+    for (std::int32_t i = 0; i <= kTableMonths; ++i) {
+        table.serial[i] = serial;
+        const std::int32_t month = i % 12;
+        serial += kMonthLengths[month] + (month == 1 && IsGregorianLeap(kFirstYear + i / 12) ? 1 : 0);
+    }
+    return table;
+}
+
+constexpr MonthStartTable kMonthStarts = BuildMonthStarts();
+
+constexpr CivilDate Split(std::int32_t serial) {
+    // 4800 months in 146097 days; the estimate is off by at most one month either way. The
+    // clamp keeps a null or out-of-range date inside the table.
+    std::int32_t index = std::clamp((serial - 367) * 4800 / 146097, 0, kTableMonths - 1);
+    if (index > 0 && serial < kMonthStarts.serial[index]) --index;
+    else if (index < kTableMonths && serial >= kMonthStarts.serial[index + 1]) ++index;
+    return {kFirstYear + index / 12, index % 12 + 1, serial - kMonthStarts.serial[index] + 1};
+}
+
+// Every serial of the date range splits onto the day after the previous one.
+constexpr bool SplitIsConsecutive() {
+    CivilDate previous = Split(367);
+    for (std::int32_t serial = 368; serial <= 109574; ++serial) {
+        const CivilDate d = Split(serial);
+        const bool nextDay = d.year == previous.year && d.month == previous.month && d.day == previous.day + 1;
+        const bool nextMonth = d.day == 1 && (d.month == previous.month + 1 ||
+                                              (d.month == 1 && previous.month == 12 && d.year == previous.year + 1));
+        if (!nextDay && !nextMonth) return false;
+        previous = d;
+    }
+    return true;
+}
+static_assert(SplitIsConsecutive());
+static_assert(Split(36526).year == 2000 && Split(36526).month == 1 && Split(36526).day == 1);
+static_assert(Split(45351).year == 2024 && Split(45351).month == 2 && Split(45351).day == 29);
+static_assert(Split(109574).year == 2199 && Split(109574).month == 12 && Split(109574).day == 31);
+
+CivilDate Split(const Date& date) { return Split(date.SerialNumber()); }
 
 std::int32_t ActualDays(const Date& start, const Date& end) {
     return end.SerialNumber() - start.SerialNumber();
 }
 
-std::int32_t DaysInYear(std::int32_t year) { return Date::IsLeapYear(year) ? 366 : 365; }
+std::int32_t DaysInYear(std::int32_t year) { return IsGregorianLeap(year) ? 366 : 365; }
 
 std::int32_t FirstOfJanuary(std::int32_t year) { return Date::YearOffset(year) + 1; }
 
-bool IsLastDayOfMonth(const CivilDate& d) { return d.day == Date::DaysInMonth(d.month, d.year); }
+bool IsLastDayOfMonth(const CivilDate& d) {
+    constexpr std::int32_t kMonthLengths[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return d.day == (d.month == 2 && IsGregorianLeap(d.year) ? 29 : kMonthLengths[d.month]);
+}
 
 std::int32_t ThirtyDays(const CivilDate& s, std::int32_t startDay, const CivilDate& e,
                         std::int32_t endMonth, std::int32_t endDay) {
@@ -104,8 +148,8 @@ std::int32_t Act365LeapDays(const Date& start, const Date& end) {
 }
 
 double ActActISDAFraction(const Date& start, const Date& end) {
-    const std::int32_t y1 = start.Year();
-    const std::int32_t y2 = end.Year();
+    const std::int32_t y1 = Split(start).year;
+    const std::int32_t y2 = Split(end).year;
     return static_cast<double>(FirstOfJanuary(y1 + 1) - start.SerialNumber()) / DaysInYear(y1) +
            static_cast<double>(end.SerialNumber() - FirstOfJanuary(y2)) / DaysInYear(y2) +
            (y2 - y1 - 1);

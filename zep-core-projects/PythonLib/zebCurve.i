@@ -11,35 +11,7 @@
 %shared_ptr(zep::GenericCurve)
 %shared_ptr(zep::YieldCurve)
 
-%typemap(in) const std::vector<zep::Date>& (std::vector<zep::Date> dates) {
-    PyObject* sequence = PyUnicode_Check($input) ? nullptr : PySequence_Fast($input, "");
-    if (sequence == nullptr) {
-        PyErr_Clear();
-        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum" " of type '" "$type" "'");
-    }
-    bool converted = true;
-    for (Py_ssize_t i = 0; converted && i < PySequence_Fast_GET_SIZE(sequence); ++i) {
-        PyObject* item = PySequence_Fast_GET_ITEM(sequence, i);
-        void* pointer = nullptr;
-        zep::Date date;
-        if (SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date*), 0)) && pointer) {
-            date = *static_cast<zep::Date*>(pointer);
-        } else {
-            const auto outcome = zep::python::DateFromPython(item, date);
-            if (outcome == zep::python::Conversion::NotADate)
-                PyErr_Format(PyExc_TypeError, "in method '%s', argument %d: element %zd is not a date", "$symname", $argnum, i);
-            converted = outcome == zep::python::Conversion::Converted;
-        }
-        dates.push_back(date);
-    }
-    Py_DECREF(sequence);
-    if (!converted) SWIG_fail;
-    $1 = &dates;
-}
-%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const std::vector<zep::Date>& {
-    $1 = PySequence_Check($input) && !PyUnicode_Check($input);
-}
-
+// Lists of dates arrive through the date-list typemap of zepCalendar.i.
 %typemap(out) const std::vector<zep::Date>& {
     $result = PyTuple_New(static_cast<Py_ssize_t>($1->size()));
     for (std::size_t i = 0; i < $1->size(); ++i)

@@ -23,5 +23,8 @@
 
 %include "zepFrame.i"
 %include "zepTime.i"
+%include "zepReport.i"
+%include "zepScript.i"
+%include "zepCalendar.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"

@@ -79,8 +79,10 @@ public:
     // The first prompt date strictly after the date: "LME" prompts on the third Wednesday of
     // every month.
     Date NextCommodityDeliveryDate(const Date& date, const std::string& market) const;
-    // (delivery, expiry) of an FX option struck on the reference date with the given spot date;
-    // see Calendar.cpp for the market rule.
+    // (delivery, expiry) of an FX option traded on the reference date with the given spot date.
+    // Day and week tenors fix the expiry (reference + tenor, Following) and deliver one spot lag
+    // of business days later; month and year tenors fix the delivery (spot + tenor, Modified
+    // Following, end of month to end of month) and expire one spot lag earlier.
     std::pair<Date, Date> FXODeliveryExpiryDates(const Date& referenceDate, const Date& spotDate,
                                                  const Period& tenor, std::string_view centres) const;
 

@@ -1,0 +1,69 @@
+// A prepared script flattened into one instruction stream per event date, run by a tight
+// stack-machine loop: the fast path of Monte Carlo pricing. It gives exactly the values of the
+// tree-walking Evaluator<double>.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "lum-monte-carlo/script/ScriptArithmetic.hpp"
+
+namespace zep {
+
+// The instruction set, in one list so that the enumeration and the dispatch table agree.
+#define ZEP_SCRIPT_OPCODES(X)                                                                  \
+    X(PushConst) X(PushVar) X(PushSpot)                                                        \
+    X(Add) X(Sub) X(Mult) X(Div) X(Pow) X(Negate) X(Log) X(Sqrt) X(Least) X(Greatest)          \
+    /* binary operations whose right operand is the instruction's constant or variable */     \
+    X(AddConst) X(SubConst) X(MultConst) X(DivConst) X(AddVar) X(SubVar) X(MultVar) X(DivVar)  \
+    /* SMOOTH: pick the side of the band, skip the argument not needed, blend in the band */  \
+    X(SmoothTest) X(SmoothSkipA) X(SmoothSkipB) X(SmoothEnd)                                   \
+    /* conditions as 1.0 / 0.0 on the value stack */                                          \
+    X(Equal) X(Sup) X(SupEqual) X(And) X(Or) X(Not)                                            \
+    X(Jump) X(JumpIfFalse) X(JumpUnlessEqual) X(JumpUnlessSup) X(JumpUnlessSupEqual)           \
+    /* the usual guard "variable against a constant", either way round, in one step */        \
+    X(JumpUnlessEqualVarConst) X(JumpUnlessSupVarConst) X(JumpUnlessSupEqualVarConst)          \
+    X(JumpUnlessEqualConstVar) X(JumpUnlessSupConstVar) X(JumpUnlessSupEqualConstVar)          \
+    X(Assign) X(AssignConst) X(Pays) X(End)
+
+enum class OpCode : std::uint8_t {
+#define ZEP_OPCODE_ENUMERATOR(name) name,
+    ZEP_SCRIPT_OPCODES(ZEP_OPCODE_ENUMERATOR)
+#undef ZEP_OPCODE_ENUMERATOR
+};
+
+struct Instruction {
+    OpCode op;
+    std::int32_t operand = 0;  // variable index
+    std::int32_t target = 0;   // jump target
+    double value = 0.0;        // constant operand
+};
+
+class CompiledScript {
+public:
+    // The working memory of one evaluating thread; make it once, reuse it for every path.
+    struct Scratch {
+        std::vector<double> values;
+        std::vector<script::SmoothSide> sides;
+    };
+
+    Scratch MakeScratch() const;
+
+    // Runs the statements of one event date on the caller's variables; allocates nothing.
+    void RunEvent(std::size_t event, double spot, double numeraire, double* variables,
+                  Scratch& scratch) const;
+
+    std::size_t EventCount() const { return m_eventStart.size(); }
+    const std::vector<Instruction>& Code() const { return m_code; }
+
+private:
+    friend class Compiler;
+
+    std::vector<Instruction> m_code;
+    std::vector<std::size_t> m_eventStart;
+    std::size_t m_stackSize = 0;
+    std::size_t m_smoothNesting = 0;
+};
+
+}  // namespace zep
