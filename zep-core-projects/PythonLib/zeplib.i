@@ -27,3 +27,5 @@
 %include "zepScript.i"
 %include "zepCalendar.i"
 %include "zepVanilla.i"
+%include "zepInterpolation.i"
+%include "zebCurve.i"
