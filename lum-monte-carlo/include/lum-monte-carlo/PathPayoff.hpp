@@ -1,0 +1,30 @@
+// The product's payoff as the simulator sees it: for one path, the scenario (per event date in
+// date order, the simulated spot and the numeraire factor) in, every variable's final value out.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zep {
+
+using ScenarioPoint = std::pair<double, double>;  // (spot, numeraire factor)
+
+class PathEvaluator {
+public:
+    virtual ~PathEvaluator() = default;
+    // `variables` arrive zeroed and leave holding every variable's final value on this path.
+    virtual void Evaluate(const ScenarioPoint* scenario, double* variables) = 0;
+};
+
+class PathPayoff {
+public:
+    virtual ~PathPayoff() = default;
+    // The variables in index order.
+    virtual const std::vector<std::string>& VariableNames() const = 0;
+    // An evaluator for one worker thread: its own scratch, sharing only read-only data.
+    virtual std::unique_ptr<PathEvaluator> NewEvaluator() const = 0;
+};
+
+}  // namespace zep
