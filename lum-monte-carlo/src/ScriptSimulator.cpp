@@ -8,13 +8,15 @@ template <class T>
 ScriptSimulator<T>::ScriptSimulator(std::unique_ptr<ScriptModelApi<T>> model,
                                     std::unique_ptr<RandomGen> generator, SimulationGrid grid,
                                     std::vector<T> numeraires,
-                                    std::shared_ptr<const PathPayoff> payoff, T spot)
+                                    std::shared_ptr<const PathPayoff> payoff, T spot,
+                                    bool smoothed)
     : MonteCarloSimulator<T>(std::move(generator), payoff->VariableNames().size()),
       m_model(std::move(model)),
       m_grid(std::move(grid)),
       m_numeraires(std::move(numeraires)),
       m_payoff(std::move(payoff)),
-      m_spot(spot) {
+      m_spot(spot),
+      m_smoothed(smoothed) {
     m_model->SetGrid(m_grid.times);
 }
 
@@ -28,7 +30,7 @@ void ScriptSimulator<T>::SimulatePaths(RandomGen& generator, std::uint64_t first
     std::vector<ScenarioPoint> scenario(events);
     for (std::size_t e = 0; e < events; ++e) scenario[e].second = m_numeraires[e];
     const std::size_t variables = m_payoff->VariableNames().size();
-    const auto evaluator = m_payoff->NewEvaluator();
+    const auto evaluator = m_payoff->NewEvaluator(m_smoothed);
 
     for (std::uint64_t path = first; path < last; ++path) {
         generator.StartPath(path);

@@ -23,8 +23,13 @@ public:
     virtual ~PathPayoff() = default;
     // The variables in index order.
     virtual const std::vector<std::string>& VariableNames() const = 0;
+    // The variable "Price" reports by default: the first one that receives a payment, -1 when
+    // no statement pays.
+    virtual int PaymentVariable() const = 0;
     // An evaluator for one worker thread: its own scratch, sharing only read-only data.
-    virtual std::unique_ptr<PathEvaluator> NewEvaluator() const = 0;
+    // `smoothed` blends conditions over a small width so that re-priced values move smoothly
+    // with the inputs (sensitivities); otherwise conditions are sharp.
+    virtual std::unique_ptr<PathEvaluator> NewEvaluator(bool smoothed) const = 0;
 };
 
 }  // namespace zep

@@ -17,7 +17,7 @@ public:
     // `numeraires`: per event date, the factor its payments are multiplied by.
     ScriptSimulator(std::unique_ptr<ScriptModelApi<T>> model, std::unique_ptr<RandomGen> generator,
                     SimulationGrid grid, std::vector<T> numeraires,
-                    std::shared_ptr<const PathPayoff> payoff, T spot);
+                    std::shared_ptr<const PathPayoff> payoff, T spot, bool smoothed);
 
     std::size_t DrawsPerPath() const { return m_grid.Steps() * m_model->FactorsPerStep(); }
 
@@ -30,6 +30,7 @@ private:
     std::vector<T> m_numeraires;
     std::shared_ptr<const PathPayoff> m_payoff;
     T m_spot;
+    bool m_smoothed;
 };
 
 }  // namespace zep
