@@ -165,7 +165,8 @@ PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t
     return outcome;
 }
 
-double XScriptStructure::PriceOf(const PricingOutcome& outcome, const char* missingMessage) const {
+std::size_t XScriptStructure::PriceIndex(const PricingOutcome& outcome,
+                                         const char* missingMessage) const {
     int index = m_payoff->PaymentVariable();
     if (!m_inputs.priceVariable.empty()) {
         index = -1;
@@ -174,17 +175,26 @@ double XScriptStructure::PriceOf(const PricingOutcome& outcome, const char* miss
     }
     ZEP_REQUIRE(index >= 0 && static_cast<std::size_t>(index) < outcome.result.mean.size(),
                 missingMessage);
-    return outcome.result.mean[static_cast<std::size_t>(index)];
+    return static_cast<std::size_t>(index);
+}
+
+PricingOutcome XScriptStructure::BaseOutcome() const {
+    const std::int64_t paths = m_inputs.numSimulations > 0 ? m_inputs.numSimulations : kDefaultPaths;
+    return Simulate(MarketShift{}, paths, false);
 }
 
 double XScriptStructure::Price() const {
-    const std::int64_t paths = m_inputs.numSimulations > 0 ? m_inputs.numSimulations : kDefaultPaths;
-    return PriceOf(Simulate(MarketShift{}, paths, false), "not find result!");
+    const PricingOutcome outcome = BaseOutcome();
+    return outcome.result.mean[PriceIndex(outcome, "not find result!")];
+}
+
+double XScriptStructure::PriceStandardError() const {
+    const PricingOutcome outcome = BaseOutcome();
+    return outcome.result.standardError[PriceIndex(outcome, "not find result!")];
 }
 
 std::map<std::string, double> XScriptStructure::ResultByVariable() const {
-    const std::int64_t paths = m_inputs.numSimulations > 0 ? m_inputs.numSimulations : kDefaultPaths;
-    const PricingOutcome outcome = Simulate(MarketShift{}, paths, false);
+    const PricingOutcome outcome = BaseOutcome();
     std::map<std::string, double> byName;
     for (std::size_t i = 0; i < outcome.variables.size(); ++i)
         byName[outcome.variables[i]] = outcome.result.mean[i];
@@ -198,7 +208,8 @@ std::int64_t XScriptStructure::RepricingPaths() const {
 }
 
 double XScriptStructure::RepriceShifted(const MarketShift& shift, const char* missingMessage) const {
-    return PriceOf(Simulate(shift, RepricingPaths(), true), missingMessage);
+    const PricingOutcome outcome = Simulate(shift, RepricingPaths(), true);
+    return outcome.result.mean[PriceIndex(outcome, missingMessage)];
 }
 
 double XScriptStructure::Reprice(const std::string& fieldName, double shift) const {

@@ -64,6 +64,7 @@ public:
     XScriptStructure(XScriptInputs inputs, std::shared_ptr<const PathPayoff> payoff);
 
     const XScriptInputs& Inputs() const { return m_inputs; }
+    const PathPayoff& Payoff() const { return *m_payoff; }
     // "Model:", "Parameters:" with today, spot, rate1, rate2, then "numSimulations:" and
     // "numPath:" (the number of time steps of each simulated path).
     std::string Description() const;
@@ -71,6 +72,7 @@ public:
     // A full simulation with `paths` paths under the shifted market.
     PricingOutcome Simulate(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
     double Price() const;
+    double PriceStandardError() const;
     std::map<std::string, double> ResultByVariable() const;
     // The re-pricing value of the price variable with one named input moved by `shift`.
     double Reprice(const std::string& fieldName, double shift) const;
@@ -85,7 +87,8 @@ public:
     const LocalVol* SurfaceForDistance() const { return m_localVol.get(); }
 
 private:
-    double PriceOf(const PricingOutcome& outcome, const char* missingMessage) const;
+    PricingOutcome BaseOutcome() const;
+    std::size_t PriceIndex(const PricingOutcome& outcome, const char* missingMessage) const;
 
     XScriptInputs m_inputs;
     std::shared_ptr<const PathPayoff> m_payoff;
