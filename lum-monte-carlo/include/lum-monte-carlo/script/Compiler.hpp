@@ -1,0 +1,38 @@
+// Turns prepared statement trees into a CompiledScript. Constant subtrees become one constant,
+// comparisons that guard an IF become one compare-and-branch, and binary operations whose
+// right operand is a constant or a variable take it from the instruction.
+#pragma once
+
+#include "lum-monte-carlo/script/CompiledScript.hpp"
+#include "lum-monte-carlo/script/Nodes.hpp"
+
+namespace zep {
+
+class Compiler : public ConstVisitor {
+public:
+    // Compiles the next event date's statements.
+    void AddEvent(const Statements& statements);
+    CompiledScript Result() &&;
+
+    using ConstVisitor::Visit;
+#define ZEP_DECLARE_VISIT(N) void Visit(const N& node) override;
+    ZEP_SCRIPT_NODES(ZEP_DECLARE_VISIT)
+#undef ZEP_DECLARE_VISIT
+
+private:
+    std::size_t Emit(OpCode op, std::int32_t operand = 0, double value = 0.0);
+    void PatchJump(std::size_t jump) { m_script.m_code[jump].operand = Here(); }
+    std::int32_t Here() const { return static_cast<std::int32_t>(m_script.m_code.size()); }
+    void Expression(const Node& node);
+    void Binary(const Node& node, OpCode plain, OpCode withConstant, OpCode withVariable);
+    void Unary(const Node& node, OpCode op);
+    void Fold(const Node& node, OpCode op);
+    // Emits the condition's test and a jump taken when it fails; returns the jump to patch.
+    std::size_t JumpUnless(const Node& condition);
+
+    CompiledScript m_script;
+    std::ptrdiff_t m_depth = 0;
+    std::size_t m_smoothDepth = 0;
+};
+
+}  // namespace zep

@@ -1,0 +1,178 @@
+#include "lum-monte-carlo/script/Compiler.hpp"
+
+#include <algorithm>
+
+namespace zep {
+
+namespace {
+
+// How many values an instruction leaves on the stack, at most, beyond what it found there.
+std::ptrdiff_t StackEffect(OpCode op) {
+    switch (op) {
+        case OpCode::PushConst: case OpCode::PushVar: case OpCode::PushSpot:
+            return 1;
+        case OpCode::Add: case OpCode::Sub: case OpCode::Mult: case OpCode::Div: case OpCode::Pow:
+        case OpCode::Least: case OpCode::Greatest: case OpCode::And: case OpCode::Or:
+        case OpCode::JumpIfFalse: case OpCode::JumpUnlessEqual: case OpCode::JumpUnlessSup:
+        case OpCode::JumpUnlessSupEqual: case OpCode::Assign: case OpCode::Pays:
+            return -1;
+        case OpCode::SmoothEnd:
+            return -3;
+        default:
+            return 0;
+    }
+}
+
+std::int32_t IndexOf(const Node& variable) { return static_cast<const NodeVar&>(variable).index; }
+
+}  // namespace
+
+std::size_t Compiler::Emit(OpCode op, std::int32_t operand, double value) {
+    m_script.m_code.push_back(Instruction{op, operand, value});
+    m_depth += StackEffect(op);
+    m_script.m_stackSize = std::max(m_script.m_stackSize, static_cast<std::size_t>(std::max<std::ptrdiff_t>(m_depth, 0)));
+    return m_script.m_code.size() - 1;
+}
+
+void Compiler::AddEvent(const Statements& statements) {
+    m_script.m_eventStart.push_back(m_script.m_code.size());
+    for (const auto& statement : statements) statement->Accept(*this);
+    Emit(OpCode::End);
+}
+
+CompiledScript Compiler::Result() && { return std::move(m_script); }
+
+void Compiler::Expression(const Node& node) {
+    if (node.isConst) Emit(OpCode::PushConst, 0, node.constVal);
+    else node.Accept(*this);
+}
+
+void Compiler::Binary(const Node& node, OpCode plain, OpCode withConstant, OpCode withVariable) {
+    Expression(*node.arguments[0]);
+    const Node& right = *node.arguments[1];
+    if (right.isConst) return void(Emit(withConstant, 0, right.constVal));
+    if (dynamic_cast<const NodeVar*>(&right)) return void(Emit(withVariable, IndexOf(right)));
+    Expression(right);
+    Emit(plain);
+}
+
+void Compiler::Unary(const Node& node, OpCode op) {
+    Expression(*node.arguments[0]);
+    Emit(op);
+}
+
+// MIN and MAX fold their arguments from the left, as the evaluator does.
+void Compiler::Fold(const Node& node, OpCode op) {
+    Expression(*node.arguments[0]);
+    for (std::size_t i = 1; i < node.arguments.size(); ++i) {
+        Expression(*node.arguments[i]);
+        Emit(op);
+    }
+}
+
+std::size_t Compiler::JumpUnless(const Node& condition) {
+    if (dynamic_cast<const NodeEqual*>(&condition)) {
+        Expression(*condition.arguments[0]);
+        return Emit(OpCode::JumpUnlessEqual);
+    }
+    if (dynamic_cast<const NodeSup*>(&condition)) {
+        Expression(*condition.arguments[0]);
+        return Emit(OpCode::JumpUnlessSup);
+    }
+    if (dynamic_cast<const NodeSupEqual*>(&condition)) {
+        Expression(*condition.arguments[0]);
+        return Emit(OpCode::JumpUnlessSupEqual);
+    }
+    condition.Accept(*this);
+    return Emit(OpCode::JumpIfFalse);
+}
+
+void Compiler::Visit(const NodeAssign& node) {
+    const Node& value = *node.arguments[1];
+    if (value.isConst) return void(Emit(OpCode::AssignConst, IndexOf(*node.arguments[0]), value.constVal));
+    Expression(value);
+    Emit(OpCode::Assign, IndexOf(*node.arguments[0]));
+}
+
+void Compiler::Visit(const NodePays& node) {
+    Expression(*node.arguments[1]);
+    Emit(OpCode::Pays, IndexOf(*node.arguments[0]));
+}
+
+void Compiler::Visit(const NodeIf& node) {
+    const std::size_t count = node.arguments.size();
+    const std::size_t elseStart = node.firstElse < 0 ? count : static_cast<std::size_t>(node.firstElse);
+    const Node& condition = *node.arguments[0];
+    auto compile = [&](std::size_t first, std::size_t last) {
+        for (std::size_t i = first; i < last; ++i) node.arguments[i]->Accept(*this);
+    };
+    // Conditions known in advance take their branch with no test at all.
+    if (dynamic_cast<const NodeTrue*>(&condition)) return compile(1, elseStart);
+    if (dynamic_cast<const NodeFalse*>(&condition)) return compile(elseStart, count);
+    const std::size_t toElse = JumpUnless(condition);
+    compile(1, elseStart);
+    if (elseStart == count) return PatchJump(toElse);
+    const std::size_t toEnd = Emit(OpCode::Jump);
+    PatchJump(toElse);
+    compile(elseStart, count);
+    PatchJump(toEnd);
+}
+
+void Compiler::Visit(const NodeCollect&) {}
+
+void Compiler::Visit(const NodeAnd& node) {
+    node.arguments[0]->Accept(*this);
+    node.arguments[1]->Accept(*this);
+    Emit(OpCode::And);
+}
+void Compiler::Visit(const NodeOr& node) {
+    node.arguments[0]->Accept(*this);
+    node.arguments[1]->Accept(*this);
+    Emit(OpCode::Or);
+}
+void Compiler::Visit(const NodeNot& node) {
+    node.arguments[0]->Accept(*this);
+    Emit(OpCode::Not);
+}
+void Compiler::Visit(const NodeTrue&) { Emit(OpCode::PushConst, 0, 1.0); }
+void Compiler::Visit(const NodeFalse&) { Emit(OpCode::PushConst, 0, 0.0); }
+void Compiler::Visit(const NodeEqual& node) { Unary(node, OpCode::Equal); }
+void Compiler::Visit(const NodeSup& node) { Unary(node, OpCode::Sup); }
+void Compiler::Visit(const NodeSupEqual& node) { Unary(node, OpCode::SupEqual); }
+
+void Compiler::Visit(const NodeAdd& node) { Binary(node, OpCode::Add, OpCode::AddConst, OpCode::AddVar); }
+void Compiler::Visit(const NodeSub& node) { Binary(node, OpCode::Sub, OpCode::SubConst, OpCode::SubVar); }
+void Compiler::Visit(const NodeMult& node) { Binary(node, OpCode::Mult, OpCode::MultConst, OpCode::MultVar); }
+void Compiler::Visit(const NodeDiv& node) { Binary(node, OpCode::Div, OpCode::DivConst, OpCode::DivVar); }
+void Compiler::Visit(const NodePow& node) {
+    Expression(*node.arguments[0]);
+    Expression(*node.arguments[1]);
+    Emit(OpCode::Pow);
+}
+void Compiler::Visit(const NodeUplus& node) { Expression(*node.arguments[0]); }
+void Compiler::Visit(const NodeUminus& node) { Unary(node, OpCode::Negate); }
+void Compiler::Visit(const NodeConst& node) { Emit(OpCode::PushConst, 0, node.value); }
+void Compiler::Visit(const NodeVar& node) { Emit(OpCode::PushVar, node.index); }
+void Compiler::Visit(const NodeSpot&) { Emit(OpCode::PushSpot); }
+void Compiler::Visit(const NodeLog& node) { Unary(node, OpCode::Log); }
+void Compiler::Visit(const NodeSqrt& node) { Unary(node, OpCode::Sqrt); }
+void Compiler::Visit(const NodeMin& node) { Fold(node, OpCode::Least); }
+void Compiler::Visit(const NodeMax& node) { Fold(node, OpCode::Greatest); }
+
+void Compiler::Visit(const NodeSmooth& node) {
+    Expression(*node.arguments[0]);
+    Expression(*node.arguments[3]);
+    Emit(OpCode::SmoothTest);
+    m_smoothDepth += 1;
+    m_script.m_smoothNesting = std::max(m_script.m_smoothNesting, m_smoothDepth);
+    const std::size_t skipA = Emit(OpCode::SmoothSkipA);
+    Expression(*node.arguments[1]);
+    const std::size_t skipB = Emit(OpCode::SmoothSkipB);
+    PatchJump(skipA);
+    Expression(*node.arguments[2]);
+    PatchJump(skipB);
+    Emit(OpCode::SmoothEnd);
+    m_smoothDepth -= 1;
+}
+
+}  // namespace zep
