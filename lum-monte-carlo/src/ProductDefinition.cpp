@@ -10,6 +10,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-monte-carlo/script/FieldName.hpp"
 
 namespace zep {
 
@@ -150,6 +151,7 @@ std::string FieldAssignments(const Reader& root) {
     std::ostringstream script;
     script.precision(17);
     for (const auto& [name, value] : fields.Node().items()) {
+        ValidateFieldName("product", name);
         if (!value.is_number()) Malformed(fields.Path(name), "must be a number");
         script << name << " = " << value.get<double>() << "\n";
     }

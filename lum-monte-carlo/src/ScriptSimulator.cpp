@@ -28,7 +28,7 @@ void ScriptSimulator<T>::SimulatePaths(RandomGen& generator, std::uint64_t first
     std::vector<T> spots(m_grid.Steps());
     const std::size_t events = m_grid.eventStep.size();
     std::vector<ScenarioPoint> scenario(events);
-    for (std::size_t e = 0; e < events; ++e) scenario[e].second = m_numeraires[e];
+    for (std::size_t e = 0; e < events; ++e) scenario[e].numeraire = m_numeraires[e];
     const std::size_t variables = m_payoff->VariableNames().size();
     const auto evaluator = m_payoff->NewEvaluator(m_smoothed);
 
@@ -38,7 +38,7 @@ void ScriptSimulator<T>::SimulatePaths(RandomGen& generator, std::uint64_t first
         m_model->SimulatePath(normals.data(), spots.data());
         for (std::size_t e = 0; e < events; ++e) {
             const std::int32_t step = m_grid.eventStep[e];
-            scenario[e].first = step < 0 ? m_spot : spots[step];
+            scenario[e].spot = step < 0 ? m_spot : spots[step];
         }
         T* row = out + (path - first) * variables;
         std::fill(row, row + variables, T(0));

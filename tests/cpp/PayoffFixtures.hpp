@@ -26,7 +26,7 @@ private:
         explicit Evaluator(const FunctionPayoff& payoff) : m_payoff(payoff) {}
         void Evaluate(const ScenarioPoint* scenario, double* variables) override {
             const ScenarioPoint& last = scenario[m_payoff.m_events - 1];
-            variables[0] += m_payoff.m_fn(scenario, m_payoff.m_events) * last.second;
+            variables[0] += m_payoff.m_fn(scenario, m_payoff.m_events) * last.numeraire;
         }
         const FunctionPayoff& m_payoff;
     };
@@ -37,7 +37,7 @@ private:
 
 inline std::shared_ptr<const PathPayoff> CallPayoff(double strike, std::size_t events = 1) {
     return std::make_shared<FunctionPayoff>(
-        [strike](const ScenarioPoint* s, std::size_t n) { return std::max(s[n - 1].first - strike, 0.0); },
+        [strike](const ScenarioPoint* s, std::size_t n) { return std::max(s[n - 1].spot - strike, 0.0); },
         events);
 }
 

@@ -1,5 +1,7 @@
 #include "MXScriptStructure.hpp"
 
+#include <boost/make_shared.hpp>
+
 #include "lum-auxiliary/Logger.hpp"
 #include "lum-monte-carlo/CudaMonteCarloPricer.hpp"
 #include "lum-monte-carlo/ProductDefinition.hpp"
@@ -11,7 +13,7 @@ namespace zep::python {
 namespace {
 
 boost::shared_ptr<XScriptStructure> Built(XScriptInputs inputs) {
-    auto payoff = CompileScriptPayoff(inputs.eventScripts);
+    auto payoff = CompileScriptPayoff(inputs.eventDates, inputs.eventScripts);
     return boost::make_shared<XScriptStructure>(std::move(inputs), std::move(payoff));
 }
 

@@ -23,3 +23,4 @@
 
 %include "zepFrame.i"
 %include "zepTime.i"
+%include "zepXScript.i"

@@ -4,12 +4,11 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-namespace zep {
+#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"  // ScenarioPoint: spot, numeraire
 
-using ScenarioPoint = std::pair<double, double>;  // (spot, numeraire factor)
+namespace zep {
 
 class PathEvaluator {
 public:

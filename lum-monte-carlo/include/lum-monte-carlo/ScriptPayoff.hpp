@@ -8,9 +8,13 @@
 #include <vector>
 
 #include "lum-monte-carlo/PathPayoff.hpp"
+#include "lum-time/Date.hpp"
 
 namespace zep {
 
-std::shared_ptr<const PathPayoff> CompileScriptPayoff(const std::vector<std::string>& eventScripts);
+// Smoothed comparisons without their own width use kDefaultFuzzyEps: scripts that compare
+// performances (spot / initial) get a 1% band; scripts comparing levels should give ";eps".
+std::shared_ptr<const PathPayoff> CompileScriptPayoff(const std::vector<Date>& eventDates,
+                                                      const std::vector<std::string>& eventScripts);
 
 }  // namespace zep
