@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "lum-auxiliary/Error.hpp"
 
@@ -12,18 +13,39 @@ namespace {
 constexpr double kVolPoint = 0.01;
 constexpr double kBasisPoint = 0.0001;
 
-MarketShift SpotShift(double h) {
-    MarketShift shift;
-    shift.spot = h;
-    return shift;
-}
+// Re-prices a product under shifted markets, remembering each shift's value so that Greeks
+// computed together (BasicGreeks, AllGreeks) share their re-pricings.
+class Revaluer {
+public:
+    explicit Revaluer(const XScriptStructure& product) : m_product(product) {}
 
-double VolPoint(const XScriptStructure& product) {
-    const auto& in = product.Inputs();
-    return in.model == 2 ? kVolPoint * in.spot : kVolPoint;
-}
+    const XScriptStructure& Product() const { return m_product; }
+    const XScriptInputs& Inputs() const { return m_product.Inputs(); }
 
-double GammaShift(const XScriptStructure& product) { return product.Inputs().spot / 100.0; }
+    double operator()(double spot, double volatility, double rate1 = 0.0, std::int32_t days = 0) {
+        const auto key = std::make_tuple(spot, volatility, rate1, days);
+        if (const auto found = m_values.find(key); found != m_values.end()) return found->second;
+        MarketShift shift;
+        shift.spot = spot;
+        shift.volatility = volatility;
+        shift.rate1 = rate1;
+        shift.timeDays = days;
+        const bool base = spot == 0.0 && volatility == 0.0 && rate1 == 0.0 && days == 0;
+        const double value =
+            base ? m_product.RepriceShifted(shift, "GetBasePrice: not find result when pricing!")
+                 : m_product.RepriceShifted(shift);
+        m_values.emplace(key, value);
+        return value;
+    }
+
+private:
+    const XScriptStructure& m_product;
+    std::map<std::tuple<double, double, double, std::int32_t>, double> m_values;
+};
+
+double VolPoint(const XScriptInputs& in) { return in.model == 2 ? kVolPoint * in.spot : kVolPoint; }
+
+double GammaShift(const XScriptInputs& in) { return in.spot / 100.0; }
 
 double ModelDeltaShift(const XScriptInputs& in) {
     switch (in.model) {
@@ -34,11 +56,60 @@ double ModelDeltaShift(const XScriptInputs& in) {
     }
 }
 
-double RepriceWith(const XScriptStructure& product, double spot, double volatility) {
-    MarketShift shift;
-    shift.spot = spot;
-    shift.volatility = volatility;
-    return product.RepriceShifted(shift);
+double DeltaOf(Revaluer& value) {
+    const auto& in = value.Inputs();
+    const double T = value.Product().RemainingTime();
+    if (T <= 0.0) return 0.0;
+    double h = ModelDeltaShift(in);
+    if (in.adaptiveShift && in.adaptiveShiftBarrier > 0.0) {
+        const double f = AdaptiveShiftFraction(T, DistanceToBarrierSigma(value.Product()));
+        h = std::min(h, in.spot * f);
+    }
+    return -(value(h, 0.0) - value(-h, 0.0)) / (2.0 * h);
+}
+
+double GammaOf(Revaluer& value) {
+    const double g = GammaShift(value.Inputs());
+    return (value(g, 0.0) - 2.0 * value(0.0, 0.0) + value(-g, 0.0)) / (g * g);
+}
+
+double VegaOf(Revaluer& value) {
+    const double point = VolPoint(value.Inputs());
+    return (value(0.0, point) - value(0.0, -point)) / 2.0;
+}
+
+double VolgaOf(Revaluer& value) {
+    const double point = VolPoint(value.Inputs());
+    return value(0.0, point) - 2.0 * value(0.0, 0.0) + value(0.0, -point);
+}
+
+double VannaOf(Revaluer& value) {
+    const double g = GammaShift(value.Inputs());
+    const double point = VolPoint(value.Inputs());
+    return (value(g, point) - value(g, -point) - value(-g, point) + value(-g, -point)) / (4.0 * g);
+}
+
+double ThetaOf(Revaluer& value) { return value(0.0, 0.0, 0.0, 1) - value(0.0, 0.0); }
+
+double RhoOf(Revaluer& value) {
+    return (value(0.0, 0.0, kBasisPoint) - value(0.0, 0.0, -kBasisPoint)) / 2.0;
+}
+
+double ForwardDeltaOf(Revaluer& value) {
+    const auto& in = value.Inputs();
+    return DeltaOf(value) * std::exp(-(in.rate1 - in.rate2) * value.Product().RemainingTime());
+}
+
+template <double (*Greek)(Revaluer&)>
+double Alone(const XScriptStructure& product) {
+    Revaluer value(product);
+    return Greek(value);
+}
+
+std::map<std::string, double> BasicGreeksOf(Revaluer& value) {
+    return {{"Price", value.Product().Price()}, {"Delta", DeltaOf(value)},
+            {"Gamma", GammaOf(value)},           {"Vega", VegaOf(value)},
+            {"Theta", ThetaOf(value)},           {"Rho", RhoOf(value)}};
 }
 
 }  // namespace
@@ -51,7 +122,8 @@ double AdaptiveShiftFraction(double remainingTime, double distance) {
 }
 
 double BasePrice(const XScriptStructure& product) {
-    return product.RepriceShifted(MarketShift{}, "GetBasePrice: not find result when pricing!");
+    Revaluer value(product);
+    return value(0.0, 0.0);
 }
 
 double DistanceToBarrierSigma(const XScriptStructure& product, std::optional<double> barrier) {
@@ -76,69 +148,26 @@ double DistanceToBarrierSigma(const XScriptStructure& product, std::optional<dou
     }
 }
 
-double Delta(const XScriptStructure& product) {
-    const auto& in = product.Inputs();
-    const double T = product.RemainingTime();
-    if (T <= 0.0) return 0.0;
-    double h = ModelDeltaShift(in);
-    if (in.adaptiveShift && in.adaptiveShiftBarrier > 0.0) {
-        const double f = AdaptiveShiftFraction(T, DistanceToBarrierSigma(product));
-        h = std::min(h, in.spot * f);
-    }
-    const double up = product.RepriceShifted(SpotShift(h));
-    const double down = product.RepriceShifted(SpotShift(-h));
-    return -(up - down) / (2.0 * h);
-}
-
-double Gamma(const XScriptStructure& product) {
-    const double g = GammaShift(product);
-    return (product.RepriceShifted(SpotShift(g)) - 2.0 * BasePrice(product) +
-            product.RepriceShifted(SpotShift(-g))) /
-           (g * g);
-}
-
-double Vega(const XScriptStructure& product) {
-    const double point = VolPoint(product);
-    return (RepriceWith(product, 0.0, point) - RepriceWith(product, 0.0, -point)) / 2.0;
-}
-
-double Volga(const XScriptStructure& product) {
-    const double point = VolPoint(product);
-    return RepriceWith(product, 0.0, point) - 2.0 * BasePrice(product) +
-           RepriceWith(product, 0.0, -point);
-}
-
-double Vanna(const XScriptStructure& product) {
-    const double g = GammaShift(product);
-    const double point = VolPoint(product);
-    return (RepriceWith(product, g, point) - RepriceWith(product, g, -point) -
-            RepriceWith(product, -g, point) + RepriceWith(product, -g, -point)) /
-           (4.0 * g);
-}
-
-double Theta(const XScriptStructure& product) {
-    return product.Reprice("time", 1.0) - BasePrice(product);
-}
-
-double Rho(const XScriptStructure& product) {
-    return (product.Reprice("rate1", kBasisPoint) - product.Reprice("rate1", -kBasisPoint)) / 2.0;
-}
-
-double ForwardDelta(const XScriptStructure& product) {
-    const auto& in = product.Inputs();
-    return Delta(product) * std::exp(-(in.rate1 - in.rate2) * product.RemainingTime());
-}
+double Delta(const XScriptStructure& product) { return Alone<DeltaOf>(product); }
+double Gamma(const XScriptStructure& product) { return Alone<GammaOf>(product); }
+double Vega(const XScriptStructure& product) { return Alone<VegaOf>(product); }
+double Volga(const XScriptStructure& product) { return Alone<VolgaOf>(product); }
+double Vanna(const XScriptStructure& product) { return Alone<VannaOf>(product); }
+double Theta(const XScriptStructure& product) { return Alone<ThetaOf>(product); }
+double Rho(const XScriptStructure& product) { return Alone<RhoOf>(product); }
+double ForwardDelta(const XScriptStructure& product) { return Alone<ForwardDeltaOf>(product); }
 
 std::map<std::string, double> BasicGreeks(const XScriptStructure& product) {
-    return {{"Price", product.Price()}, {"Delta", Delta(product)}, {"Gamma", Gamma(product)},
-            {"Vega", Vega(product)},   {"Theta", Theta(product)}, {"Rho", Rho(product)}};
+    Revaluer value(product);
+    return BasicGreeksOf(value);
 }
 
 std::map<std::string, double> AllGreeks(const XScriptStructure& product) {
-    auto greeks = BasicGreeks(product);
-    greeks["Vanna"] = Vanna(product);
-    greeks["Volga"] = Volga(product);
-    greeks["ForwardDelta"] = ForwardDelta(product);
+    Revaluer value(product);
+    auto greeks = BasicGreeksOf(value);
+    greeks["Vanna"] = VannaOf(value);
+    greeks["Volga"] = VolgaOf(value);
+    greeks["ForwardDelta"] = ForwardDeltaOf(value);
     return greeks;
 }
 
