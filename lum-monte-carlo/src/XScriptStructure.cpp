@@ -10,6 +10,7 @@
 #include "lum-monte-carlo/QmcRanGen.hpp"
 #include "lum-monte-carlo/RunSettings.hpp"
 #include "lum-monte-carlo/ScriptModelFactory.hpp"
+#include "lum-monte-carlo/ScriptPayoff.hpp"
 #include "lum-monte-carlo/ScriptSimulator.hpp"
 #include "lum-monte-carlo/SimpleDupire.hpp"
 
@@ -110,10 +111,13 @@ std::optional<std::int64_t> PositiveInteger(const std::optional<std::string>& te
 
 }  // namespace
 
+XScriptStructure::XScriptStructure(XScriptInputs inputs)
+    : XScriptStructure(std::move(inputs), nullptr) {}
+
 XScriptStructure::XScriptStructure(XScriptInputs inputs, std::shared_ptr<const PathPayoff> payoff) {
     CheckInputs(inputs);
-    ZEP_REQUIRE(payoff != nullptr, "XScriptStructure needs a payoff");
     MakeScriptModel(inputs.model, ShiftedModelInputs(inputs, {}), inputs.spot);  // model checks
+    if (!payoff) payoff = CompileScriptPayoff(inputs.eventDates, inputs.eventScripts);
     auto surface = SurfaceOf(inputs);
     m_inputs = std::move(inputs);
     m_payoff = std::move(payoff);

@@ -6,15 +6,13 @@
 #include "lum-monte-carlo/CudaMonteCarloPricer.hpp"
 #include "lum-monte-carlo/ProductDefinition.hpp"
 #include "lum-monte-carlo/ScriptGreeks.hpp"
-#include "lum-monte-carlo/ScriptPayoff.hpp"
 
 namespace zep::python {
 
 namespace {
 
 boost::shared_ptr<XScriptStructure> Built(XScriptInputs inputs) {
-    auto payoff = CompileScriptPayoff(inputs.eventDates, inputs.eventScripts);
-    return boost::make_shared<XScriptStructure>(std::move(inputs), std::move(payoff));
+    return boost::make_shared<XScriptStructure>(std::move(inputs));
 }
 
 template <class Value>

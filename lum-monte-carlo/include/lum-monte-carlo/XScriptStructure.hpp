@@ -61,6 +61,9 @@ struct PricingOutcome {
 
 class XScriptStructure {
 public:
+    // Checks the inputs, then compiles the event scripts into the payoff.
+    explicit XScriptStructure(XScriptInputs inputs);
+    // With a payoff given directly (a null payoff means: compile the event scripts).
     XScriptStructure(XScriptInputs inputs, std::shared_ptr<const PathPayoff> payoff);
 
     const XScriptInputs& Inputs() const { return m_inputs; }
