@@ -52,26 +52,39 @@ TEST(DailySteps, NeedsOneAsFirstCharacter) {
 }
 
 TEST(SimulationGrid, FloorsPastEventsAtTodayAndStepsEventToEvent) {
-    const auto grid = BuildSimulationGrid({-3, 0, 73, 73, 365}, 365.0, false);
+    const auto grid = BuildSimulationGrid({-3, 0, 73, 73, 365}, 365.0, 0);
     EXPECT_EQ(grid.times, (std::vector<double>{73 / 365.0, 1.0}));
     EXPECT_EQ(grid.eventStep, (std::vector<std::int32_t>{-1, -1, 0, 0, 1}));
     EXPECT_EQ(grid.eventTimes, (std::vector<double>{0, 0, 73 / 365.0, 73 / 365.0, 1.0}));
 }
 
 TEST(SimulationGrid, DailyStepsPickEventsOutOfTheDays) {
-    const auto grid = BuildSimulationGrid({2, 5}, 365.0, true);
+    const auto grid = BuildSimulationGrid({2, 5}, 365.0, 1);
     EXPECT_EQ(grid.Steps(), 5u);
     EXPECT_DOUBLE_EQ(grid.times[0], 1 / 365.0);
     EXPECT_EQ(grid.eventStep, (std::vector<std::int32_t>{1, 4}));
 }
 
+TEST(SimulationGrid, LongGapsAreSplitIntoEqualWholeDaySteps) {
+    const auto grid = BuildSimulationGrid({3, 4, 11}, 365.0, 3);
+    std::vector<double> days;
+    for (double t : grid.times) days.push_back(t * 365.0);
+    ASSERT_EQ(days.size(), 5u);
+    EXPECT_NEAR(days[0], 3, 1e-12);
+    EXPECT_NEAR(days[1], 4, 1e-12);
+    EXPECT_NEAR(days[2], 6, 1e-12);
+    EXPECT_NEAR(days[3], 8, 1e-12);
+    EXPECT_NEAR(days[4], 11, 1e-12);
+    EXPECT_EQ(grid.eventStep, (std::vector<std::int32_t>{0, 1, 4}));
+}
+
 TEST(SimulationGrid, AcceptsAtMost1098ObservationDays) {
     std::vector<std::int32_t> days(1098);
     for (std::size_t i = 0; i < days.size(); ++i) days[i] = static_cast<std::int32_t>(i + 1);
-    EXPECT_EQ(BuildSimulationGrid(days, 365.0, false).Steps(), 1098u);
+    EXPECT_EQ(BuildSimulationGrid(days, 365.0, 0).Steps(), 1098u);
     days.push_back(1099);
     try {
-        BuildSimulationGrid(days, 365.0, false);
+        BuildSimulationGrid(days, 365.0, 0);
         FAIL() << "expected a failure";
     } catch (const Error& e) {
         EXPECT_EQ(e.Message(), "The supported maxium oberservation days is 1098!");

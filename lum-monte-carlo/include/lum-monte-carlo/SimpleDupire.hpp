@@ -1,7 +1,7 @@
 // Dupire local volatility: dS / S = (rate1 - rate2) dt + sigma(t, S) dW with sigma from a
 // LocalVol surface built from the model's six parameters (see LocalVol) and anchored at the
 // reference level of the inputs. Log-Euler with the volatility frozen at the start of each
-// step: exact for a flat surface, first order otherwise, so the grid is daily.
+// step: exact for a flat surface, first order otherwise, so steps are at most three days.
 #pragma once
 
 #include <memory>

@@ -5,7 +5,7 @@
 // xi (volatility of variance), rho (spot-variance correlation), v0 (initial variance).
 // Discretised by full truncation Euler (Lord, Koekkoek, van Dijk): the variance may turn
 // negative between steps but only its positive part enters drift and diffusion, which keeps the
-// scheme's bias the smallest of the simple Euler fixes. Not exact: the grid is daily.
+// scheme's bias the smallest of the simple Euler fixes. Not exact: steps are at most three days.
 #pragma once
 
 #include "lum-monte-carlo/ScriptModelApi.hpp"

@@ -1,6 +1,7 @@
 // The time grid of a simulation: the event dates as year fractions from the valuation date
-// (floored at 0: a past event sees today's spot) and the steps the model takes between them,
-// either one step per distinct event day or one step per calendar day.
+// (floored at 0: a past event sees today's spot) and the steps the model takes between them:
+// one step per distinct event day, with extra days inserted so that no step is longer than
+// `maxStepDays` (0: no limit; 1: daily steps).
 #pragma once
 
 #include <cstdint>
@@ -21,6 +22,6 @@ inline constexpr std::size_t kMaxObservationDays = 1098;
 
 // `eventDays`: each event date minus the valuation date, in days, in date order.
 SimulationGrid BuildSimulationGrid(const std::vector<std::int32_t>& eventDays, double dayBasis,
-                                   bool dailySteps);
+                                   std::int32_t maxStepDays);
 
 }  // namespace zep
