@@ -295,3 +295,24 @@ TEST(XScriptStructure, DescriptionPrintsModelAndParameters) {
 
 }  // namespace
 }  // namespace zep
+
+namespace zep {
+namespace {
+
+TEST(XScriptStructure, RepricingPathsFollowSettingThenProduct) {
+    const XScriptStructure product(OneYearInputs(1, 777), CallPayoff(100.0));
+    EXPECT_EQ(product.RepricingPaths(), 777);
+    {
+        ScopedEnv env("ZEP_SDP_NUMSIMULATION", "2500");
+        EXPECT_EQ(product.RepricingPaths(), 2500);
+    }
+    for (const char* ignored : {"0", "-5", "many"}) {
+        ScopedEnv env("ZEP_SDP_NUMSIMULATION", ignored);
+        EXPECT_EQ(product.RepricingPaths(), 777) << ignored;
+    }
+    const XScriptStructure defaulted(OneYearInputs(1, 0), CallPayoff(100.0));
+    EXPECT_EQ(defaulted.RepricingPaths(), 10000);
+}
+
+}  // namespace
+}  // namespace zep
