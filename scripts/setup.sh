@@ -16,6 +16,7 @@ if [ ${#missing[@]} -gt 0 ]; then
 fi
 
 [ -x .venv/bin/python ] || python3 -m venv .venv
+export PATH="$PWD/.venv/bin:$PATH"  # the pinned swig, cmake and ninja
 .venv/bin/python -m pip install -q --disable-pip-version-check -r requirements-dev.txt
 
 # No build isolation: the pinned tools of the venv build the extension, and the build tree

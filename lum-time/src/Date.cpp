@@ -217,18 +217,17 @@ std::int32_t Date::Year() const {
     return year;
 }
 
-std::int32_t Date::Month() const {
-    const std::int32_t year = Year();
+std::int32_t Date::Month() const { return Civil(Year()).month; }
+
+std::int32_t Date::DayOfMonth() const { return Civil(Year()).day; }
+
+Date::CivilDate Date::Civil(std::int32_t year) const {
     const std::int32_t dayOfYear = m_serial - YearOffset(year);
     const bool leap = IsLeapYear(year);
-    std::int32_t month = 1;
+    // No month is longer than 32 days, so this starts at or before the right month.
+    std::int32_t month = dayOfYear > 0 ? dayOfYear / 32 + 1 : 1;
     while (month < 12 && dayOfYear > DaysBefore(month + 1, leap)) ++month;
-    return month;
-}
-
-std::int32_t Date::DayOfMonth() const {
-    const std::int32_t year = Year();
-    return m_serial - DaysBefore(Month(), IsLeapYear(year)) - YearOffset(year);
+    return {year, month, dayOfYear - DaysBefore(month, leap)};
 }
 
 Date Date::operator+(std::int32_t days) const {
@@ -289,8 +288,9 @@ Date Date::Advance(std::int32_t n, TimeUnit unit) const {
             return Date(static_cast<std::int32_t>(m_serial + days));
         }
         case Months: {
-            std::int64_t month = std::int64_t{Month()} + n;
-            std::int64_t year = Year();
+            const CivilDate from = Civil(Year());
+            std::int64_t month = std::int64_t{from.month} + n;
+            std::int64_t year = from.year;
             if (month > 12) {
                 const std::int64_t carry = (month - 13) / 12 + 1;
                 year += carry;
@@ -302,20 +302,24 @@ Date Date::Advance(std::int32_t n, TimeUnit unit) const {
             }
             ZEP_REQUIRE_TEXT(year >= 1901 && year <= 2199, "Year out of bounds after increasing date");
             const auto y = static_cast<std::int32_t>(year), m = static_cast<std::int32_t>(month);
-            const std::int32_t day = std::min(DayOfMonth(), DaysInMonth(m, y));
-            return Date(day, m, y);
+            return FromValidParts(std::min(from.day, DaysInMonth(m, y)), m, y);
         }
         case Years: {
-            const std::int64_t year = std::int64_t{Year()} + n;
+            const CivilDate from = Civil(Year());
+            const std::int64_t year = std::int64_t{from.year} + n;
             ZEP_REQUIRE_TEXT(year >= 1901 && year <= 2199, "Year out of bounds after increasing date");
             const auto y = static_cast<std::int32_t>(year);
-            const std::int32_t month = Month();
-            std::int32_t day = DayOfMonth();
-            if (month == 2 && day == 29 && !IsLeapYear(y)) day = 28;
-            return Date(day, month, y);
+            const bool lostLeapDay = from.month == 2 && from.day == 29 && !IsLeapYear(y);
+            return FromValidParts(lostLeapDay ? 28 : from.day, from.month, y);
         }
     }
     throw "undefined time units";
+}
+
+Date Date::FromValidParts(std::int32_t day, std::int32_t month, std::int32_t year) {
+    Date date;
+    date.m_serial = YearOffset(year) + DaysBefore(month, IsLeapYear(year)) + day;
+    return date;
 }
 
 Date Date::operator+(const Period& period) const { return Advance(period.Length(), period.Units()); }
@@ -339,7 +343,8 @@ std::string Date::TenorString(const Date& base) const {
 std::string Date::ToString() const {
     if (IsNull()) return "null date";
     char text[11];
-    const int day = DayOfMonth(), month = Month(), year = Year();
+    const CivilDate civil = Civil(Year());
+    const int day = civil.day, month = civil.month, year = civil.year;
     text[0] = static_cast<char>('0' + day / 10);
     text[1] = static_cast<char>('0' + day % 10);
     text[2] = '/';

@@ -23,4 +23,7 @@
 
 %include "zepFrame.i"
 %include "zepTime.i"
+%include "zepReport.i"
+%include "zepScript.i"
+%include "zepCalendar.i"
 %include "zepXScript.i"

@@ -28,7 +28,7 @@ std::int32_t IndexOf(const Node& variable) { return static_cast<const NodeVar&>(
 }  // namespace
 
 std::size_t Compiler::Emit(OpCode op, std::int32_t operand, double value) {
-    m_script.m_code.push_back(Instruction{op, operand, value});
+    m_script.m_code.push_back(Instruction{op, operand, 0, value});
     m_depth += StackEffect(op);
     m_script.m_stackSize = std::max(m_script.m_stackSize, static_cast<std::size_t>(std::max<std::ptrdiff_t>(m_depth, 0)));
     return m_script.m_code.size() - 1;
@@ -71,20 +71,32 @@ void Compiler::Fold(const Node& node, OpCode op) {
 }
 
 std::size_t Compiler::JumpUnless(const Node& condition) {
-    if (dynamic_cast<const NodeEqual*>(&condition)) {
-        Expression(*condition.arguments[0]);
-        return Emit(OpCode::JumpUnlessEqual);
+    const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
+    const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;
+    const bool supEqual = dynamic_cast<const NodeSupEqual*>(&condition) != nullptr;
+    if (!equal && !sup && !supEqual) {
+        condition.Accept(*this);
+        return Emit(OpCode::JumpIfFalse);
     }
-    if (dynamic_cast<const NodeSup*>(&condition)) {
-        Expression(*condition.arguments[0]);
-        return Emit(OpCode::JumpUnlessSup);
+    const Node& difference = *condition.arguments[0];
+    if (!difference.isConst && dynamic_cast<const NodeSub*>(&difference)) {
+        const Node& left = *difference.arguments[0];
+        const Node& right = *difference.arguments[1];
+        if (dynamic_cast<const NodeVar*>(&left) && right.isConst) {
+            const OpCode op = equal ? OpCode::JumpUnlessEqualVarConst
+                              : sup ? OpCode::JumpUnlessSupVarConst
+                                    : OpCode::JumpUnlessSupEqualVarConst;
+            return Emit(op, IndexOf(left), right.constVal);
+        }
+        if (left.isConst && dynamic_cast<const NodeVar*>(&right)) {
+            const OpCode op = equal ? OpCode::JumpUnlessEqualConstVar
+                              : sup ? OpCode::JumpUnlessSupConstVar
+                                    : OpCode::JumpUnlessSupEqualConstVar;
+            return Emit(op, IndexOf(right), left.constVal);
+        }
     }
-    if (dynamic_cast<const NodeSupEqual*>(&condition)) {
-        Expression(*condition.arguments[0]);
-        return Emit(OpCode::JumpUnlessSupEqual);
-    }
-    condition.Accept(*this);
-    return Emit(OpCode::JumpIfFalse);
+    Expression(difference);
+    return Emit(equal ? OpCode::JumpUnlessEqual : sup ? OpCode::JumpUnlessSup : OpCode::JumpUnlessSupEqual);
 }
 
 void Compiler::Visit(const NodeAssign& node) {

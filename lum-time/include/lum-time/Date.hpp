@@ -59,6 +59,12 @@ public:
     std::string ToString() const;
 
 private:
+    struct CivilDate {
+        std::int32_t year, month, day;
+    };
+    CivilDate Civil(std::int32_t year) const;
+    static Date FromValidParts(std::int32_t day, std::int32_t month, std::int32_t year);
+
     std::int32_t m_serial = 0;
 };
 

@@ -11,23 +11,32 @@
 
 namespace zep {
 
+// The instruction set, in one list so that the enumeration and the dispatch table agree.
+#define ZEP_SCRIPT_OPCODES(X)                                                                  \
+    X(PushConst) X(PushVar) X(PushSpot)                                                        \
+    X(Add) X(Sub) X(Mult) X(Div) X(Pow) X(Negate) X(Log) X(Sqrt) X(Least) X(Greatest)          \
+    /* binary operations whose right operand is the instruction's constant or variable */     \
+    X(AddConst) X(SubConst) X(MultConst) X(DivConst) X(AddVar) X(SubVar) X(MultVar) X(DivVar)  \
+    /* SMOOTH: pick the side of the band, skip the argument not needed, blend in the band */  \
+    X(SmoothTest) X(SmoothSkipA) X(SmoothSkipB) X(SmoothEnd)                                   \
+    /* conditions as 1.0 / 0.0 on the value stack */                                          \
+    X(Equal) X(Sup) X(SupEqual) X(And) X(Or) X(Not)                                            \
+    X(Jump) X(JumpIfFalse) X(JumpUnlessEqual) X(JumpUnlessSup) X(JumpUnlessSupEqual)           \
+    /* the usual guard "variable against a constant", either way round, in one step */        \
+    X(JumpUnlessEqualVarConst) X(JumpUnlessSupVarConst) X(JumpUnlessSupEqualVarConst)          \
+    X(JumpUnlessEqualConstVar) X(JumpUnlessSupConstVar) X(JumpUnlessSupEqualConstVar)          \
+    X(Assign) X(AssignConst) X(Pays) X(End)
+
 enum class OpCode : std::uint8_t {
-    PushConst, PushVar, PushSpot,
-    Add, Sub, Mult, Div, Pow, Negate, Log, Sqrt, Least, Greatest,
-    // Binary operations whose right operand is the instruction's constant or variable.
-    AddConst, SubConst, MultConst, DivConst, AddVar, SubVar, MultVar, DivVar,
-    // SMOOTH: pick the side of the band, skip the argument not needed, blend inside the band.
-    SmoothTest, SmoothSkipA, SmoothSkipB, SmoothEnd,
-    // Conditions as 1.0 / 0.0 on the value stack.
-    Equal, Sup, SupEqual, And, Or, Not,
-    Jump, JumpIfFalse, JumpUnlessEqual, JumpUnlessSup, JumpUnlessSupEqual,
-    Assign, AssignConst, Pays,
-    End,
+#define ZEP_OPCODE_ENUMERATOR(name) name,
+    ZEP_SCRIPT_OPCODES(ZEP_OPCODE_ENUMERATOR)
+#undef ZEP_OPCODE_ENUMERATOR
 };
 
 struct Instruction {
     OpCode op;
-    std::int32_t operand = 0;  // variable index or jump target
+    std::int32_t operand = 0;  // variable index
+    std::int32_t target = 0;   // jump target
     double value = 0.0;        // constant operand
 };
 

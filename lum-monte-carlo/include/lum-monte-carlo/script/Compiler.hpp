@@ -21,7 +21,7 @@ public:
 
 private:
     std::size_t Emit(OpCode op, std::int32_t operand = 0, double value = 0.0);
-    void PatchJump(std::size_t jump) { m_script.m_code[jump].operand = Here(); }
+    void PatchJump(std::size_t jump) { m_script.m_code[jump].target = Here(); }
     std::int32_t Here() const { return static_cast<std::int32_t>(m_script.m_code.size()); }
     void Expression(const Node& node);
     void Binary(const Node& node, OpCode plain, OpCode withConstant, OpCode withVariable);

@@ -1,0 +1,106 @@
+// Payoff scripts: parsing and preparing an autocallable, and evaluating one event date of it
+// per path through the compiled stream and through the tree-walking evaluator (same run).
+#include <benchmark/benchmark.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
+#include "lum-monte-carlo/script/ScriptProduct.hpp"
+
+namespace {
+
+// A 40-line autocallable observation with memory coupons, knock-in and a few path statistics.
+const std::string kAutocallable40Lines = R"(
+S0 = 100 NOTIONAL = 100 COUPON = 0.05 ALIVE = 1 WORST = 10
+CALLBARRIER = 1 COUPONBARRIER = 0.8 KIBARRIER = 0.6 ISLAST = 1
+IF ALIVE > 0.5 THEN
+  PERF = SPOT() / S0
+  WORST = MIN(WORST, PERF)
+  BEST = MAX(BEST, PERF)
+  IF PERF >= CALLBARRIER THEN
+    PAYOFF PAYS NOTIONAL * (1 + COUPON * PERIOD)
+    CALLED = 1
+    ALIVE = 0
+  ELSE
+    IF PERF >= COUPONBARRIER THEN
+      PAYOFF PAYS NOTIONAL * COUPON * (1 + MISSED)
+      MISSED = 0
+    ELSE
+      MISSED = MISSED + 1
+    ENDIF
+    IF PERF < KIBARRIER; 0.01 THEN
+      KI = 1
+    ENDIF
+    PERIOD = PERIOD + 1
+  ENDIF
+ENDIF
+IF ALIVE > 0.5 AND ISLAST > 0.5 THEN
+  IF KI > 0.5 AND PERF < 1 THEN
+    PAYOFF PAYS NOTIONAL * PERF
+  ELSE
+    PAYOFF PAYS NOTIONAL
+  ENDIF
+  ALIVE = 0
+ENDIF
+SPREAD = BEST - WORST
+LOGRET = LOG(PERF)
+VOLPROXY = SQRT(LOGRET * LOGRET)
+DIGI = SMOOTH(PERF - 1, 1, 0, 0.02)
+FLAG = MAX(SPREAD - 0.5, VOLPROXY - 0.3)
+TOTAL = TOTAL + DIGI * 0.01
+COUNT = COUNT + 1
+AVG = TOTAL / COUNT
+)";
+
+void ParseAndPrepareAutocallable40Lines(benchmark::State& state) {
+    const std::vector<zep::Date> dates = {zep::Date(15, 1, 2030)};
+    const std::vector<std::string> scripts = {kAutocallable40Lines};
+    for (auto _ : state) {
+        zep::ScriptProduct product(dates, scripts);
+        benchmark::DoNotOptimize(product.VariableCount());
+    }
+}
+BENCHMARK(ParseAndPrepareAutocallable40Lines)->Unit(benchmark::kMicrosecond);
+
+// A typical observation date: about ten statements around one IF/ELSE.
+const std::vector<std::string> kObservation = {
+    "S0 = SPOT() NOTIONAL = 100 ALIVE = 1 PERIOD = 1 WORST = 10",
+    R"(IF ALIVE > 0.5 THEN
+         PERF = SPOT() / S0
+         WORST = MIN(WORST, PERF)
+         IF PERF >= 1.0 THEN
+           PAYOFF PAYS NOTIONAL * (1 + 0.08 * PERIOD)
+           ALIVE = 0
+         ELSE
+           IF PERF < 0.6 THEN KI = 1 ENDIF
+           MEMO = MEMO + 0.02
+           PERIOD = PERIOD + 1
+         ENDIF
+       ENDIF)"};
+
+template <bool Compiled>
+void EvaluateOneObservation(benchmark::State& state) {
+    const zep::ScriptProduct product({zep::Date(15, 1, 2030), zep::Date(15, 4, 2030)}, kObservation);
+    zep::ScriptPathEvaluator evaluator(product);
+    std::vector<double> start(product.VariableCount()), variables(product.VariableCount());
+    evaluator.EvaluateEvent(0, {100.0, 1.0}, start);
+    std::mt19937 random(17);
+    std::uniform_real_distribution<double> spot(50.0, 150.0);
+    std::vector<zep::ScenarioPoint> points(256);
+    for (auto& point : points) point = {spot(random), 0.97};
+    std::size_t i = 0;
+    for (auto _ : state) {
+        variables = start;
+        if constexpr (Compiled) evaluator.EvaluateEvent(1, points[i++ & 255], variables);
+        else evaluator.EvaluateEventTree(1, points[i++ & 255], variables);
+        benchmark::DoNotOptimize(variables.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK_TEMPLATE(EvaluateOneObservation, true)->Name("EvaluateOneObservation/Compiled");
+BENCHMARK_TEMPLATE(EvaluateOneObservation, false)->Name("EvaluateOneObservation/TreeEvaluator");
+
+}  // namespace

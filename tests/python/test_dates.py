@@ -1,0 +1,133 @@
+"""Dates, periods and frequencies as a Python user meets them."""
+import datetime
+import random
+
+import pytest
+from hypothesis import given, settings, strategies as st
+
+import zep
+
+EXCEL_EPOCH = datetime.date(1899, 12, 30)  # serial 0 for every date after 28 February 1900
+
+
+def serial(day):
+    return (day - EXCEL_EPOCH).days
+
+
+@pytest.mark.parametrize(
+    "text",
+    ["2024/03/15", "2024-03-15", "15/03/2024", "15-03-2024", "20240315", "15-03-24", "15/03/24",
+     "15032024", "15Mar24", "15mar24", "150324", "15/mar/2024"],
+)
+def test_every_spelling_of_15_march_2024(text):
+    assert zep.Date(text).SerialNumber() == serial(datetime.date(2024, 3, 15))
+
+
+@pytest.mark.parametrize(
+    "text, message",
+    [
+        ("1900-12-31", "Year out of bound. It must be in [1901,2199]"),
+        ("15/13/2024", "Month out of bound. It must be in January-December range [1,12]"),
+        ("15/xx/2024", "Month out of bound. It must be in January-December range [1,12]"),
+        ("2023-02-29", "Day outside of month range"),
+        ("1/2/3/4", "Invalid date format: must be YYYY/MM/DD, YYYY-MM-DD, DD/MM/YYYY, DD-MM-YYYY, "
+                    "YYYYMMDD, DD-MM-YY, DD/MM/YY, DDMMYYYY, DDMthYY, DDMMYY"),
+        ("2024.0315", "Invalid date format"),
+        ("12345", "Error: Valid Non delimited date formats are YYYYMMDD, DDMMYYYY, DDMthYY, DDMMYY"),
+        ("99999999999/01/2024", "Bad date: must be YYYY/MM/DD, YYYY-MM-DD, DD/MM/YYYY, DD-MM-YYYY or YYYYMMDD"),
+    ],
+)
+def test_bad_date_texts_raise_the_library_message(text, message):
+    with pytest.raises(RuntimeError) as info:
+        zep.Date(text)
+    assert str(info.value) == message
+
+
+def test_random_dates_agree_with_the_spreadsheet_serial_and_print_day_first():
+    rng = random.Random(7)
+    for _ in range(2000):
+        day = datetime.date(1901, 1, 1) + datetime.timedelta(days=rng.randrange(109574 - 367 + 1))
+        date = zep.Date(day.isoformat())
+        assert date.SerialNumber() == serial(day), day
+        assert str(date) == day.strftime("%d/%m/%Y")
+        assert (date.Year(), date.Month(), date.DayOfMonth()) == (day.year, day.month, day.day)
+        assert date.to_date() == day and zep.Date(day) == date
+
+
+def test_python_conveniences():
+    date = zep.Date("2024-03-15")
+    assert str(date) == "15/03/2024" and repr(date) == "zep.Date('2024-03-15')"
+    assert date + 17 == zep.Date("2024-04-01") and 17 + date == date + 17
+    assert date - 15 == "2024-02-29"
+    assert date - zep.Date("2024-01-01") == 74
+    assert date + zep.Period("1M") == zep.Date("2024-04-15")
+    assert date - zep.Period("1Y") == zep.Date("2023-03-15")
+    assert date < "2024-03-16" and date >= datetime.date(2024, 3, 15)
+    assert len({date, zep.Date(45366), zep.Date(15, 3, 2024)}) == 1
+    assert date != "not a date" and date != 3.5
+    assert str(zep.Date()) == "null date" and zep.Date().Year() == 2026
+
+
+@pytest.mark.parametrize(
+    "text, length, unit",
+    [("ON", 1, zep.Days), ("o/n", 1, zep.Days), ("TOM", 1, zep.Days), ("today", 0, zep.Days),
+     ("SW", 1, zep.Weeks), ("10Y", 10, zep.Years), ("-1M", -1, zep.Months), ("Y", 0, zep.Years),
+     ("3w", 3, zep.Weeks)],
+)
+def test_period_texts(text, length, unit):
+    period = zep.Period(text)
+    assert (period.Length(), period.Units(), period.Text()) == (length, unit, text)
+
+
+@pytest.mark.parametrize(
+    "left, right, expected",
+    [("12M", "1Y", False), ("1Y", "12M", False), ("4W", "1M", True), ("1Y", "0D", True),
+     ("0D", "1Y", False), ("0D", "-1D", True), ("1M", "31D", True), ("1M", "30D", False),
+     ("1Y", "53W", True), ("2W", "14D", False), ("6M", "1Y", True)],
+)
+def test_period_ordering(left, right, expected):
+    assert (zep.Period(left) < zep.Period(right)) is expected
+
+
+def test_period_errors():
+    with pytest.raises(RuntimeError, match=r"^Last character of a period string must be one of \{d, w, m, y\} \(zep::Period::Period: "):
+        zep.Period("3X")
+    with pytest.raises(RuntimeError, match=r"^Period string can't be an empty string \("):
+        zep.Period("")
+
+
+@pytest.mark.parametrize(
+    "text, code",
+    [("daily", 365), ("1od", 365), ("1 day ois", 260), ("1 business day", 260), ("weekly", 52),
+     ("Quarterly", 4), ("3M", 4), ("semi-annual", 2), ("annual", 1), ("once", 0),
+     ("continuous", 366), ("cont", 366)],
+)
+def test_string_to_frequency(text, code):
+    assert zep.stringToFrequency(text) == code
+
+
+def test_frequency_names_and_rejections():
+    assert [zep.FrequencyToString(f) for f in (zep.NoFrequency, zep.Fourweekly, zep.Continuous)] == [
+        "NoFrequency", "Fourweekly", "Continuous"]
+    assert zep.longToFrequency(52) == zep.Weekly
+    for call, value, function in [(zep.FrequencyToString, 5, "zep::FrequencyToString"),
+                                  (zep.longToFrequency, 7, "zep::longToFrequency"),
+                                  (zep.stringToFrequency, "DAILY", "zep::stringToFrequency")]:
+        with pytest.raises(RuntimeError) as info:
+            call(value)
+        assert str(info.value).startswith(f"'{value}' is an invalid Frequency ({function}: ")
+
+
+def _parses_or_raises_documented(parser, text):
+    try:
+        parser(text)
+    except RuntimeError:
+        pass  # the library's own message: the only failure a bad text may produce
+
+
+@settings(max_examples=3000, deadline=None)
+@given(st.text(alphabet=st.sampled_from("0123456789/-.+ aAmMyYdDwWnN\x00é"), max_size=14) | st.text(max_size=12))
+def test_random_texts_only_ever_raise_library_errors(text):
+    _parses_or_raises_documented(zep.Date, text)
+    _parses_or_raises_documented(zep.Period, text)
+    _parses_or_raises_documented(zep.stringToFrequency, text)

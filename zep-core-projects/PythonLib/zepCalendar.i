@@ -1,0 +1,147 @@
+// Holiday calendars, business-day rules and day count conventions. The rule codes (Following,
+// ModifiedFollowing, ...) and convention codes (Act360, ActActISDA, ...) are module constants.
+%{
+#include "lum-time/Calendar.hpp"
+#include "lum-time/DayCounter.hpp"
+%}
+
+%include <std_string_view.i>
+
+// A list or tuple of dates: each a zep.Date, a date text or a datetime.date.
+%typemap(in) const std::vector<zep::Date>& (std::vector<zep::Date> converted) {
+    if (!PyList_Check($input) && !PyTuple_Check($input)) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
+    }
+    const Py_ssize_t count = PySequence_Fast_GET_SIZE($input);
+    converted.reserve(static_cast<std::size_t>(count));
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        PyObject* item = PySequence_Fast_GET_ITEM($input, i);
+        void* pointer = nullptr;
+        zep::Date date;
+        if (item != Py_None && SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date *), 0))) {
+            date = *reinterpret_cast<zep::Date*>(pointer);
+        } else {
+            const auto outcome = zep::python::DateFromPython(item, date);
+            if (outcome == zep::python::Conversion::Failed) SWIG_fail;
+            if (outcome == zep::python::Conversion::NotADate) {
+                SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every element must be a date");
+            }
+        }
+        converted.push_back(date);
+    }
+    $1 = &converted;
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const std::vector<zep::Date>& {
+    $1 = PyList_Check($input) || PyTuple_Check($input);
+}
+
+%typemap(out) std::vector<zep::Date> {
+    const std::vector<zep::Date>& dates = $1;
+    $result = PyList_New(static_cast<Py_ssize_t>(dates.size()));
+    if (!$result) SWIG_fail;
+    for (std::size_t i = 0; i < dates.size(); ++i) {
+        PyList_SET_ITEM($result, static_cast<Py_ssize_t>(i),
+                        SWIG_NewPointerObj(new zep::Date(dates[i]), $descriptor(zep::Date *), SWIG_POINTER_OWN));
+    }
+}
+
+%typemap(out) std::vector<std::string> {
+    const std::vector<std::string>& texts = $1;
+    $result = PyList_New(static_cast<Py_ssize_t>(texts.size()));
+    if (!$result) SWIG_fail;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        PyList_SET_ITEM($result, static_cast<Py_ssize_t>(i),
+                        PyUnicode_FromStringAndSize(texts[i].data(), static_cast<Py_ssize_t>(texts[i].size())));
+    }
+}
+
+%typemap(out) std::pair<zep::Date, zep::Date> {
+    $result = Py_BuildValue("(NN)",
+        SWIG_NewPointerObj(new zep::Date($1.first), $descriptor(zep::Date *), SWIG_POINTER_OWN),
+        SWIG_NewPointerObj(new zep::Date($1.second), $descriptor(zep::Date *), SWIG_POINTER_OWN));
+}
+
+namespace zep {
+%ignore DayCounter::YearFraction(const std::vector<Date>&, const std::vector<Date>&, const Date&, Frequency) const;
+%ignore DayCounter::YearFraction(const std::vector<Date>&, const std::vector<Date>&, const Date&) const;
+%ignore DayCounter::YearFraction(const std::vector<Date>&, const std::vector<Date>&) const;
+%ignore detail::HolidayIndex;
+}
+
+%feature("docstring") zep::DayCounter
+"A day count convention: DayCounter() is ActActISDA, DayCounter(code) takes a convention
+code (zep.Act360, ...), DayCounter(text) any spelling stringToConvention accepts.
+YearFraction(start, end[, nextCouponDate, frequency]) also takes two lists or tuples of dates
+and returns a list.";
+%feature("docstring") zep::Calendar
+"Holiday calendars of financial centres. Calendar() loads the holiday file: ZEP_HOLIDAYS_PATH
+(the file, or a directory holding Holidays.txt) when set, else Holidays.txt in ../control,
+../data, ../../control, ../../data, ../../../config of Calendar.SearchBase(), else the file
+shipped with the package. A centre text names one centre ('LON') or several joined by '+',
+',', ';' or blanks ('LON+NYC'); '' means weekends only.";
+
+%include "lum-time/DayCounter.hpp"
+%include "lum-time/Calendar.hpp"
+
+%extend zep::DayCounter {
+    PyObject* YearFraction(const std::vector<zep::Date>& starts, const std::vector<zep::Date>& ends,
+                           const zep::Date& nextCouponDate = zep::Date(),
+                           zep::Frequency frequency = zep::NoFrequency) const {
+        const std::vector<double> fractions = $self->YearFraction(starts, ends, nextCouponDate, frequency);
+        PyObject* list = PyList_New(static_cast<Py_ssize_t>(fractions.size()));
+        for (std::size_t i = 0; list && i < fractions.size(); ++i)
+            PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), PyFloat_FromDouble(fractions[i]));
+        return list;
+    }
+    std::string __str__() const { return $self->ToString(); }
+    %pythoncode %{
+        def __repr__(self):
+            try:
+                return "zep.DayCounter('%s')" % self.ToString()
+            except RuntimeError:
+                return "zep.DayCounter(%d)" % self.Convention()
+
+        def __eq__(self, other):
+            if not isinstance(other, DayCounter):
+                return NotImplemented
+            return self.Convention() == other.Convention()
+
+        def __hash__(self):
+            return hash(self.Convention())
+    %}
+}
+
+%extend zep::Calendar {
+    zep::Date Adjust(const zep::Date& date, const std::string& rule, std::string_view centres) const {
+        return $self->Adjust(date, zep::stringToDateAdjusterRule(rule), centres);
+    }
+    std::pair<zep::Date, zep::Date> FXODeliveryExpiryDates(const zep::Date& referenceDate,
+                                                           const zep::Date& spotDate,
+                                                           const std::string& tenor,
+                                                           std::string_view centres) const {
+        return $self->FXODeliveryExpiryDates(referenceDate, spotDate, zep::Period(tenor), centres);
+    }
+    bool _SameHolidays(const zep::Calendar& other) const { return *$self == other; }
+    %pythoncode %{
+        def __repr__(self):
+            return "zep.Calendar(centres=%r)" % (self.Centres(),)
+
+        def __eq__(self, other):
+            if not isinstance(other, Calendar):
+                return NotImplemented
+            return self._SameHolidays(other)
+
+        __hash__ = None
+    %}
+}
+
+// The installed package carries its holiday file next to the extension; registering the path
+// is all that happens at import, the file is read when a calendar is first built.
+%pythoncode %{
+def _register_packaged_holidays():
+    import os
+    here = os.path.dirname(os.path.abspath(__file__))
+    Calendar.SetPackagedHolidayFile(os.path.join(here, "zep_data", "Holidays.txt"))
+
+_register_packaged_holidays()
+%}
