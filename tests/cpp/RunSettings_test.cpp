@@ -40,7 +40,6 @@ TEST(RunMode, ReadsTheModeTable) {
     EXPECT_EQ(RunModeFromText("MULTITHREADCPU"), RunMode::MultithreadCPU);
     EXPECT_EQ(RunModeFromText("GPU"), RunMode::GPU);
     EXPECT_EQ(RunModeFromText("whatever"), RunMode::MultithreadCPU);
-    EXPECT_EQ(EffectiveRunMode("GPU"), RunMode::MultithreadCPU);
 }
 
 TEST(DailySteps, NeedsOneAsFirstCharacter) {
