@@ -29,3 +29,4 @@
 %include "zepVanilla.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"
+%include "zepXScript.i"

@@ -1,0 +1,46 @@
+// The model interface of the script Monte Carlo pricer: a one-factor spot process (with hidden
+// state such as a stochastic variance) under the risk-neutral measure of rate1, with the
+// underlying's own rate2 as its yield: drift of ln S is rate1 - rate2 - variance / 2.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zep {
+
+enum class ModelType : std::int32_t { BlackScholes = 1, Bachelier = 2, Heston = 3, Dupire = 4 };
+
+// "BlackSchole", "Bachelier", "Heston", "Dupire": the names the product description prints.
+std::string ModelName(ModelType type);
+ModelType ModelTypeFromCode(std::int32_t code);
+
+// What every model is built from; the model-specific numbers travel in `parameters`.
+struct ModelInputs {
+    double spot = 0.0;
+    double volatility = 0.0;
+    double rate1 = 0.0;  // risk-free rate, continuously compounded
+    double rate2 = 0.0;  // the underlying's rate (dividend yield, foreign rate)
+    std::vector<double> parameters;
+};
+
+template <class T>
+class ScriptModelApi {
+public:
+    virtual ~ScriptModelApi() = default;
+
+    virtual ModelType Type() const = 0;
+    // Standard normal draws consumed per time step.
+    virtual std::size_t FactorsPerStep() const = 0;
+    // True when one step of any length is exact in law, so the grid may jump event to event.
+    virtual bool StepsExactly() const = 0;
+
+    // Fixes the grid once per run (times in years, increasing, first after 0); SimulatePath
+    // then reads only constant data and may be called from several threads at once.
+    virtual void SetGrid(const std::vector<T>& times) = 0;
+    // One path: `normals` holds FactorsPerStep() draws per step; writes the spot at each grid
+    // time into `spots`.
+    virtual void SimulatePath(const T* normals, T* spots) const = 0;
+};
+
+}  // namespace zep

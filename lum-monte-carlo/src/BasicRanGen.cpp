@@ -1,0 +1,55 @@
+#include "lum-monte-carlo/BasicRanGen.hpp"
+
+#include <cmath>
+#include <numbers>
+
+namespace zep {
+
+namespace {
+
+std::uint64_t SplitMix64(std::uint64_t x) {
+    x += 0x9E3779B97F4A7C15ULL;
+    x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    x = (x ^ (x >> 27)) * 0x94D049BB133111EBULL;
+    return x ^ (x >> 31);
+}
+
+}  // namespace
+
+BasicRanGen::BasicRanGen(std::uint64_t seed) : m_seed(seed) { StartPath(0); }
+
+void BasicRanGen::StartPath(std::uint64_t pathIndex) {
+    const std::uint64_t mixed = SplitMix64(m_seed ^ SplitMix64(pathIndex));
+    m_increment = (SplitMix64(mixed) << 1) | 1U;
+    m_state = 0;
+    NextUInt32();
+    m_state += mixed;
+    NextUInt32();
+    m_hasSpare = false;
+}
+
+void BasicRanGen::RescaledPair(double x1, double x2, double* out) {
+    int exponent = 0;
+    std::frexp(x1 * x1 + x2 * x2, &exponent);
+    const int k = -exponent / 2;  // s * 4^k lands in [1/8, 1)
+    x1 = std::ldexp(x1, k);
+    x2 = std::ldexp(x2, k);
+    const double s = x1 * x1 + x2 * x2;
+    const double logS = std::log(s) - k * 2.0 * std::numbers::ln2;
+    const double factor = std::sqrt(-2.0 * logS / s);
+    out[0] = x1 * factor;
+    out[1] = x2 * factor;
+}
+
+void BasicRanGen::NextPath(double* normals, std::size_t count) {
+    std::size_t i = 0;
+    if (m_hasSpare && count > 0) normals[i++] = NextNormal();
+    for (; i + 1 < count; i += 2) NormalPair(normals + i);
+    if (i < count) normals[i] = NextNormal();
+}
+
+std::unique_ptr<RandomGen> BasicRanGen::ForThread() const {
+    return std::make_unique<BasicRanGen>(m_seed);
+}
+
+}  // namespace zep

@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "lum-auxiliary/Error.hpp"
+#include "lum-monte-carlo/BasicRanGen.hpp"
+#include "lum-monte-carlo/QmcRanGen.hpp"
+
+namespace zep {
+namespace {
+
+double NormalCdf(double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); }
+
+struct SerialOnlyGen final : RandomGen {
+    void StartPath(std::uint64_t) override {}
+    void NextPath(double*, std::size_t) override {}
+};
+
+TEST(RandomGen, BaseDerivationRefusesParallelUse) {
+    SerialOnlyGen serial;
+    try {
+        serial.ForThread();
+        FAIL() << "expected a failure";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.Message(), "Concrete random generator cannot be used for parallel simulations");
+    }
+}
+
+TEST(BasicRanGen, UniformTakes53BitsFromTwoDraws) {
+    BasicRanGen draws(7);
+    BasicRanGen uniforms(7);
+    for (int i = 0; i < 100; ++i) {
+        const std::uint64_t first = draws.NextUInt32();
+        const std::uint64_t second = draws.NextUInt32();
+        const double expected = static_cast<double>(second * 2097152ULL + (first >> 11)) /
+                                9007199254740992.0;
+        EXPECT_EQ(uniforms.NextUniform(), expected);
+    }
+}
+
+TEST(BasicRanGen, NormalsHaveUnitMomentsWithinFourStandardErrors) {
+    BasicRanGen gen(42);
+    const int n = 400000;
+    double sum = 0, squares = 0, fourth = 0, below = 0;
+    for (int i = 0; i < n; ++i) {
+        const double z = gen.NextNormal();
+        sum += z;
+        squares += z * z;
+        fourth += z * z * z * z;
+        below += z < -1.0;
+    }
+    EXPECT_NEAR(sum / n, 0.0, 4.0 / std::sqrt(n));
+    EXPECT_NEAR(squares / n, 1.0, 4.0 * std::sqrt(2.0 / n));
+    EXPECT_NEAR(fourth / n, 3.0, 4.0 * std::sqrt(96.0 / n));
+    const double p = NormalCdf(-1.0);
+    EXPECT_NEAR(below / n, p, 4.0 * std::sqrt(p * (1 - p) / n));
+}
+
+TEST(BasicRanGen, PathStreamDependsOnlyOnSeedAndPathIndex) {
+    BasicRanGen master(11);
+    auto worker = master.ForThread();
+    std::vector<double> a(50), b(50), c(50);
+    master.StartPath(123);
+    master.NextPath(a.data(), a.size());
+    worker->StartPath(5);
+    worker->NextPath(c.data(), c.size());
+    worker->StartPath(123);
+    worker->NextPath(b.data(), b.size());
+    EXPECT_EQ(a, b);
+    EXPECT_NE(a, c);
+}
+
+TEST(QmcRanGen, RadicalInverseMirrorsDigits) {
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(1, 2), 0.5);
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(2, 2), 0.25);
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(3, 2), 0.75);
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(6, 2), 0.375);
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(1, 3), 1.0 / 3);
+    EXPECT_DOUBLE_EQ(QmcRanGen::RadicalInverse(5, 3), 2.0 / 3 + 1.0 / 9);
+}
+
+TEST(QmcRanGen, BasesAreTheFirstPrimes) {
+    QmcRanGen gen(8);
+    EXPECT_EQ(gen.Bases(), (std::vector<std::uint32_t>{2, 3, 5, 7, 11, 13, 17, 19}));
+}
+
+class InverseNormalAccuracy : public ::testing::TestWithParam<double> {};
+TEST_P(InverseNormalAccuracy, InvertsTheNormalDistribution) {
+    // Acklam's relative error on the quantile is below 1.15e-9; dx = du / density.
+    const double u = GetParam();
+    const double x = QmcRanGen::InverseNormal(u);
+    const double density = std::exp(-x * x / 2) / std::sqrt(2 * M_PI);
+    EXPECT_NEAR(NormalCdf(x), u, 1.2e-9 * std::abs(x) * density + 1e-16) << "u=" << u;
+}
+INSTANTIATE_TEST_SUITE_P(AcrossRegions, InverseNormalAccuracy,
+                         ::testing::Values(1e-10, 1e-5, 0.01, 0.02425, 0.03, 0.2, 0.5, 0.77,
+                                           0.97575, 0.99, 0.999999));
+
+TEST(QmcRanGen, ClampsUniformsToTheOpenInterval) {
+    EXPECT_EQ(QmcRanGen::InverseNormal(0.0), QmcRanGen::InverseNormal(1e-12));
+    EXPECT_EQ(QmcRanGen::InverseNormal(-1.0), QmcRanGen::InverseNormal(1e-12));
+    EXPECT_EQ(QmcRanGen::InverseNormal(1.0), QmcRanGen::InverseNormal(0.999999999999));
+    EXPECT_LT(QmcRanGen::InverseNormal(1e-12), -7.0);
+}
+
+TEST(QmcRanGen, UsesPointCounterPlusOneAndAdvances) {
+    QmcRanGen gen(2);
+    double normals[2];
+    EXPECT_EQ(gen.PointCounter(), 0u);
+    gen.NextPath(normals, 2);  // point 1: (1/2, 1/3)
+    EXPECT_EQ(gen.PointCounter(), 1u);
+    EXPECT_NEAR(normals[0], 0.0, 1e-12);
+    EXPECT_NEAR(NormalCdf(normals[1]), 1.0 / 3, 1e-9);
+    gen.NextPath(normals, 2);  // point 2: (1/4, 2/3)
+    EXPECT_NEAR(NormalCdf(normals[0]), 0.25, 1e-9);
+    EXPECT_NEAR(NormalCdf(normals[1]), 2.0 / 3, 1e-9);
+    gen.StartPath(2);  // point 3: (3/4, 1/9)
+    gen.NextPath(normals, 2);
+    EXPECT_NEAR(NormalCdf(normals[0]), 0.75, 1e-9);
+    EXPECT_NEAR(NormalCdf(normals[1]), 1.0 / 9, 1e-9);
+}
+
+}  // namespace
+}  // namespace zep

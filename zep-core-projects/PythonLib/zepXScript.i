@@ -1,0 +1,40 @@
+// Scripted products priced by Monte Carlo: MXScriptStructure.
+%{
+#include "MXScriptStructure.hpp"
+%}
+
+%template(DoubleVector) std::vector<double>;
+%template(StringVector) std::vector<std::string>;
+
+// Results by name travel as plain dicts.
+%typemap(out) std::map<std::string, double> {
+    $result = PyDict_New();
+    if (!$result) SWIG_fail;
+    for (const auto& [name, value] : static_cast<const std::map<std::string, double>&>($1)) {
+        PyObject* figure = PyFloat_FromDouble(value);
+        if (!figure || PyDict_SetItemString($result, name.c_str(), figure) < 0) {
+            Py_XDECREF(figure);
+            Py_DECREF($result);
+            SWIG_fail;
+        }
+        Py_DECREF(figure);
+    }
+}
+
+%feature("docstring") zep::python::MXScriptStructure
+"A structured product written in the payoff script language, priced by Monte Carlo.
+
+MXScriptStructure(today, spot, volatility, rate1, rate2, model, modelParameters, eventDates,
+                  eventScripts, numSimulations=10000, seed=12345, dayBasis=365.0,
+                  adaptiveShift=False, adaptiveShiftBarrier=0.0, priceVariable='',
+                  quasiRandom=False, notional=1.0)
+MXScriptStructure.FromDefinition(json_or_yaml_text), MXScriptStructure.FromFile(path)
+
+model: 1 Black-Scholes (volatility), 2 Bachelier (normal volatility), 3 Heston (kappa, theta,
+xi, rho, v0), 4 Dupire (atmVol, skew, curvature, termSlope, minVol, maxVol). rate1 is the
+risk-free rate (drift and discounting), rate2 the underlying's yield. Payments are discounted
+by exp(-rate1 t). Price reports priceVariable, or the first variable that receives PAYS.
+Environment: ZEP_RUNMODE, ZEP_NUM_THREADS, ZEP_BS_DAILY_STEPS, ZEP_SDP_NUMSIMULATION.";
+
+%ignore zep::python::MWrapper;
+%include "MXScriptStructure.hpp"
