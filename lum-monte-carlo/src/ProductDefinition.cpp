@@ -138,8 +138,8 @@ std::vector<Date> ScheduleDates(const Reader& schedule) {
     const bool weekdaysOnly = schedule.Flag("weekdays_only", true);
     std::vector<Date> dates;
     for (Date d = start; d <= end; d = d + 1) {
-        const int weekday = d.SerialNumber() % 7;  // serial 1 (1900-01-01) was a Monday; 0 is Sunday
-        if (!weekdaysOnly || (weekday >= 1 && weekday <= 5)) dates.push_back(d);
+        const bool weekend = d.Weekday() == 1 || d.Weekday() == 7;
+        if (!weekdaysOnly || !weekend) dates.push_back(d);
     }
     return dates;
 }

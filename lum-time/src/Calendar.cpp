@@ -28,9 +28,7 @@ constexpr std::int32_t kWednesday = 4;  // weekdays run 1 (Sunday) to 7 (Saturda
 
 Date ThirdWednesday(std::int32_t month, std::int32_t year) {
     const Date first(1, month, year);
-    const std::int32_t remainder = first.SerialNumber() % 7;
-    const std::int32_t weekday = remainder == 0 ? 7 : remainder;
-    return first + ((kWednesday - weekday + 7) % 7 + 14);
+    return first + ((kWednesday - first.Weekday() + 7) % 7 + 14);
 }
 
 // The first third Wednesday strictly after the date in a month that is a multiple of `step`.

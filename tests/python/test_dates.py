@@ -131,3 +131,10 @@ def test_random_texts_only_ever_raise_library_errors(text):
     _parses_or_raises_documented(zep.Date, text)
     _parses_or_raises_documented(zep.Period, text)
     _parses_or_raises_documented(zep.stringToFrequency, text)
+
+
+def test_weekday_runs_from_sunday_1_to_saturday_7():
+    rng = random.Random(11)
+    for _ in range(500):
+        day = datetime.date(1901, 1, 1) + datetime.timedelta(days=rng.randrange(100000))
+        assert zep.Date(day).Weekday() == day.isoweekday() % 7 + 1, day

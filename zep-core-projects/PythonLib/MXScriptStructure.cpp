@@ -6,6 +6,8 @@
 #include "lum-monte-carlo/CudaMonteCarloPricer.hpp"
 #include "lum-monte-carlo/ProductDefinition.hpp"
 #include "lum-monte-carlo/ScriptGreeks.hpp"
+#include "lum-monte-carlo/ScriptReport.hpp"
+#include "lum-monte-carlo/ScriptingReporter.hpp"
 
 namespace zep::python {
 
@@ -161,6 +163,26 @@ double MXScriptStructure::GpuPrice() const {
     return Guarded("MXScriptStructure::GpuPrice", [&]() -> double {
         Object("zep::MXScriptStructure::GpuPrice");
         CudaMonteCarloPricer::Price();
+    });
+}
+
+std::string MXScriptStructure::WriteReport(const std::string& directory, const std::string& reportName,
+                                           const std::vector<std::string>& levelNames,
+                                           const std::vector<double>& levelValues,
+                                           const std::vector<std::string>& greekNames,
+                                           const std::vector<double>& greekValues) const {
+    return Guarded("MXScriptStructure::WriteReport", [&] {
+        const XScriptStructure& product = Object("zep::MXScriptStructure::WriteReport");
+        ZEP_REQUIRE(levelNames.size() == levelValues.size() && greekNames.size() == greekValues.size(),
+                    "Report levels and Greeks need one value per name");
+        std::vector<ScriptReportData::Level> levels;
+        for (std::size_t i = 0; i < levelNames.size(); ++i) levels.push_back({levelNames[i], levelValues[i]});
+        std::vector<std::pair<std::string, double>> greeks;
+        for (std::size_t i = 0; i < greekNames.size(); ++i) greeks.emplace_back(greekNames[i], greekValues[i]);
+        if (greeks.empty())
+            for (const auto& greek : zep::BasicGreeks(product)) greeks.push_back(greek);
+        const ScriptingReporter reporter(CollectReportData(product, reportName, std::move(levels), std::move(greeks)));
+        return reporter.Write(directory, reportName);
     });
 }
 

@@ -62,6 +62,15 @@ public:
     // GPU pricing asked for directly: this build has no GPU pricer.
     double GpuPrice() const;
 
+    // Prices the product and writes its Markdown report to <directory>/<reportName>_xscript.md,
+    // returning the path. Levels (barriers, triggers) are drawn beside the paths; the Greeks
+    // shown are the given ones, or BasicGreeks when none are given.
+    std::string WriteReport(const std::string& directory, const std::string& reportName,
+                            const std::vector<std::string>& levelNames,
+                            const std::vector<double>& levelValues,
+                            const std::vector<std::string>& greekNames,
+                            const std::vector<double>& greekValues) const;
+
 private:
     explicit MXScriptStructure(boost::shared_ptr<XScriptStructure> product);
 };

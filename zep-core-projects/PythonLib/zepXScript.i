@@ -37,4 +37,19 @@ by exp(-rate1 t). Price reports priceVariable, or the first variable that receiv
 Environment: ZEP_RUNMODE, ZEP_NUM_THREADS, ZEP_BS_DAILY_STEPS, ZEP_SDP_NUMSIMULATION.";
 
 %ignore zep::python::MWrapper;
+%rename(_WriteReport) zep::python::MXScriptStructure::WriteReport;
 %include "MXScriptStructure.hpp"
+
+%extend zep::python::MXScriptStructure {
+    %pythoncode %{
+        def WriteReport(self, directory, reportName, levels=None, greeks=None):
+            """Prices the product and writes its Markdown report to
+            <directory>/<reportName>_xscript.md; returns the path. levels: {name: value} drawn
+            beside the simulated paths (barriers, triggers); greeks: {name: value} to show,
+            BasicGreeks when not given."""
+            levels = dict(levels or {})
+            greeks = dict(greeks or {})
+            return self._WriteReport(directory, reportName, list(levels), [float(v) for v in levels.values()],
+                                     list(greeks), [float(v) for v in greeks.values()])
+    %}
+}

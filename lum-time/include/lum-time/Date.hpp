@@ -33,6 +33,11 @@ public:
     std::int32_t Year() const;
     std::int32_t Month() const;
     std::int32_t DayOfMonth() const;
+    // 1 Sunday to 7 Saturday: the serial number modulo 7, a remainder of 0 read as 7.
+    std::int32_t Weekday() const {
+        const std::int32_t remainder = m_serial % 7;
+        return remainder == 0 ? 7 : remainder;
+    }
 
     static bool IsLeapYear(std::int32_t year);
     static std::int32_t DaysInMonth(std::int32_t month, std::int32_t year);
