@@ -1,6 +1,7 @@
 #include "ScriptReportSections.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <optional>
 #include <string_view>
@@ -14,6 +15,8 @@ namespace {
 
 // The shown paths list at most this many event dates each before eliding the rest.
 constexpr std::size_t kRowsShownPerPath = 6;
+// The spot statistics table shows about this many event dates.
+constexpr std::size_t kStatisticsRows = 24;
 
 std::string Number(double value) { return fmt::format("{:.6g}", value); }
 std::string Fixed(double value, int digits) { return fmt::format("{:.{}f}", value, digits); }
@@ -54,6 +57,13 @@ public:
 private:
     std::string m_text;
 };
+
+// A table row standing for the rows left out.
+std::string Elision(std::size_t columns) {
+    std::string row = "| ... |";
+    for (std::size_t c = 1; c < columns; ++c) row += " ... |";
+    return row;
+}
 
 double YearFraction(const ScriptReportData& data, const Date& date) {
     return std::max(0.0, (date.SerialNumber() - data.today.SerialNumber()) / data.dayBasis);
@@ -146,7 +156,13 @@ std::string PricePath(const ScriptReportData& d) {
         separator += "--|";
     }
     Table table(header + "\n" + separator);
-    for (std::size_t e = 0; e < d.eventDates.size(); ++e) {
+    const std::size_t dates = d.eventDates.size();
+    for (std::size_t e = 0; e < dates; ++e) {
+        // The chart shows every date; the table shows the first ones and the last.
+        if (e == kRowsShownPerPath && dates > kRowsShownPerPath + 1) {
+            table.Line(Elision(d.samplePaths.size() + 1));
+            e = dates - 1;
+        }
         std::string row = "| " + d.eventDates[e].ToString() + " |";
         for (const auto& path : d.samplePaths) row += " " + (e < path.spots.size() ? Number(path.spots[e]) : "") + " |";
         table.Line(row);
@@ -156,7 +172,13 @@ std::string PricePath(const ScriptReportData& d) {
 
 std::string PricePathStatistics(const ScriptReportData& d) {
     Table table("|Date| Mean | Std. dev. | Min | P5 | P95 | Max |\n|--|--|--|--|--|--|--|");
-    for (std::size_t e = 0; e < d.eventDates.size() && e < d.spotStatistics.size(); ++e) {
+    // A long schedule (daily monitoring) is sampled down to about two dozen rows, last date kept.
+    const std::size_t dates = std::min(d.eventDates.size(), d.spotStatistics.size());
+    const std::size_t stride = (dates + kStatisticsRows - 1) / kStatisticsRows;
+    std::vector<std::size_t> shown;
+    for (std::size_t e = 0; e < dates; e += std::max<std::size_t>(stride, 1)) shown.push_back(e);
+    if (dates > 0 && shown.back() != dates - 1) shown.push_back(dates - 1);
+    for (const std::size_t e : shown) {
         const auto& s = d.spotStatistics[e];
         table.Line("| " + d.eventDates[e].ToString() + " | " + Number(s.mean) + " | " +
                    Number(s.standardDeviation) + " | " + Number(s.minimum) + " | " + Number(s.percentile5) +
@@ -165,25 +187,42 @@ std::string PricePathStatistics(const ScriptReportData& d) {
     return table.Text();
 }
 
+// Whether an event's script makes a payment (PAYS, in any letter case).
+bool Pays(const std::string& script) {
+    std::string upper(script);
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return upper.find("PAYS") != std::string::npos;
+}
+
 std::string CalculationProcess(const ScriptReportData& d) {
     nlohmann::json schedule;
     schedule["priceVariable"] = d.priceVariable;
     schedule["price"] = d.price;
     schedule["events"] = nlohmann::json::array();
-    Table table("|Date| Time (years) | Discount factor |\n|--|--|--|");
+    // The table lists the dates that pay; the observation-only dates are counted.
+    Table table("|Payment date| Time (years) | Discount factor |\n|--|--|--|");
+    std::size_t observations = 0;
     for (std::size_t e = 0; e < d.eventDates.size(); ++e) {
         const double factor = e < d.discountFactors.size() ? d.discountFactors[e] : 1.0;
+        const std::string& script = e < d.eventScripts.size() ? d.eventScripts[e] : "";
+        const bool pays = Pays(script);
         schedule["events"].push_back({{"date", IsoDate(d.eventDates[e])},
                                       {"time", YearFraction(d, d.eventDates[e])},
                                       {"discountFactor", factor},
-                                      {"script", e < d.eventScripts.size() ? d.eventScripts[e] : ""}});
+                                      {"pays", pays},
+                                      {"script", script}});
+        if (!pays) {
+            ++observations;
+            continue;
+        }
         table.Line("| " + d.eventDates[e].ToString() + " | " + Fixed(YearFraction(d, d.eventDates[e]), 6) +
                    " | " + Fixed(factor, 8) + " |");
     }
     schedule["variables"] = nlohmann::json::object();
     for (std::size_t i = 0; i < d.variableNames.size() && i < d.variableMeans.size(); ++i)
         schedule["variables"][d.variableNames[i]] = d.variableMeans[i];
-    return "<!-- SCHEDULE=" + schedule.dump() + "-->\n" + table.Text();
+    return "<!-- SCHEDULE=" + schedule.dump() + "-->\n" + table.Text() + "\n\n" + std::to_string(observations) +
+           " further event dates observe the underlying without paying.";
 }
 
 std::string EventScript(const ScriptReportData& d) {
@@ -200,9 +239,7 @@ std::string SimulationVars(const ScriptReportData& d) {
         separator += "--|";
     }
     Table table(header + "\n" + separator);
-    const std::size_t columns = d.variableNames.size() + 1;
-    std::string elision = "| ... |";
-    for (std::size_t c = 1; c < columns; ++c) elision += " ... |";
+    const std::string elision = Elision(d.variableNames.size() + 1);
 
     for (std::size_t p = 0; p < d.samplePaths.size(); ++p) {
         const auto& path = d.samplePaths[p];

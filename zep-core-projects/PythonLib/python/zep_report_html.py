@@ -93,18 +93,27 @@ def paths_chart(simulation):
 
 
 def schedule_chart(schedule):
-    """The event dates on a time line, each bar the discount factor applied to its payments."""
+    """The event dates on a time line: a bar at each payment date, its height the discount
+    factor applied there; a tick at each date that only observes the underlying."""
     events = schedule["events"]
     times = [0.0] + [event["time"] for event in events]
     axes = _Axes(times, [0.0, 1.0] + [event["discountFactor"] for event in events])
     parts = axes.frame("time (years)", "discount factor")
-    bar = max(2.0, (_WIDTH - 2 * _MARGIN) / max(len(events), 1) * 0.5)
+    paying = [event for event in events if event.get("pays", True)]
+    bar = max(3.0, min(18.0, (_WIDTH - 2 * _MARGIN) / max(len(paying), 1) * 0.5))
+    base = axes.y(axes.y0)
     for event in events:
-        x, top = axes.x(event["time"]), axes.y(event["discountFactor"])
-        parts.append(f'<rect x="{x - bar / 2:.1f}" y="{top:.1f}" width="{bar:.1f}" '
-                     f'height="{axes.y(axes.y0) - top:.1f}" fill="#2ca02c" fill-opacity="0.7">'
-                     f'<title>{html.escape(event["date"])}: {event["discountFactor"]:.6f}</title></rect>')
-    return _svg(f"Event schedule ({len(events)} dates)", parts, [("discount factor on the event date", "#2ca02c")])
+        x = axes.x(event["time"])
+        if not event.get("pays", True):
+            parts.append(f'<line x1="{x:.1f}" y1="{base:.1f}" x2="{x:.1f}" y2="{base - 8:.1f}" stroke="#999"/>')
+            continue
+        top = axes.y(event["discountFactor"])
+        parts.append(f'<rect x="{x - bar / 2:.1f}" y="{top:.1f}" width="{bar:.1f}" height="{base - top:.1f}" '
+                     f'fill="#2ca02c" fill-opacity="0.75"><title>{html.escape(event["date"])}: '
+                     f'{event["discountFactor"]:.6f}</title></rect>')
+    legend = [("payment date: discount factor", "#2ca02c"), ("observation date", "#999")]
+    return _svg(f"Payment schedule ({len(paying)} payment dates, {len(events) - len(paying)} observations)",
+                parts, legend)
 
 
 def _inline(text):
