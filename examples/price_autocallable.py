@@ -21,6 +21,7 @@ if _build:
 import zep  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+REPORTS = os.environ.get("ZEP_REPORT_DIR", os.path.join(os.getcwd(), "reports"))
 
 
 def main(path):
@@ -52,6 +53,13 @@ def main(path):
     print()
     print(f"  Knock-in probability       {variables.get('KI', 0.0):12.4%}")
     print(f"  Priced with Greeks in {elapsed:.2f} s")
+
+    # The pricing report, with the knock-in and autocall levels drawn beside the sample paths.
+    levels = {"Knock-in 70%": 70.0, "Autocall 100%": 100.0}
+    report = note.WriteReport(REPORTS, "autocallable", levels, greeks)
+    print()
+    print(f"  Report:    {report}")
+    print(f"  HTML view: {zep.report_to_html(report)}")
 
 
 if __name__ == "__main__":

@@ -3,4 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
+# Warnings and worse only: the demo's own output is the point.
+export ZEP_LOGLEVEL="${ZEP_LOGLEVEL:-warning}"
 .venv/bin/python examples/dates_demo.py
+echo
+.venv/bin/python examples/price_autocallable.py
