@@ -1,10 +1,12 @@
 #include "lum-interest-rates/GenericCurve.hpp"
 
 #include <algorithm>
+#include <sstream>
 
 #include <boost/property_tree/ptree.hpp>
 
 #include "lum-auxiliary/SavedFields.hpp"
+#include "lum-interest-rates/InterpolatedVariable.hpp"
 
 namespace zep {
 
@@ -153,6 +155,23 @@ void GenericCurve::LoadFields(const boost::property_tree::ptree& fields) {
     m_last_time_index = fields.get<std::int32_t>("m_last_time_index");
     m_rate_value_at_first_time = fields::GetDouble(fields, "m_rate_value_at_first_time");
     m_rate_value_at_last_time = fields::GetDouble(fields, "m_rate_value_at_last_time");
+}
+
+std::string GenericCurve::Dump() const {
+    // Code -1 (annually compounded zero rates) has no text name of its own.
+    const std::string variable = m_interpolatedVariable == AnnualZeroRates
+                                     ? "annually compounded zero rate"
+                                     : InterpolatedVariableToString(m_interpolatedVariable);
+    const std::string method = m_interpolationMethod == SplineTableInterpolation
+                                   ? "spline table"
+                                   : InterpolationMethodToString(static_cast<std::uint32_t>(m_interpolationMethod));
+    std::ostringstream table;
+    table << "1 - Dates\t2 - Times\t3 - Interpolation Variable\t4 - Interpolation Method\n";
+    table.precision(12);
+    for (std::size_t i = 0; i < m_dates.size(); ++i)
+        table << m_dates[i].ToString() << '\t' << m_times[i] << '\t' << m_variables[i] << " (" << variable
+              << ")\t" << method << '\n';
+    return table.str();
 }
 
 }  // namespace zep

@@ -136,3 +136,10 @@ def test_bad_arguments_raise_type_or_value_errors():
         flat_curve()._FillAtTimes(np.zeros(3, dtype=np.float32), np.zeros(3))
     with pytest.raises(RuntimeError, match=r"No such node \(m_times\)"):
         pickle.loads(pickle.dumps(flat_curve()).replace(b"m_times", b"m_timez"))
+
+
+def test_dump_lists_every_pillar_under_the_column_heads():
+    curve = zep.YieldCurve("2024-01-02", ["2025-01-02", "2026-01-02"], [0.97, 0.94])
+    lines = curve.Dump().splitlines()
+    assert lines[0] == "1 - Dates\t2 - Times\t3 - Interpolation Variable\t4 - Interpolation Method"
+    assert [line.split("\t")[0] for line in lines[1:]] == ["02/01/2024", "02/01/2025", "02/01/2026"]

@@ -42,6 +42,10 @@ public:
     // The spline table's value at time x: the end values outside [first, last] pillar time.
     double SplineTableValue(double x) const;
 
+    // The pillars as a tab-separated table under the heads "1 - Dates", "2 - Times",
+    // "3 - Interpolation Variable" and "4 - Interpolation Method", one line per pillar.
+    std::string Dump() const;
+
 protected:
     GenericCurve(const Date& referenceDate, const zep::DayCounter& dayCounter,
                  std::int32_t interpolatedVariable, std::int32_t interpolationMethod,
