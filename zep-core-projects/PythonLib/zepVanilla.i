@@ -1,12 +1,28 @@
-// Black-Scholes vanilla options: the engine (BSVanilla, MBSVanilla), historical volatility
-// (HistVols) and the NumPy book entry points (PriceVanillaBook, ImpliedVolatilityBook).
+// Black-Scholes vanilla options: the engine (BSVanilla, MBSVanilla), the booked option
+// (MVanillaOption), historical volatility (HistVols) and the NumPy book entry points
+// (PriceVanillaBook, ImpliedVolatilityBook). Included after the curves: options take them.
 %{
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/HistVols.hpp"
 #include "lum-closed-form/VanillaBook.hpp"
 #include "DoubleBuffer.hpp"
 #include "MBSVanilla.hpp"
+#include "MVanillaOption.hpp"
 %}
+
+// A forward that may be missing: None, or a number.
+%typemap(in) std::optional<double> {
+    if ($input == Py_None) {
+        $1 = std::nullopt;
+    } else {
+        const double value = PyFloat_AsDouble($input);
+        if (value == -1.0 && PyErr_Occurred()) SWIG_fail;
+        $1 = value;
+    }
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_DOUBLE) std::optional<double> {
+    $1 = $input == Py_None || PyFloat_Check($input) || PyLong_Check($input);
+}
 
 // NumPy arrays travel as spans over their own memory: read for inputs, filled in place for outputs.
 %typemap(in) std::span<const double> (zep::python::DoubleBuffer buffer) {
@@ -85,6 +101,15 @@ BSVanilla(type, strike, vol, timeToExpiry, timeToDelivery, rd, rf, spot), or
 BSVanilla.FromForward(..., forward, spot=-1). Theta is per day, ThetaPerYear per year.";
 %feature("docstring") zep::python::MBSVanilla
 "The engine behind the M-class frame: failures read 'MBSVanilla::<operation> failed: ...'.";
+%feature("docstring") zep::python::MVanillaOption
+"A booked European vanilla priced by the Black-Scholes engine:
+MVanillaOption(buySell, callPut, faceValue, strike, spot, referenceDate, expiryDate,
+settlementDate, deliveryDate, rd, rf, vol[, dayCounter=Act365Fixed, exerciseKind=0]) with
+rd, rf continuously compounded numbers or two zep.YieldCurve objects (domestic, foreign);
+MVanillaOption.FromForward(..., forward, ..., spot=-1) quotes it on the forward. Side +1 buy,
+-1 sell; type 0 call, 1 put; exercise 0 European, 1 American, 2 Bermudan. Figures take no
+argument or an integer pricing method (0 and 1 closed form); Delta also takes a boolean (True
+spot delta, False premium-adjusted). Failures read 'MVanillaOption::<operation> failed: ...'.";
 %feature("docstring") zep::HistVols
 "Rolling-window historical volatility: HistVols(dates, prices); setAll(sampleNum, model=0,
 lambda=0.94, returnKind=1, annualisationFactor=252); models 0 equal weights, 1 EWMA recursion
@@ -93,6 +118,7 @@ from zero, 2 EWMA with weights normalised by 1 - lambda^n; returnKind 1 log, 0 s
 %include "lum-closed-form/BSVanilla.hpp"
 %include "lum-closed-form/HistVols.hpp"
 %include "MBSVanilla.hpp"
+%include "MVanillaOption.hpp"
 
 %inline %{
 namespace zep::python {

@@ -26,7 +26,7 @@
 %include "zepReport.i"
 %include "zepScript.i"
 %include "zepCalendar.i"
-%include "zepVanilla.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"
+%include "zepVanilla.i"
 %include "zepXScript.i"

@@ -1,0 +1,24 @@
+// Where an option reads its volatility: one figure per strike and time to expiry. A flat
+// volatility now; the FX smile surfaces answer the same question once they are built.
+#pragma once
+
+namespace zep {
+
+class VolatilitySource {
+public:
+    virtual ~VolatilitySource() = default;
+    // Black-Scholes volatility (0.1 = 10%) for the strike and the year fraction to expiry.
+    virtual double Volatility(double strike, double timeToExpiry) const = 0;
+};
+
+// The same volatility at every strike and expiry.
+class FlatVolatility : public VolatilitySource {
+public:
+    explicit FlatVolatility(double volatility) : m_volatility(volatility) {}
+    double Volatility(double, double) const override { return m_volatility; }
+
+private:
+    double m_volatility;
+};
+
+}  // namespace zep
