@@ -7,4 +7,6 @@ bash scripts/setup.sh
 export ZEP_LOGLEVEL="${ZEP_LOGLEVEL:-warning}"
 .venv/bin/python examples/dates_demo.py
 echo
+.venv/bin/python examples/vanilla_demo.py
+echo
 .venv/bin/python examples/price_autocallable.py
