@@ -2,6 +2,8 @@ import math
 import os
 
 import numpy as np
+import re
+
 import pytest
 from scipy import integrate
 from scipy.stats import norm
@@ -250,8 +252,8 @@ def test_json_and_yaml_definitions_price_alike():
     ("    script: C PAYS", "    scrip: C PAYS", "events[0].script"),
 ])
 def test_malformed_definition_names_the_field(old, new, field):
-    with pytest.raises(RuntimeError, match=f"MXScriptStructure::FromDefinition failed: Product definition: "
-                                           f"field '{field.replace('[', '[[]')}'"):
+    with pytest.raises(RuntimeError, match=re.escape(f"MXScriptStructure::FromDefinition failed: Product definition: "
+                                                     f"field '{field}'")):
         zep.MXScriptStructure.FromDefinition(DEFINITION.replace(old, new))
 
 
