@@ -1,9 +1,8 @@
 import math
 import os
-
-import numpy as np
 import re
 
+import numpy as np
 import pytest
 from scipy import integrate
 from scipy.stats import norm
