@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <random>
 #include <string>
@@ -262,33 +264,17 @@ TEST(BSVanilla, ZeroSpotAndForwardAreAccepted) {
     EXPECT_NEAR(put.Price(), 100 * std::exp(-0.05), 1e-12);
 }
 
-std::string BareText(auto&& action) {
-    try {
-        action();
-    } catch (const char* text) {
-        return text;
-    }
-    return "(no failure)";
-}
 
-std::string ErrorText(auto&& action) {
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.what();
-    }
-    return "(no failure)";
-}
 
 TEST(BSVanilla, RejectsBadInputWithItsMessages) {
-    EXPECT_EQ(BareText([] { BSVanilla(BSVanilla::Call, 100, 0.2, 1, 1, 0, 0, -1e-9); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla(BSVanilla::Call, 100, 0.2, 1, 1, 0, 0, -1e-9); }),
               " Spot must be positive.");
-    EXPECT_EQ(BareText([] { BSVanilla::FromForward(BSVanilla::Call, 100, 0.2, 1, 1, 0, 0, -5.0); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla::FromForward(BSVanilla::Call, 100, 0.2, 1, 1, 0, 0, -5.0); }),
               " Forward must be positive.");
-    const std::string volatility = ErrorText([] { BSVanilla(BSVanilla::Put, 100, 0.0, 1, 1, 0, 0, 100); });
+    const std::string volatility = zep::testing::ErrorWhat([] { BSVanilla(BSVanilla::Put, 100, 0.0, 1, 1, 0, 0, 100); });
     EXPECT_EQ(volatility.rfind("volatility must be a positive percentage! (zep::BSVanilla::SetBasicParameters: ", 0), 0u)
         << volatility;
-    EXPECT_NE(ErrorText([] { BSVanilla(BSVanilla::Call, 100, std::nan(""), 1, 1, 0, 0, 100); }), "(no failure)");
+    EXPECT_NE(zep::testing::ErrorWhat([] { BSVanilla(BSVanilla::Call, 100, std::nan(""), 1, 1, 0, 0, 100); }), zep::testing::kNoFailure);
 }
 
 // Round trips of the solvers over seeded markets.
@@ -322,12 +308,12 @@ TEST(BSVanilla, FuturesOptionBisectionFollowsTheUndiscountedPremium) {
 }
 
 TEST(BSVanilla, ImpliedVolatilityFailuresAndNaN) {
-    const std::string negative = ErrorText([] { BSVanilla::VolImpliedFromForwardPrice(0, 100, 100, 1, 5, -0.1); });
+    const std::string negative = zep::testing::ErrorWhat([] { BSVanilla::VolImpliedFromForwardPrice(0, 100, 100, 1, 5, -0.1); });
     EXPECT_EQ(negative.rfind("VolatilityImpliedFromForwardPrice: volatility limit cannot be less than zero (zep::BSVanilla::VolImpliedFromForwardPrice: ", 0), 0u) << negative;
-    const std::string futures = ErrorText([] { BSVanilla::VolImpliedFromFutureOptPrice(0, 100, 100, 1, 0.01, 5, -0.1); });
+    const std::string futures = zep::testing::ErrorWhat([] { BSVanilla::VolImpliedFromFutureOptPrice(0, 100, 100, 1, 0.01, 5, -0.1); });
     EXPECT_EQ(futures.rfind("VolatilityImpliedFromForwardPrice: volatility limit cannot be less than zero", 0), 0u);
     // A zero limit starts the search at zero volatility, which the premium refuses.
-    EXPECT_EQ(ErrorText([] { BSVanilla::VolImpliedFromForwardPrice(0, 100, 100, 1, 5, 0.0); })
+    EXPECT_EQ(zep::testing::ErrorWhat([] { BSVanilla::VolImpliedFromForwardPrice(0, 100, 100, 1, 5, 0.0); })
                   .rfind("volatility must be a positive percentage!", 0), 0u);
     EXPECT_TRUE(std::isnan(BSVanilla::VolImpliedFromForwardPrice(0, 100, 100, 1, std::nan(""))));
     EXPECT_TRUE(std::isnan(BSVanilla::VolImpliedFromPrice(0, std::nan(""), 1, 1, 0, 0, 100, 5)));
@@ -357,16 +343,16 @@ TEST(BSVanilla, StrikeFromDeltaRoundTripsEveryDeltaKind) {
 }
 
 TEST(BSVanilla, StrikeFromDeltaSignCheckAndFailures) {
-    const std::string refused = ErrorText([] {
+    const std::string refused = zep::testing::ErrorWhat([] {
         BSVanilla::StrikeImpliedFromDelta(BSVanilla::Put, 0.25, 0.1, 1, 1, 0, 0, 1.2, 1.2);
     });
     EXPECT_EQ(refused.rfind("OptionType = Call, delta must > 0. eg. 0.6; OptionType = Put, delta must < 0. eg. -0.6 (zep::BSVanilla::StrikeImpliedFromDelta: ", 0), 0u) << refused;
     // A call with a negative target passes the sign test and fails in Newton instead.
-    EXPECT_EQ(BareText([] { BSVanilla::StrikeImpliedFromDelta(BSVanilla::Call, -0.25, 0.1, 1, 1, 0, 0, 1.2, 1.2); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla::StrikeImpliedFromDelta(BSVanilla::Call, -0.25, 0.1, 1, 1, 0, 0, 1.2, 1.2); }),
               " Newton-Raphson failed.");
     EXPECT_EQ(BSVanilla::StrikeImpliedFromDelta(BSVanilla::Call, -0.25, 0.1, 1, 1, 0, 0, 1.2, 1.2,
                                                 DeltaKind::Spot, true), -1.0);
-    EXPECT_EQ(BareText([] { BSVanilla::StrikeImpliedFromDelta(BSVanilla::Call, std::nan(""), 0.1, 1, 1, 0, 0, 1.2, 1.2); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla::StrikeImpliedFromDelta(BSVanilla::Call, std::nan(""), 0.1, 1, 1, 0, 0, 1.2, 1.2); }),
               " Newton-Raphson failed.");
 }
 
@@ -377,10 +363,10 @@ TEST(BSVanilla, StrikeFromPriceRoundTripsAndFails) {
         ExpectClose(strike, m.strike, 1e-7, m);
     }
     // One iteration allowed means no Newton step at all.
-    EXPECT_EQ(BareText([] { BSVanilla::StrikeImpliedFromPrice(0, 3.0, 0.2, 1, 1, 0, 0, 100, 100, 1e-10, 1); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla::StrikeImpliedFromPrice(0, 3.0, 0.2, 1, 1, 0, 0, 100, 100, 1e-10, 1); }),
               " Newton-Raphson didn't converge: can't find implied strike.");
     // Far beyond the money the price no longer moves with the strike.
-    EXPECT_EQ(BareText([] { BSVanilla::StrikeImpliedFromPrice(0, 3.0, 0.2, 1, 1, 0, 0, 100, 1000, 1e-10, 10); }),
+    EXPECT_EQ(zep::testing::BareText([] { BSVanilla::StrikeImpliedFromPrice(0, 3.0, 0.2, 1, 1, 0, 0, 100, 1000, 1e-10, 10); }),
               " Can't find implied strike: function has local min or max.");
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <string>
 
@@ -9,14 +11,6 @@
 namespace zep {
 namespace {
 
-std::string Failure(auto&& action) {
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.Message();
-    }
-    return "(no failure)";
-}
 
 TEST(Bisection, FindsRootsFromEitherSideOfTheBracket) {
     Bisection solver(1e-12);
@@ -29,14 +23,14 @@ TEST(Bisection, FindsRootsFromEitherSideOfTheBracket) {
 
 TEST(Bisection, ReportsItsFailures) {
     Bisection solver;
-    EXPECT_EQ(Failure([&] { solver.Solve([](double x) { return x; }); }), "Bisection: Domain is not set");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { solver.Solve([](double x) { return x; }); }), "Bisection: Domain is not set");
     solver.SetDomain(1.0, 2.0);
-    EXPECT_EQ(Failure([&] { solver.Solve([](double x) { return x; }); }), "Bisection: root must be bracketed");
-    EXPECT_EQ(Failure([&] { solver.Solve([](double) { return std::nan(""); }); }),
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { solver.Solve([](double x) { return x; }); }), "Bisection: root must be bracketed");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { solver.Solve([](double) { return std::nan(""); }); }),
               "Bisection: root must be bracketed");
     Bisection impatient(1e-12, 5);
     impatient.SetDomain(0.0, 2.0);
-    EXPECT_EQ(Failure([&] { impatient.Solve([](double x) { return x - 0.3; }); }),
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { impatient.Solve([](double x) { return x - 0.3; }); }),
               "Bisection: too many bisections");
 }
 

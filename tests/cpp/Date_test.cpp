@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <string>
 
 #include "lum-time/Date.hpp"
@@ -8,14 +10,6 @@
 namespace zep {
 
 namespace {
-std::string BareText(auto&& action) {
-    try {
-        action();
-    } catch (const char* text) {
-        return text;
-    }
-    return "";
-}
 }  // namespace
 
 TEST(Date, SerialAnchorsMatchSpreadsheetNumbering) {
@@ -53,7 +47,7 @@ TEST(Date, AdvanceClampsTheDayWithoutEndOfMonthRule) {
     EXPECT_EQ(Date(31, 3, 2024) + Period(-13, Months), Date(28, 2, 2023));
     EXPECT_EQ(Date(15, 12, 2024) + Period(12, Months), Date(15, 12, 2025));
     EXPECT_EQ(Date(15, 1, 2024) + Period(-1, Months), Date(15, 12, 2023));
-    EXPECT_EQ(BareText([] { Date(1, 6, 2199) + Period(7, Months); }),
+    EXPECT_EQ(zep::testing::BareText([] { Date(1, 6, 2199) + Period(7, Months); }),
               "Year out of bounds after increasing date");
 }
 
@@ -87,8 +81,8 @@ TEST(Period, ConversionsAreExactOrRefused) {
     EXPECT_DOUBLE_EQ(Period(3, Days).Weeks(), 3.0 / 7.0);
     EXPECT_DOUBLE_EQ(Period(2, Years).Months(), 24.0);
     EXPECT_DOUBLE_EQ(Period(0, Years).Days(), 0.0);
-    EXPECT_EQ(BareText([] { Period(1, Months).Days(); }), "Cannot convert Months into Days");
-    EXPECT_EQ(BareText([] { Period(1, Days).Months(); }), "Cannot convert Days into Months");
+    EXPECT_EQ(zep::testing::BareText([] { Period(1, Months).Days(); }), "Cannot convert Months into Days");
+    EXPECT_EQ(zep::testing::BareText([] { Period(1, Days).Months(); }), "Cannot convert Days into Months");
 }
 
 TEST(Period, FromFrequencyGivesTheCouponPeriod) {
@@ -97,7 +91,7 @@ TEST(Period, FromFrequencyGivesTheCouponPeriod) {
     EXPECT_EQ(Period(Annual).Text(), "1Y");
     EXPECT_EQ(Period(Daily).Text(), "1D");
     EXPECT_EQ(Period(Continuous).Length(), 0);
-    EXPECT_EQ(BareText([] { Period(static_cast<Frequency>(5)); }), "unknown frequency");
+    EXPECT_EQ(zep::testing::BareText([] { Period(static_cast<Frequency>(5)); }), "unknown frequency");
 }
 
 }  // namespace zep

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <boost/any.hpp>
 
 #include "MWrapper.hpp"
@@ -17,14 +19,6 @@ template <class T>
 struct Holder {
     static void Twice() { ZEP_FAIL("nested"); }
 };
-std::string Caught(auto&& action) {
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.what();
-    }
-    return "";
-}
 }  // namespace
 
 TEST(Error, FormatsMessageFunctionFileBaseAndLine) {
@@ -45,11 +39,11 @@ TEST(Error, CopiesShareTheirText) {
 }
 
 TEST(Error, MacroNamesTheQualifiedFunction) {
-    EXPECT_NE(Caught([] { Probe{}.Member(); }).find("(zep::{anonymous}::Probe::Member: Error_test.cpp, l."),
+    EXPECT_NE(zep::testing::ErrorWhat([] { Probe{}.Member(); }).find("(zep::{anonymous}::Probe::Member: Error_test.cpp, l."),
               std::string::npos);
-    EXPECT_NE(Caught([] { Probe p; ++p; }).find("(zep::{anonymous}::Probe::operator ++: "),
+    EXPECT_NE(zep::testing::ErrorWhat([] { Probe p; ++p; }).find("(zep::{anonymous}::Probe::operator ++: "),
               std::string::npos);
-    EXPECT_NE(Caught([] { Holder<int>::Twice(); }).find("(zep::{anonymous}::Holder<T>::Twice: "),
+    EXPECT_NE(zep::testing::ErrorWhat([] { Holder<int>::Twice(); }).find("(zep::{anonymous}::Holder<T>::Twice: "),
               std::string::npos);
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <random>
 #include <string>
@@ -34,14 +36,6 @@ double SampleStdDev(const std::vector<double>& x) {
     return std::sqrt(squares / static_cast<double>(x.size() - 1));
 }
 
-std::string Failure(auto&& action) {
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.Message();
-    }
-    return "(no failure)";
-}
 
 TEST(HistVols, EqualWeightsIsTheAnnualisedSampleDeviationOfEachWindow) {
     const std::vector<double> prices = RandomWalk(30, 3);
@@ -98,25 +92,25 @@ TEST_P(ExponentialWeights, RecursionAndNormalisedWeightsDifferByTheMissingMass) 
 INSTANTIATE_TEST_SUITE_P(HistVols, ExponentialWeights, ::testing::Values(0.0, 0.5, 0.94, 0.97, 0.999));
 
 TEST(HistVols, ReportsEveryBadInput) {
-    EXPECT_EQ(Failure([] { HistVols(Days(3), {1.0, 2.0}); }), "dates and quotes not same size!");
-    EXPECT_EQ(Failure([] { HistVols(Days(2), {1.0, 2.0}); }),
+    EXPECT_EQ(zep::testing::ErrorMessage([] { HistVols(Days(3), {1.0, 2.0}); }), "dates and quotes not same size!");
+    EXPECT_EQ(zep::testing::ErrorMessage([] { HistVols(Days(2), {1.0, 2.0}); }),
               "HistVols: need at least 3 price observations for historical volatility");
     HistVols history(Days(5), {1.0, 1.1, 1.2, 1.1, 1.0});
-    EXPECT_EQ(Failure([&] { history.setAll(1); }), "not enough return samples");
-    EXPECT_EQ(Failure([&] { history.setAll(5); }), "not enough return samples");
-    EXPECT_EQ(Failure([&] { history.setAll(2, 3); }), "unknown HistVols model");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { history.setAll(1); }), "not enough return samples");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { history.setAll(5); }), "not enough return samples");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { history.setAll(2, 3); }), "unknown HistVols model");
     for (double lambda : {1.0, -0.1, std::nan("")}) {
-        EXPECT_EQ(Failure([&] { history.setAll(2, HistVols::EwmaRecursion, lambda); }), "lambda must be in [0,1)");
-        EXPECT_EQ(Failure([&] { history.GetVol(2, HistVols::EwmaNormalised, lambda); }), "lambda must be in [0,1)");
+        EXPECT_EQ(zep::testing::ErrorMessage([&] { history.setAll(2, HistVols::EwmaRecursion, lambda); }), "lambda must be in [0,1)");
+        EXPECT_EQ(zep::testing::ErrorMessage([&] { history.GetVol(2, HistVols::EwmaNormalised, lambda); }), "lambda must be in [0,1)");
     }
     // A lambda this close to one loses the weights' normalisation to rounding.
-    EXPECT_EQ(Failure([&] { history.GetVol(3, HistVols::EwmaNormalised, 1.0 - 1e-10); }),
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { history.GetVol(3, HistVols::EwmaNormalised, 1.0 - 1e-10); }),
               "invalid weights normalization");
-    EXPECT_EQ(Failure([&] { history.GetVol(5); }),
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { history.GetVol(5); }),
               "HistVols::GetVol: not enough price observations for requested window");
     HistVols withZero(Days(4), {1.0, 0.0, 1.2, 1.1});
-    EXPECT_EQ(Failure([&] { withZero.setAll(2); }), "Price<=0");
-    EXPECT_EQ(Failure([&] { withZero.GetVol(2, 0, 0.94, HistVols::SimpleReturns); }), "Price<=0");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { withZero.setAll(2); }), "Price<=0");
+    EXPECT_EQ(zep::testing::ErrorMessage([&] { withZero.GetVol(2, 0, 0.94, HistVols::SimpleReturns); }), "Price<=0");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <random>
 #include <stdexcept>
@@ -17,16 +19,6 @@ using zep::InterpolationMethod;
 const std::vector<double> kX = {0.5, 1.0, 2.0, 3.5, 5.0};
 const std::vector<double> kY = {0.02, 0.025, 0.03, 0.028, 0.031};
 
-std::string MessageOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const zep::Error& e) {
-        return e.Message();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "no failure";
-}
 
 class EveryMethodAndExtrapolation
     : public ::testing::TestWithParam<std::tuple<std::uint32_t, std::uint32_t>> {};
@@ -120,15 +112,15 @@ TEST(Interpolation, ExtrapolationSettings) {
     Interp linear(x, y, zep::LogLinearInterpolation, zep::LinearExtrapolation);
     EXPECT_NEAR(linear.Evaluate(0.5), 0.0, 1e-15);
     EXPECT_NEAR(linear.Evaluate(6.0), 5.0, 1e-15);
-    EXPECT_EQ(MessageOf([&] { Interp(x, y, zep::LinearInterpolation, zep::NoExtrapolation).Evaluate(0.5); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { Interp(x, y, zep::LinearInterpolation, zep::NoExtrapolation).Evaluate(0.5); }),
               "Extrapolation not possible");
 }
 
 TEST(Interpolation, TaylorFailsOnlyWhenUsed) {
     Interp interp(kX, kY, zep::LinearInterpolation, zep::TaylorExtrapolation);
     EXPECT_NEAR(interp.Evaluate(1.5), 0.0275, 1e-15);
-    EXPECT_EQ(MessageOf([&] { interp.Evaluate(7.0); }), "Wrong extrapolation method");
-    EXPECT_EQ(MessageOf([&] { Interp(kX, kY, zep::LinearInterpolation, ExtrapolationMethod(9)).Evaluate(0.1); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { interp.Evaluate(7.0); }), "Wrong extrapolation method");
+    EXPECT_EQ(zep::testing::FailureText([&] { Interp(kX, kY, zep::LinearInterpolation, ExtrapolationMethod(9)).Evaluate(0.1); }),
               "Wrong extrapolation method");
 }
 
@@ -191,15 +183,15 @@ TEST(Interpolation, BoundaryDerivativesRejectARepeatedEndNode) {
 }
 
 TEST(Interpolation, DataFailures) {
-    EXPECT_EQ(MessageOf([] { Interp({}, {}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(1); }),
+    EXPECT_EQ(zep::testing::FailureText([] { Interp({}, {}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(1); }),
               "Interpolation: empty data");
-    EXPECT_EQ(MessageOf([] { Interp({1, 2}, {1}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(1); }),
+    EXPECT_EQ(zep::testing::FailureText([] { Interp({1, 2}, {1}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(1); }),
               "Interpolation: Data dimensions don't match");
-    EXPECT_EQ(MessageOf([] { Interp(kX, kY, InterpolationMethod(9), zep::FlatExtrapolation).Evaluate(1.5); }),
+    EXPECT_EQ(zep::testing::FailureText([] { Interp(kX, kY, InterpolationMethod(9), zep::FlatExtrapolation).Evaluate(1.5); }),
               "Wrong method");
-    EXPECT_EQ(MessageOf([] { Interp({0, 1e-11, 1}, {1, 2, 3}, zep::CubicInterpolation, zep::FlatExtrapolation).Evaluate(0.5); }),
+    EXPECT_EQ(zep::testing::FailureText([] { Interp({0, 1e-11, 1}, {1, 2, 3}, zep::CubicInterpolation, zep::FlatExtrapolation).Evaluate(0.5); }),
               "interpolate1d3Spline: Bad X array");
-    EXPECT_EQ(MessageOf([] { Interp({0, 1, 1, 2}, {1, 2, 2, 3}, zep::ClampedCubicInterpolation, zep::FlatExtrapolation).Evaluate(0.5); }),
+    EXPECT_EQ(zep::testing::FailureText([] { Interp({0, 1, 1, 2}, {1, 2, 2, 3}, zep::ClampedCubicInterpolation, zep::FlatExtrapolation).Evaluate(0.5); }),
               "cubicInterpolation: Bad X array");
 }
 
@@ -248,14 +240,14 @@ TEST(Interpolation, TwoDimensionalFailures) {
     const std::vector<double> x = {0.0, 1.0}, y = {10.0, 20.0};
     const std::vector<std::vector<double>> z = {{1, 2}, {3, 4}};
     auto at = [&](std::uint32_t method) {
-        return MessageOf([&] { Interp(x, y, z, InterpolationMethod(method), zep::FlatExtrapolation).Evaluate(0.5, 15); });
+        return zep::testing::FailureText([&] { Interp(x, y, z, InterpolationMethod(method), zep::FlatExtrapolation).Evaluate(0.5, 15); });
     };
     for (std::uint32_t m : {3u, 4u, 8u}) EXPECT_EQ(at(m), "Interpolation: Methods not implemented in 2D");
     EXPECT_EQ(at(6), "2D Cubic interpolation not available");
     EXPECT_EQ(at(7), "Wrong method");
-    EXPECT_EQ(MessageOf([&] { Interp(x, y, {{1, 2}}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(0, 0); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { Interp(x, y, {{1, 2}}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(0, 0); }),
               "Interpolation: Data dimensions don't match");
-    EXPECT_EQ(MessageOf([&] { Interp(x, y, {}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(0, 0); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { Interp(x, y, {}, zep::LinearInterpolation, zep::FlatExtrapolation).Evaluate(0, 0); }),
               "Interpolation: empty data");
 }
 
@@ -276,9 +268,9 @@ TEST(InterpolationText, CanonicalNamesRoundTripAndAliasesParse) {
     EXPECT_EQ(zep::stringToInterpolationMethod("Explicit Clamped Cubic"), 8u);
     EXPECT_EQ(zep::stringToInterpolationMethod("LAGRANGEPOLYNOMIAL"), 5u);
     EXPECT_EQ(zep::stringToExtrapolationMethod("Taylor"), 3u);
-    EXPECT_EQ(MessageOf([] { zep::InterpolationMethodToString(9); }),
+    EXPECT_EQ(zep::testing::FailureText([] { zep::InterpolationMethodToString(9); }),
               "Interpolation method is an invalid enumeration: 9");
-    EXPECT_EQ(MessageOf([] { zep::ExtrapolationMethodToString(5); }),
+    EXPECT_EQ(zep::testing::FailureText([] { zep::ExtrapolationMethodToString(5); }),
               "Extrapolation method is an invalid enumeration: 5");
 }
 

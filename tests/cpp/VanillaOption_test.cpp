@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <string>
 #include <vector>
@@ -51,16 +53,6 @@ boost::shared_ptr<const YieldCurve> FlatCurve(double rate) {
                                           DayCounter(Act365Fixed));
 }
 
-std::string ErrorText(auto&& action) {
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.Message();
-    } catch (const char* text) {
-        return text;
-    }
-    return "(no failure)";
-}
 
 struct Case {
     int callPut;
@@ -179,24 +171,24 @@ TEST(VanillaOption, StrikeQuotesDenoteTheirStrikes) {
     EXPECT_NEAR(BSVanilla(BSVanilla::Put, put10, 0.09, kExpiryYears, kDeliveryYears, 0.035, 0.02, spot).ForwardDelta(),
                 -0.10, 1e-9);
     EXPECT_DOUBLE_EQ(option.getVolSurfaceData("put", "25D"), 0.09);
-    EXPECT_EQ(ErrorText([&] { option.getVolSurfaceData("straddle", "ATM"); }), "unknow side");
-    EXPECT_EQ(ErrorText([&] { option.StrikeFromQuote("call", "ATMX"); }), "'ATMX' is an invalid strike quote.");
+    EXPECT_EQ(zep::testing::FailureText([&] { option.getVolSurfaceData("straddle", "ATM"); }), "unknow side");
+    EXPECT_EQ(zep::testing::FailureText([&] { option.StrikeFromQuote("call", "ATMX"); }), "'ATMX' is an invalid strike quote.");
 }
 
 TEST(VanillaOption, ExerciseKindsAndPricingMethodsRefuseWithTheirMessages) {
     VanillaOption european = OnRates(BSVanilla::Call, 100, 100, 0.01, 0.0, 0.2);
     for (int method : {2, 3, 4, 5, -1})
-        EXPECT_EQ(ErrorText([&] { european.Price(method); }), "not support Trinominal or BAW!") << method;
+        EXPECT_EQ(zep::testing::FailureText([&] { european.Price(method); }), "not support Trinominal or BAW!") << method;
     VanillaOption::Terms terms = TermsOf(BSVanilla::Call, 100);
     terms.exerciseKind = VanillaOption::American;
     VanillaOption american(terms, 100, VanillaOption::Carry::Rates(0.01, 0.0), Flat(0.2));
-    EXPECT_EQ(ErrorText([&] { american.Price(VanillaOption::Trinomial); }), "not support Trinominal!");
-    EXPECT_EQ(ErrorText([&] { american.Delta(); }), "not support Trinominal or BAW!");
+    EXPECT_EQ(zep::testing::FailureText([&] { american.Price(VanillaOption::Trinomial); }), "not support Trinominal!");
+    EXPECT_EQ(zep::testing::FailureText([&] { american.Delta(); }), "not support Trinominal or BAW!");
     terms.exerciseKind = VanillaOption::Bermudan;
     VanillaOption bermudan(terms, 100, VanillaOption::Carry::Rates(0.01, 0.0), Flat(0.2));
-    EXPECT_EQ(ErrorText([&] { bermudan.Vega(); }), "Not support BERMUDAN!");
-    EXPECT_EQ(ErrorText([&] { european.DeltaPrice("spot", 0.01); }), "not supported fieldName!");
-    EXPECT_EQ(ErrorText([&] { european.GammaPrice("spot_volatility", 0.01); }), "not supported fieldName!");
+    EXPECT_EQ(zep::testing::FailureText([&] { bermudan.Vega(); }), "Not support BERMUDAN!");
+    EXPECT_EQ(zep::testing::FailureText([&] { european.DeltaPrice("spot", 0.01); }), "not supported fieldName!");
+    EXPECT_EQ(zep::testing::FailureText([&] { european.GammaPrice("spot_volatility", 0.01); }), "not supported fieldName!");
 }
 
 TEST(VanillaOption, ConstructionChecksDatesSideExerciseAndSources) {
@@ -207,29 +199,29 @@ TEST(VanillaOption, ConstructionChecksDatesSideExerciseAndSources) {
     };
     VanillaOption::Terms early = TermsOf(BSVanilla::Call, 100);
     early.expiryDate = Date(14, 1, 2024);
-    EXPECT_EQ(ErrorText([&] { build(early); }), "Expiry date must after reference date!");
-    EXPECT_EQ(ErrorText([&] { buildOnForward(early); }), "Expiry date must after reference datel!");
+    EXPECT_EQ(zep::testing::FailureText([&] { build(early); }), "Expiry date must after reference date!");
+    EXPECT_EQ(zep::testing::FailureText([&] { buildOnForward(early); }), "Expiry date must after reference datel!");
     VanillaOption::Terms today = TermsOf(BSVanilla::Call, 100);
     today.expiryDate = kReference;
-    EXPECT_EQ(ErrorText([&] { build(today); }), "(no failure)");
+    EXPECT_EQ(zep::testing::FailureText([&] { build(today); }), zep::testing::kNoFailure);
     VanillaOption::Terms settled = TermsOf(BSVanilla::Call, 100);
     settled.settlementDate = Date(14, 7, 2024);
-    EXPECT_EQ(ErrorText([&] { build(settled); }), "Settlement date must on or after expiry date!");
+    EXPECT_EQ(zep::testing::FailureText([&] { build(settled); }), "Settlement date must on or after expiry date!");
     VanillaOption::Terms exotic = TermsOf(BSVanilla::Call, 100);
     exotic.exerciseKind = 3;
-    EXPECT_EQ(ErrorText([&] { build(exotic); }), "unknown option type(expiry nature)!");
+    EXPECT_EQ(zep::testing::FailureText([&] { build(exotic); }), "unknown option type(expiry nature)!");
     VanillaOption::Terms sideways = TermsOf(BSVanilla::Call, 100, 0);
-    EXPECT_EQ(ErrorText([&] { build(sideways); }), "unknow side");
-    EXPECT_EQ(ErrorText([&] { VanillaOption(TermsOf(BSVanilla::Call, 100), 100.0, rates, nullptr); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { build(sideways); }), "unknow side");
+    EXPECT_EQ(zep::testing::FailureText([&] { VanillaOption(TermsOf(BSVanilla::Call, 100), 100.0, rates, nullptr); }),
               "VolSurface is Null!");
-    EXPECT_EQ(ErrorText([&] { VanillaOption::FromForward(TermsOf(0, 100), std::nullopt, rates, Flat(0.2)); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { VanillaOption::FromForward(TermsOf(0, 100), std::nullopt, rates, Flat(0.2)); }),
               "No input forward!");
-    EXPECT_EQ(ErrorText([&] {
+    EXPECT_EQ(zep::testing::FailureText([&] {
                   VanillaOption(TermsOf(0, 100), 100.0, VanillaOption::Carry::Curves(nullptr, FlatCurve(0.0)), Flat(0.2));
               }),
               "accrual (domestic) YieldCurve is Null!");
-    EXPECT_EQ(ErrorText([&] { OnRates(BSVanilla::Call, 100, -1.0, 0.0, 0.0, 0.2); }), " Spot must be positive.");
-    EXPECT_EQ(ErrorText([&] { OnRates(BSVanilla::Call, 100, 100.0, 0.0, 0.0, 0.0); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { OnRates(BSVanilla::Call, 100, -1.0, 0.0, 0.0, 0.2); }), " Spot must be positive.");
+    EXPECT_EQ(zep::testing::FailureText([&] { OnRates(BSVanilla::Call, 100, 100.0, 0.0, 0.0, 0.0); }),
               "volatility must be a positive percentage!");
 }
 

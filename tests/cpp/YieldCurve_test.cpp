@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cmath>
 #include <functional>
 #include <stdexcept>
@@ -27,25 +29,7 @@ std::vector<Date> Pillars() {
     return dates;
 }
 
-std::string MessageOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const zep::Error& e) {
-        return e.Message();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "no failure";
-}
 
-std::string WhatOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "no failure";
-}
 
 YieldCurve FlatCurve(std::int32_t variable, std::int32_t method) {
     const std::vector<Date> dates = Pillars();
@@ -182,51 +166,51 @@ TEST(YieldCurve, SplineTableGivesTheInstantaneousForwardRate) {
 
 TEST(YieldCurve, SetInterpolationFailureKeepsTheCurve) {
     YieldCurve curve = FlatCurve(zep::ContinuousZeroRates, zep::LinearInterpolation);
-    EXPECT_EQ(MessageOf([&] { curve.SetInterpolation(10); }), "SetInterpolation failed");
+    EXPECT_EQ(zep::testing::FailureText([&] { curve.SetInterpolation(10); }), "SetInterpolation failed");
     EXPECT_EQ(curve.GetInterpolationMethod(), zep::LinearInterpolation);
     EXPECT_NEAR(curve.DiscountFactor(2.0), std::exp(-2 * kRate), 1e-15);
     YieldCurve single(kReference, {kReference}, {0.03}, zep::Continuous, kAct365);
-    EXPECT_EQ(MessageOf([&] { single.SetInterpolation(zep::SplineTableInterpolation); }), "SetInterpolation failed");
+    EXPECT_EQ(zep::testing::FailureText([&] { single.SetInterpolation(zep::SplineTableInterpolation); }), "SetInterpolation failed");
 }
 
 TEST(YieldCurve, ConstructionFailures) {
     const std::vector<Date> two = {kReference + 10, kReference + 20};
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, two, {0.9}, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, two, {0.9}, kAct365); }),
               "Must enter the same number of dates and discount factors.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, std::vector<Date>{}, std::vector<double>{}, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, std::vector<Date>{}, std::vector<double>{}, kAct365); }),
               "YieldCurve: dates and discountFactors must not be empty.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, {kReference}, {0.99}, kAct365); }), "First discount factor must equal 1.0.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, {kReference - 1}, {1.0}, kAct365); }), "First discount factor must equal 1.0.");
-    EXPECT_NE(WhatOf([&] { YieldCurve(kReference, {kReference}, {0.99}, kAct365); }).find("(zep::YieldCurve::YieldCurve: YieldCurve.cpp, l."),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, {kReference}, {0.99}, kAct365); }), "First discount factor must equal 1.0.");
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, {kReference - 1}, {1.0}, kAct365); }), "First discount factor must equal 1.0.");
+    EXPECT_NE(zep::testing::ExceptionWhat([&] { YieldCurve(kReference, {kReference}, {0.99}, kAct365); }).find("(zep::YieldCurve::YieldCurve: YieldCurve.cpp, l."),
               std::string::npos);
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, two, {0.01}, zep::Continuous, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, two, {0.01}, zep::Continuous, kAct365); }),
               "Must enter the same number of dates and zero rates.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, std::vector<Date>{}, std::vector<double>{}, zep::Continuous, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, std::vector<Date>{}, std::vector<double>{}, zep::Continuous, kAct365); }),
               "YieldCurve: dates and zeroRates must not be empty (cannot use dates.front() on empty vector).");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, two, {0.01, 0.02}, zep::Annual, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, two, {0.01, 0.02}, zep::Annual, kAct365); }),
               "Compounding frequency can only be one of Once, NoFrequency or Continuous");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, std::vector<zep::Period>{}, {}, zep::Continuous, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, std::vector<zep::Period>{}, {}, zep::Continuous, kAct365); }),
               "YieldCurve: MaturityDates(tenors) produced no pillars; check tenors/zeroRates.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, {kReference}, {1.0}, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, {kReference}, {1.0}, kAct365); }),
               "YieldCurve: a single pillar gives no rate at the reference date.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, {kReference + 20, kReference + 10}, {0.9, 0.8}, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, {kReference + 20, kReference + 10}, {0.9, 0.8}, kAct365); }),
               "YieldCurve: dates must be strictly increasing.");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, two, {0.9, 0.8}, kAct365, zep::HazardRates); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, two, {0.9, 0.8}, kAct365, zep::HazardRates); }),
               "Wrong interpolated variable");
-    EXPECT_EQ(MessageOf([&] { YieldCurve(kReference, two, {0.9, -0.8}, kAct365); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { YieldCurve(kReference, two, {0.9, -0.8}, kAct365); }),
               "YieldCurve: discount factors must be positive.");
 }
 
 TEST(YieldCurve, RateFailures) {
     const YieldCurve curve = FlatCurve(zep::ContinuousZeroRates, zep::LinearInterpolation);
     const Date d = kReference + 100;
-    EXPECT_EQ(MessageOf([&] { curve.ZeroRate(d, -1, true, zep::Once); }),
+    EXPECT_EQ(zep::testing::FailureText([&] { curve.ZeroRate(d, -1, true, zep::Once); }),
               "Cannot compound zero rate with no frequency or frequency once");
-    EXPECT_NE(WhatOf([&] { curve.ZeroRate(d, -1, true, zep::NoFrequency); }).find("zep::YieldCurve::ZeroRate"), std::string::npos);
-    EXPECT_EQ(MessageOf([&] { curve.ForwardRate(d, d + 1, -1, true, zep::NoFrequency); }),
+    EXPECT_NE(zep::testing::ExceptionWhat([&] { curve.ZeroRate(d, -1, true, zep::NoFrequency); }).find("zep::YieldCurve::ZeroRate"), std::string::npos);
+    EXPECT_EQ(zep::testing::FailureText([&] { curve.ForwardRate(d, d + 1, -1, true, zep::NoFrequency); }),
               "Cannot compound a forward rate with no frequency or frequency once");
-    EXPECT_NE(WhatOf([&] { curve.ForwardRate(d, d + 1, -1, true, zep::Once); }).find("zep::YieldCurve::ForwardRate"), std::string::npos);
-    EXPECT_EQ(MessageOf([&] { curve.ForwardRate({d, d}, {d + 1}, -1, false, zep::Annual); }),
+    EXPECT_NE(zep::testing::ExceptionWhat([&] { curve.ForwardRate(d, d + 1, -1, true, zep::Once); }).find("zep::YieldCurve::ForwardRate"), std::string::npos);
+    EXPECT_EQ(zep::testing::FailureText([&] { curve.ForwardRate({d, d}, {d + 1}, -1, false, zep::Annual); }),
               "Number of start dates (2) must equal number of end dates(1");
     EXPECT_EQ(curve.ForwardRate(d, d, -1, false, zep::Annual), 0.0);
 }
