@@ -3,7 +3,6 @@
 #include "FailureText.hpp"
 
 #include <cmath>
-#include <functional>
 #include <stdexcept>
 #include <string>
 
