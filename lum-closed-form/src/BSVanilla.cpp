@@ -141,7 +141,10 @@ void BSVanilla::Setup() {
     m_cdfPhiD1 = NormalCdf(m_phi * m_d1);
     m_cdfPhiD2 = NormalCdf(m_phi * m_d2);
     m_pdfD1 = NormalPdf(m_d1);
-    m_pdfD2 = NormalPdf(m_d2);
+    // n(d2) = n(d1) F / K exactly (d1^2 - d2^2 = 2 ln(F/K)): one exponential fewer on the
+    // pricing path. Computed directly where the ratio is not usable.
+    const double ratio = m_forward / m_strike;
+    m_pdfD2 = (m_pdfD1 > 0.0 && std::isfinite(ratio)) ? m_pdfD1 * ratio : NormalPdf(m_d2);
     m_priceValid = false;
 }
 
