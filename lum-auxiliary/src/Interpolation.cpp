@@ -289,7 +289,11 @@ std::vector<double> Interpolation<A, O, V>::ClampedSecondDerivatives() const {
 // first-derivative end rows and keeps the same forward sweep and back substitution.
 template <class A, class O, class V>
 std::vector<double> Interpolation<A, O, V>::SecondDerivatives(bool clamped) const {
+    // Evaluate checks these first; the public table accessors meet them here.
+    if (m_x.empty() || m_y.empty()) Fail("Interpolation: empty data");
+    if (m_x.size() != m_y.size()) Fail("Interpolation: Data dimensions don't match");
     const std::size_t n = m_x.size();
+    if (n < 2) return std::vector<double>(n, 0.0);  // one node: a constant, no curvature
     auto dx = [&](std::size_t k) { return static_cast<double>(m_x[k + 1]) - m_x[k]; };
     for (std::size_t k = 0; k + 1 < n; ++k) {
         if (std::abs(dx(k)) < kSplineSpacingGuard)

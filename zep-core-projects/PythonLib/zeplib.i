@@ -7,7 +7,14 @@
 
 %include <stdint.i>
 %include <std_string.i>
+// Members that are undefined behaviour on an empty vector, and the allocator, stay in C++:
+// Python users have v[0], v[-1] and v.pop(), which check.
+%ignore std::vector::pop_back;
+%ignore std::vector::front;
+%ignore std::vector::back;
+%ignore std::vector::get_allocator;
 %include <std_vector.i>
+%ignore std::map::get_allocator;
 %include <std_map.i>
 %include <boost_shared_ptr.i>
 
