@@ -50,7 +50,16 @@ std::size_t NameStart(std::string_view signature, std::size_t nameEnd) {
     return start;
 }
 
-std::string QualifiedFunctionName(const char* prettyFunction) {
+// Helpers in unnamed namespaces report under their enclosing namespace: "{anonymous}::" is an
+// artefact of the compiler's spelling, not part of the name a user can look up.
+std::string WithoutAnonymousNamespaces(std::string name) {
+    constexpr std::string_view anonymous = "{anonymous}::";
+    for (auto at = name.find(anonymous); at != std::string::npos; at = name.find(anonymous, at))
+        name.erase(at, anonymous.size());
+    return name;
+}
+
+std::string SpelledName(const char* prettyFunction) {
     std::string_view text(prettyFunction);
     if (const auto with = text.find(" [with "); with != std::string_view::npos)
         text = text.substr(0, with);
@@ -76,6 +85,10 @@ std::string QualifiedFunctionName(const char* prettyFunction) {
     const std::size_t start = NameStart(text, end);
     if (start >= end) return std::string(kUnknownFunction);
     return std::string(text.substr(start, end - start));
+}
+
+std::string QualifiedFunctionName(const char* prettyFunction) {
+    return WithoutAnonymousNamespaces(SpelledName(prettyFunction));
 }
 
 }  // namespace detail
