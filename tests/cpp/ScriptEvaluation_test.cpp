@@ -175,3 +175,25 @@ TEST(ScriptDebugger, PrintsTheAnalysisOfConditionsAndIfs) {
 }
 
 }  // namespace
+
+// Guards whose sides are constants, variables, the spot, or the spot times or over a constant
+// or a variable compile to one compare-and-branch: they must take the tree evaluator's branch,
+// ties included (S0 = 100 and spot 100 make SPOT() / S0 = 1 exactly).
+class GuardForms : public ::testing::TestWithParam<std::string> {};
+TEST_P(GuardForms, TakeTheTreeEvaluatorsBranchAtEverySpot) {
+    const std::string side = GetParam();
+    for (const std::string comparator : {"<", "<=", ">", ">=", "=", "!="}) {
+        for (const std::string other : {"1", "L", "SPOT() / 100", "SPOT()"}) {
+            const std::string guard = "IF " + side + " " + comparator + " " + other + " THEN K = K + 1 ENDIF";
+            const auto product = MakeProduct({"S0 = 100 L = 1 U = 0.5", guard, guard});
+            for (const double spot : {50.0, 99.99, 100.0, 100.01, 200.0}) {
+                const std::vector<ScenarioPoint> path = {{100.0, 1.0}, {spot, 1.0}, {1.0, 1.0}};
+                EXPECT_EQ(RunScript(product, path, Logic::Compiled).at("K"), RunScript(product, path, Logic::Tree).at("K"))
+                    << guard << " at spot " << spot;
+            }
+        }
+    }
+}
+INSTANTIATE_TEST_SUITE_P(EverySideForm, GuardForms,
+                         ::testing::Values("1", "L", "SPOT()", "SPOT() / S0", "SPOT() * U", "SPOT() / 100",
+                                           "SPOT() * 0.01", "SPOT() / S0 + 0", "2 * SPOT() / 200"));

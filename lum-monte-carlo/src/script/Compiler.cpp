@@ -1,6 +1,7 @@
 #include "lum-monte-carlo/script/Compiler.hpp"
 
 #include <algorithm>
+#include <optional>
 
 namespace zep {
 
@@ -24,6 +25,23 @@ std::ptrdiff_t StackEffect(OpCode op) {
 }
 
 std::int32_t IndexOf(const Node& variable) { return static_cast<const NodeVar&>(variable).index; }
+
+// The node as a Term when it is one: a constant, a variable, the spot, or the spot times or
+// over a constant or a variable.
+std::optional<Term> AsTerm(const Node& node) {
+    using Kind = Term::Kind;
+    if (node.isConst) return Term{Kind::Const, 0, node.constVal};
+    if (dynamic_cast<const NodeVar*>(&node)) return Term{Kind::Var, IndexOf(node), 0.0};
+    if (dynamic_cast<const NodeSpot*>(&node)) return Term{Kind::Spot, 0, 0.0};
+    const bool mult = dynamic_cast<const NodeMult*>(&node) != nullptr;
+    const bool div = dynamic_cast<const NodeDiv*>(&node) != nullptr;
+    if ((!mult && !div) || !dynamic_cast<const NodeSpot*>(node.arguments[0].get())) return std::nullopt;
+    const Node& factor = *node.arguments[1];
+    if (factor.isConst) return Term{mult ? Kind::SpotMultConst : Kind::SpotDivConst, 0, factor.constVal};
+    if (dynamic_cast<const NodeVar*>(&factor))
+        return Term{mult ? Kind::SpotMultVar : Kind::SpotDivVar, IndexOf(factor), 0.0};
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -80,19 +98,15 @@ std::size_t Compiler::JumpUnless(const Node& condition) {
     }
     const Node& difference = *condition.arguments[0];
     if (!difference.isConst && dynamic_cast<const NodeSub*>(&difference)) {
-        const Node& left = *difference.arguments[0];
-        const Node& right = *difference.arguments[1];
-        if (dynamic_cast<const NodeVar*>(&left) && right.isConst) {
-            const OpCode op = equal ? OpCode::JumpUnlessEqualVarConst
-                              : sup ? OpCode::JumpUnlessSupVarConst
-                                    : OpCode::JumpUnlessSupEqualVarConst;
-            return Emit(op, IndexOf(left), right.constVal);
-        }
-        if (left.isConst && dynamic_cast<const NodeVar*>(&right)) {
-            const OpCode op = equal ? OpCode::JumpUnlessEqualConstVar
-                              : sup ? OpCode::JumpUnlessSupConstVar
-                                    : OpCode::JumpUnlessSupEqualConstVar;
-            return Emit(op, IndexOf(right), left.constVal);
+        const auto left = AsTerm(*difference.arguments[0]);
+        const auto right = AsTerm(*difference.arguments[1]);
+        if (left && right) {
+            m_script.m_comparisons.push_back(TermComparison{*left, *right});
+            const auto index = static_cast<std::int32_t>(m_script.m_comparisons.size() - 1);
+            return Emit(equal ? OpCode::JumpUnlessEqualTerms
+                        : sup ? OpCode::JumpUnlessSupTerms
+                              : OpCode::JumpUnlessSupEqualTerms,
+                        index);
         }
     }
     Expression(difference);

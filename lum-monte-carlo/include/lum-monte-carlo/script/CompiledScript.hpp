@@ -22,15 +22,36 @@ namespace zep {
     /* conditions as 1.0 / 0.0 on the value stack */                                          \
     X(Equal) X(Sup) X(SupEqual) X(And) X(Or) X(Not)                                            \
     X(Jump) X(JumpIfFalse) X(JumpUnlessEqual) X(JumpUnlessSup) X(JumpUnlessSupEqual)           \
-    /* the usual guard "variable against a constant", either way round, in one step */        \
-    X(JumpUnlessEqualVarConst) X(JumpUnlessSupVarConst) X(JumpUnlessSupEqualVarConst)          \
-    X(JumpUnlessEqualConstVar) X(JumpUnlessSupConstVar) X(JumpUnlessSupEqualConstVar)          \
+    /* the usual guards ("SPOT() / S0 < BARRIER", "M = 12") in one step: both sides are */    \
+    /* Terms, read without the stack; the operand indexes the script's comparisons */         \
+    X(JumpUnlessEqualTerms) X(JumpUnlessSupTerms) X(JumpUnlessSupEqualTerms)                   \
     X(Assign) X(AssignConst) X(Pays) X(End)
 
 enum class OpCode : std::uint8_t {
 #define ZEP_OPCODE_ENUMERATOR(name) name,
     ZEP_SCRIPT_OPCODES(ZEP_OPCODE_ENUMERATOR)
 #undef ZEP_OPCODE_ENUMERATOR
+};
+
+// One event date of a simulated path: the spot, and the factor its payments are multiplied by.
+struct ScenarioPoint {
+    double spot;
+    double numeraire;
+};
+
+// One side of a comparison simple enough to read without the stack: a constant, a variable,
+// the spot, or the spot multiplied or divided by a constant or a variable.
+struct Term {
+    enum class Kind : std::uint8_t { Const, Var, Spot, SpotMultConst, SpotDivConst, SpotMultVar, SpotDivVar };
+    Kind kind = Kind::Const;
+    std::int32_t index = 0;  // variable index
+    double value = 0.0;      // constant
+};
+
+// The compared difference left - right of a guard.
+struct TermComparison {
+    Term left;
+    Term right;
 };
 
 struct Instruction {
@@ -52,7 +73,14 @@ public:
 
     // Runs the statements of one event date on the caller's variables; allocates nothing.
     void RunEvent(std::size_t event, double spot, double numeraire, double* variables,
-                  Scratch& scratch) const;
+                  Scratch& scratch) const {
+        const ScenarioPoint point{spot, numeraire};
+        Run(event, 1, &point, variables, scratch);
+    }
+    // Runs every event date of a path in one pass: `scenario` holds EventCount() points.
+    void RunPath(const ScenarioPoint* scenario, double* variables, Scratch& scratch) const {
+        Run(0, EventCount(), scenario, variables, scratch);
+    }
 
     std::size_t EventCount() const { return m_eventStart.size(); }
     const std::vector<Instruction>& Code() const { return m_code; }
@@ -60,7 +88,13 @@ public:
 private:
     friend class Compiler;
 
+    // Events first .. first + count - 1, whose points are points[0 .. count - 1]. The events'
+    // streams lie back to back, so the end of one leads straight into the next.
+    void Run(std::size_t first, std::size_t count, const ScenarioPoint* points, double* variables,
+             Scratch& scratch) const;
+
     std::vector<Instruction> m_code;
+    std::vector<TermComparison> m_comparisons;
     std::vector<std::size_t> m_eventStart;
     std::size_t m_stackSize = 0;
     std::size_t m_smoothNesting = 0;
