@@ -36,11 +36,14 @@ void InPlace(double* values, std::size_t count) {
 
 double ScalarExp(double x) { return std::exp(x); }
 double ScalarLog(double x) { return std::log(x); }
+double ScalarSqrt(double x) { return std::sqrt(x); }
+__m256d Sqrt(__m256d x) { return _mm256_sqrt_pd(x); }
 
 }  // namespace
 
 void ExpInPlace(double* values, std::size_t count) { InPlace<_ZGVdN4v_exp, ScalarExp>(values, count); }
 void LogInPlace(double* values, std::size_t count) { InPlace<_ZGVdN4v_log, ScalarLog>(values, count); }
+void SqrtInPlace(double* values, std::size_t count) { InPlace<Sqrt, ScalarSqrt>(values, count); }
 
 #else
 
@@ -51,6 +54,9 @@ void ExpInPlace(double* values, std::size_t count) {
 }
 void LogInPlace(double* values, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) values[i] = std::log(values[i]);
+}
+void SqrtInPlace(double* values, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) values[i] = std::sqrt(values[i]);
 }
 
 #endif

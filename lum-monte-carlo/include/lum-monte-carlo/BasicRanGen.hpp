@@ -21,17 +21,13 @@ public:
 
     std::uint32_t NextUInt32() {
         const std::uint64_t old = m_state;
-        m_state = old * 6364136223846793005ULL + m_increment;
-        const auto xorShifted = static_cast<std::uint32_t>(((old >> 18U) ^ old) >> 27U);
-        const auto rotation = static_cast<std::uint32_t>(old >> 59U);
-        return (xorShifted >> rotation) | (xorShifted << ((-rotation) & 31U));
+        m_state = old * kMultiplier + m_increment;
+        return Output(old);
     }
     // (second draw * 2^21 + bits 11..31 of the first draw) * 2^-53, in [0, 1).
     double NextUniform() {
         const std::uint32_t first = NextUInt32();
-        const std::uint32_t second = NextUInt32();
-        return static_cast<double>((static_cast<std::uint64_t>(second) << 21) | (first >> 11)) *
-               0x1.0p-53;
+        return Uniform(first, NextUInt32());
     }
     // One normal at a time, from the same stream as NextPath.
     double NextNormal() {
@@ -41,6 +37,16 @@ public:
     }
 
 private:
+    static constexpr std::uint64_t kMultiplier = 6364136223846793005ULL;
+    // PCG's output permutation of a state: xorshift high, then a random rotation.
+    static std::uint32_t Output(std::uint64_t state) {
+        const auto xorShifted = static_cast<std::uint32_t>(((state >> 18U) ^ state) >> 27U);
+        const auto rotation = static_cast<std::uint32_t>(state >> 59U);
+        return (xorShifted >> rotation) | (xorShifted << ((-rotation) & 31U));
+    }
+    static double Uniform(std::uint32_t first, std::uint32_t second) {
+        return static_cast<double>((static_cast<std::uint64_t>(second) << 21) | (first >> 11)) * 0x1.0p-53;
+    }
     // Marsaglia's polar method, in blocks: the points of the square are drawn and the ones
     // inside the unit disc kept without a branch per point, then each kept point (x1, x2) with
     // s = x1^2 + x2^2 gives the two normals x * sqrt(-2 ln(s) / s), the logarithms of a block

@@ -12,16 +12,9 @@ namespace {
 
 // The same operations, in the same order, as the tree evaluator applies to these nodes.
 inline double Value(const Term& term, double spot, const double* x) {
-    switch (term.kind) {
-        case Term::Kind::Const: return term.value;
-        case Term::Kind::Var: return x[term.index];
-        case Term::Kind::Spot: return spot;
-        case Term::Kind::SpotMultConst: return spot * term.value;
-        case Term::Kind::SpotDivConst: return spot / term.value;
-        case Term::Kind::SpotMultVar: return spot * x[term.index];
-        case Term::Kind::SpotDivVar: return spot / x[term.index];
-    }
-    return 0.0;
+    const double base = term.fromSpot ? spot : 1.0;
+    const double factor = term.variableFactor ? x[term.index] : term.value;
+    return term.divides ? base / factor : base * factor;
 }
 
 inline double Difference(const TermComparison& comparison, double spot, const double* x) {

@@ -29,17 +29,15 @@ std::int32_t IndexOf(const Node& variable) { return static_cast<const NodeVar&>(
 // The node as a Term when it is one: a constant, a variable, the spot, or the spot times or
 // over a constant or a variable.
 std::optional<Term> AsTerm(const Node& node) {
-    using Kind = Term::Kind;
-    if (node.isConst) return Term{Kind::Const, 0, node.constVal};
-    if (dynamic_cast<const NodeVar*>(&node)) return Term{Kind::Var, IndexOf(node), 0.0};
-    if (dynamic_cast<const NodeSpot*>(&node)) return Term{Kind::Spot, 0, 0.0};
+    if (node.isConst) return Term{false, false, false, 0, node.constVal};
+    if (dynamic_cast<const NodeVar*>(&node)) return Term{false, false, true, IndexOf(node), 1.0};
+    if (dynamic_cast<const NodeSpot*>(&node)) return Term{true, false, false, 0, 1.0};
     const bool mult = dynamic_cast<const NodeMult*>(&node) != nullptr;
     const bool div = dynamic_cast<const NodeDiv*>(&node) != nullptr;
     if ((!mult && !div) || !dynamic_cast<const NodeSpot*>(node.arguments[0].get())) return std::nullopt;
     const Node& factor = *node.arguments[1];
-    if (factor.isConst) return Term{mult ? Kind::SpotMultConst : Kind::SpotDivConst, 0, factor.constVal};
-    if (dynamic_cast<const NodeVar*>(&factor))
-        return Term{mult ? Kind::SpotMultVar : Kind::SpotDivVar, IndexOf(factor), 0.0};
+    if (factor.isConst) return Term{true, div, false, 0, factor.constVal};
+    if (dynamic_cast<const NodeVar*>(&factor)) return Term{true, div, true, IndexOf(factor), 1.0};
     return std::nullopt;
 }
 

@@ -40,12 +40,15 @@ struct ScenarioPoint {
 };
 
 // One side of a comparison simple enough to read without the stack: a constant, a variable,
-// the spot, or the spot multiplied or divided by a constant or a variable.
+// the spot, or the spot multiplied or divided by a constant or a variable. Each is read as
+// (the spot, or 1) times or over (a constant or a variable): multiplying by 1 is exact, so the
+// value is the tree evaluator's, and reading it takes no indirect jump.
 struct Term {
-    enum class Kind : std::uint8_t { Const, Var, Spot, SpotMultConst, SpotDivConst, SpotMultVar, SpotDivVar };
-    Kind kind = Kind::Const;
-    std::int32_t index = 0;  // variable index
-    double value = 0.0;      // constant
+    bool fromSpot = false;        // the spot, else 1
+    bool divides = false;         // over the factor, else times it
+    bool variableFactor = false;  // the factor is variable `index`, else `value`
+    std::int32_t index = 0;
+    double value = 1.0;
 };
 
 // The compared difference left - right of a guard.
