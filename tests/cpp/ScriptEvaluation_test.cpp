@@ -177,19 +177,24 @@ TEST(ScriptDebugger, PrintsTheAnalysisOfConditionsAndIfs) {
 }  // namespace
 
 // Guards whose sides are constants, variables, the spot, or the spot times or over a constant
-// or a variable compile to one compare-and-branch: they must take the tree evaluator's branch,
-// ties included (S0 = 100 and spot 100 make SPOT() / S0 = 1 exactly).
+// or a variable compile to one compare-and-branch, and "IF guard THEN K = constant ENDIF" to
+// one instruction that runs a row of such events as a loop: each must give the tree
+// evaluator's values, ties included (S0 = 100 and spot 100 make SPOT() / S0 = 1 exactly).
 class GuardForms : public ::testing::TestWithParam<std::string> {};
 TEST_P(GuardForms, TakeTheTreeEvaluatorsBranchAtEverySpot) {
     const std::string side = GetParam();
     for (const std::string comparator : {"<", "<=", ">", ">=", "=", "!="}) {
         for (const std::string other : {"1", "L", "SPOT() / 100", "SPOT()"}) {
-            const std::string guard = "IF " + side + " " + comparator + " " + other + " THEN K = K + 1 ENDIF";
-            const auto product = MakeProduct({"S0 = 100 L = 1 U = 0.5", guard, guard});
-            for (const double spot : {50.0, 99.99, 100.0, 100.01, 200.0}) {
-                const std::vector<ScenarioPoint> path = {{100.0, 1.0}, {spot, 1.0}, {1.0, 1.0}};
-                EXPECT_EQ(RunScript(product, path, Logic::Compiled).at("K"), RunScript(product, path, Logic::Tree).at("K"))
-                    << guard << " at spot " << spot;
+            for (const std::string body : {"K = K + 1", "K = 7", "L = 2"}) {
+                const std::string guard = "IF " + side + " " + comparator + " " + other + " THEN " + body + " ENDIF";
+                const auto product = MakeProduct({"S0 = 100 L = 1 U = 0.5", guard, guard, guard, "N = 1", guard});
+                for (const double spot : {50.0, 99.99, 100.0, 100.01, 200.0}) {
+                    const std::vector<ScenarioPoint> path = {{100.0, 1.0}, {spot, 1.0}, {100.0, 1.0},
+                                                             {1.0, 1.0},   {1.0, 1.0},  {spot, 1.0}};
+                    const auto compiled = RunScript(product, path, Logic::Compiled);
+                    const auto tree = RunScript(product, path, Logic::Tree);
+                    EXPECT_EQ(compiled, tree) << guard << " at spot " << spot;
+                }
             }
         }
     }

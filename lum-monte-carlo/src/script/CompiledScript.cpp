@@ -17,6 +17,13 @@ inline double Value(const Term& term, double spot, const double* x) {
     return term.divides ? base / factor : base * factor;
 }
 
+// True when `event` is a one-instruction event, and `next` (the instruction after its end,
+// where the next event starts) is that same instruction.
+inline bool SameSingleInstructionEvent(const Instruction* event, const Instruction* next) {
+    return event[1].op == OpCode::End && next->op == event->op && next->operand == event->operand &&
+           next->target == event->target && next->value == event->value;
+}
+
 inline double Difference(const TermComparison& comparison, double spot, const double* x) {
     return Value(comparison.left, spot, x) - Value(comparison.right, spot, x);
 }
@@ -102,6 +109,21 @@ OpJumpUnlessSupEqual: --top; JUMP_IF(!(*top >= 0.0));
 OpJumpUnlessEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) == 0.0));
 OpJumpUnlessSupTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) > 0.0));
 OpJumpUnlessSupEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) >= 0.0));
+// The same event again and again (a daily barrier check) runs as one loop over its dates.
+#define ASSIGN_IF(test)                                                                        \
+    for (const TermComparison comparison = comparisons[in->target];;) {                       \
+        if (test(Difference(comparison, spot, x))) x[in->operand] = in->value;                \
+        if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;            \
+        in += 2;                                                                               \
+        ++points;                                                                              \
+        spot = points->spot;                                                                   \
+        numeraire = points->numeraire;                                                         \
+    }                                                                                          \
+    NEXT
+OpAssignIfEqualTerms: ASSIGN_IF([](double d) { return d == 0.0; });
+OpAssignIfSupTerms: ASSIGN_IF([](double d) { return d > 0.0; });
+OpAssignIfSupEqualTerms: ASSIGN_IF([](double d) { return d >= 0.0; });
+#undef ASSIGN_IF
 OpAssign: x[in->operand] = *--top; NEXT;
 OpAssignConst: x[in->operand] = in->value; NEXT;
 OpPays: x[in->operand] += *--top * numeraire; NEXT;

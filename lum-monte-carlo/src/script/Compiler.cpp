@@ -86,7 +86,31 @@ void Compiler::Fold(const Node& node, OpCode op) {
     }
 }
 
+std::optional<Compiler::TermTest> Compiler::AsTermTest(const Node& condition) {
+    const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
+    const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;
+    const bool supEqual = dynamic_cast<const NodeSupEqual*>(&condition) != nullptr;
+    if (!equal && !sup && !supEqual) return std::nullopt;
+    const Node& difference = *condition.arguments[0];
+    if (difference.isConst || !dynamic_cast<const NodeSub*>(&difference)) return std::nullopt;
+    const auto left = AsTerm(*difference.arguments[0]);
+    const auto right = AsTerm(*difference.arguments[1]);
+    if (!left || !right) return std::nullopt;
+    // Events with the same script share one entry, so that a run of them is recognised.
+    const TermComparison comparison{*left, *right};
+    auto& comparisons = m_script.m_comparisons;
+    auto found = std::find(comparisons.begin(), comparisons.end(), comparison);
+    if (found == comparisons.end()) found = comparisons.insert(found, comparison);
+    const TermTest::Comparator comparator = equal ? TermTest::Equal : sup ? TermTest::Sup : TermTest::SupEqual;
+    return TermTest{comparator, static_cast<std::int32_t>(found - comparisons.begin())};
+}
+
 std::size_t Compiler::JumpUnless(const Node& condition) {
+    if (const auto test = AsTermTest(condition)) {
+        static constexpr OpCode kJumps[] = {OpCode::JumpUnlessEqualTerms, OpCode::JumpUnlessSupTerms,
+                                            OpCode::JumpUnlessSupEqualTerms};
+        return Emit(kJumps[test->comparator], test->comparison);
+    }
     const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
     const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;
     const bool supEqual = dynamic_cast<const NodeSupEqual*>(&condition) != nullptr;
@@ -94,20 +118,7 @@ std::size_t Compiler::JumpUnless(const Node& condition) {
         condition.Accept(*this);
         return Emit(OpCode::JumpIfFalse);
     }
-    const Node& difference = *condition.arguments[0];
-    if (!difference.isConst && dynamic_cast<const NodeSub*>(&difference)) {
-        const auto left = AsTerm(*difference.arguments[0]);
-        const auto right = AsTerm(*difference.arguments[1]);
-        if (left && right) {
-            m_script.m_comparisons.push_back(TermComparison{*left, *right});
-            const auto index = static_cast<std::int32_t>(m_script.m_comparisons.size() - 1);
-            return Emit(equal ? OpCode::JumpUnlessEqualTerms
-                        : sup ? OpCode::JumpUnlessSupTerms
-                              : OpCode::JumpUnlessSupEqualTerms,
-                        index);
-        }
-    }
-    Expression(difference);
+    Expression(*condition.arguments[0]);
     return Emit(equal ? OpCode::JumpUnlessEqual : sup ? OpCode::JumpUnlessSup : OpCode::JumpUnlessSupEqual);
 }
 
@@ -133,6 +144,20 @@ void Compiler::Visit(const NodeIf& node) {
     // Conditions known in advance take their branch with no test at all.
     if (dynamic_cast<const NodeTrue*>(&condition)) return compile(1, elseStart);
     if (dynamic_cast<const NodeFalse*>(&condition)) return compile(elseStart, count);
+    // "IF test THEN X = constant ENDIF", the knock-in check, is one instruction.
+    if (count == 2 && node.firstElse < 0) {
+        const auto* assign = dynamic_cast<const NodeAssign*>(node.arguments[1].get());
+        if (assign && assign->arguments[1]->isConst) {
+            if (const auto test = AsTermTest(condition)) {
+                static constexpr OpCode kAssigns[] = {OpCode::AssignIfEqualTerms, OpCode::AssignIfSupTerms,
+                                                      OpCode::AssignIfSupEqualTerms};
+                const std::size_t at = Emit(kAssigns[test->comparator], IndexOf(*assign->arguments[0]),
+                                            assign->arguments[1]->constVal);
+                m_script.m_code[at].target = test->comparison;
+                return;
+            }
+        }
+    }
     const std::size_t toElse = JumpUnless(condition);
     compile(1, elseStart);
     if (elseStart == count) return PatchJump(toElse);

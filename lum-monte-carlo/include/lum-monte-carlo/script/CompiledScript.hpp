@@ -25,6 +25,9 @@ namespace zep {
     /* the usual guards ("SPOT() / S0 < BARRIER", "M = 12") in one step: both sides are */    \
     /* Terms, read without the stack; the operand indexes the script's comparisons */         \
     X(JumpUnlessEqualTerms) X(JumpUnlessSupTerms) X(JumpUnlessSupEqualTerms)                   \
+    /* "IF test THEN X = constant ENDIF" over Terms: operand X, value the constant, target */ \
+    /* the comparison; a run of such events, one after the other, is one loop */              \
+    X(AssignIfEqualTerms) X(AssignIfSupTerms) X(AssignIfSupEqualTerms)                         \
     X(Assign) X(AssignConst) X(Pays) X(End)
 
 enum class OpCode : std::uint8_t {
@@ -49,12 +52,16 @@ struct Term {
     bool variableFactor = false;  // the factor is variable `index`, else `value`
     std::int32_t index = 0;
     double value = 1.0;
+
+    friend bool operator==(const Term&, const Term&) = default;
 };
 
 // The compared difference left - right of a guard.
 struct TermComparison {
     Term left;
     Term right;
+
+    friend bool operator==(const TermComparison&, const TermComparison&) = default;
 };
 
 struct Instruction {
