@@ -107,9 +107,21 @@ std::optional<Compiler::TermTest> Compiler::AsTermTest(const Node& condition) {
 
 std::size_t Compiler::JumpUnless(const Node& condition) {
     if (const auto test = AsTermTest(condition)) {
-        static constexpr OpCode kJumps[] = {OpCode::JumpUnlessEqualTerms, OpCode::JumpUnlessSupTerms,
+        // A variable against a constant, the commonest guard, has its own instructions.
+        const TermComparison& sides = m_script.m_comparisons[test->comparison];
+        const auto plainVariable = [](const Term& t) { return !t.fromSpot && !t.divides && t.variableFactor; };
+        const auto constant = [](const Term& t) { return !t.fromSpot && !t.divides && !t.variableFactor; };
+        static constexpr OpCode kVarConst[] = {OpCode::JumpUnlessEqualVarConst, OpCode::JumpUnlessSupVarConst,
+                                               OpCode::JumpUnlessSupEqualVarConst};
+        static constexpr OpCode kConstVar[] = {OpCode::JumpUnlessEqualConstVar, OpCode::JumpUnlessSupConstVar,
+                                               OpCode::JumpUnlessSupEqualConstVar};
+        static constexpr OpCode kTerms[] = {OpCode::JumpUnlessEqualTerms, OpCode::JumpUnlessSupTerms,
                                             OpCode::JumpUnlessSupEqualTerms};
-        return Emit(kJumps[test->comparator], test->comparison);
+        if (plainVariable(sides.left) && constant(sides.right))
+            return Emit(kVarConst[test->comparator], sides.left.index, sides.right.value);
+        if (constant(sides.left) && plainVariable(sides.right))
+            return Emit(kConstVar[test->comparator], sides.right.index, sides.left.value);
+        return Emit(kTerms[test->comparator], test->comparison);
     }
     const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
     const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;

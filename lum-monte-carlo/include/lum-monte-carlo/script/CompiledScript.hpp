@@ -22,8 +22,11 @@ namespace zep {
     /* conditions as 1.0 / 0.0 on the value stack */                                          \
     X(Equal) X(Sup) X(SupEqual) X(And) X(Or) X(Not)                                            \
     X(Jump) X(JumpIfFalse) X(JumpUnlessEqual) X(JumpUnlessSup) X(JumpUnlessSupEqual)           \
-    /* the usual guards ("SPOT() / S0 < BARRIER", "M = 12") in one step: both sides are */    \
-    /* Terms, read without the stack; the operand indexes the script's comparisons */         \
+    /* the usual guard "variable against a constant", either way round, in one step */        \
+    X(JumpUnlessEqualVarConst) X(JumpUnlessSupVarConst) X(JumpUnlessSupEqualVarConst)          \
+    X(JumpUnlessEqualConstVar) X(JumpUnlessSupConstVar) X(JumpUnlessSupEqualConstVar)          \
+    /* other guards over Terms ("SPOT() / S0 < BARRIER") in one step: both sides read */      \
+    /* without the stack; the operand indexes the script's comparisons */                     \
     X(JumpUnlessEqualTerms) X(JumpUnlessSupTerms) X(JumpUnlessSupEqualTerms)                   \
     /* "IF test THEN X = constant ENDIF" over Terms: operand X, value the constant, target */ \
     /* the comparison; a run of such events, one after the other, is one loop */              \
