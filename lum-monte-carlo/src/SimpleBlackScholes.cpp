@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "lum-auxiliary/VectorMath.hpp"
+
 namespace zep {
 
 template <class T>
@@ -29,8 +31,9 @@ void SimpleBlackScholes<T>::SimulatePath(const T* normals, T* spots) const {
     const std::size_t steps = m_stepDrift.size();
     for (std::size_t i = 0; i < steps; ++i) {
         logSpot += m_stepDrift[i] + m_stepDeviation[i] * normals[i];
-        spots[i] = std::exp(logSpot);
+        spots[i] = logSpot;
     }
+    ExpInPlace(spots, steps);
 }
 
 template class SimpleBlackScholes<double>;

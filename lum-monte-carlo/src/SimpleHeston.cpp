@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-auxiliary/VectorMath.hpp"
 
 namespace zep {
 
@@ -48,8 +49,9 @@ void SimpleHeston<T>::SimulatePath(const T* normals, T* spots) const {
         logSpot += (m_drift - positive / 2) * m_dt[i] + deviation * z1;
         variance += m_kappa * (m_theta - positive) * m_dt[i] +
                     m_xi * deviation * (m_rho * z1 + orthogonal * z2);
-        spots[i] = std::exp(logSpot);
+        spots[i] = logSpot;
     }
+    ExpInPlace(spots, steps);
 }
 
 template class SimpleHeston<double>;

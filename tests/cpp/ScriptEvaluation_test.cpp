@@ -175,3 +175,30 @@ TEST(ScriptDebugger, PrintsTheAnalysisOfConditionsAndIfs) {
 }
 
 }  // namespace
+
+// Guards whose sides are constants, variables, the spot, or the spot times or over a constant
+// or a variable compile to one compare-and-branch, and "IF guard THEN K = constant ENDIF" to
+// one instruction that runs a row of such events as a loop: each must give the tree
+// evaluator's values, ties included (S0 = 100 and spot 100 make SPOT() / S0 = 1 exactly).
+class GuardForms : public ::testing::TestWithParam<std::string> {};
+TEST_P(GuardForms, TakeTheTreeEvaluatorsBranchAtEverySpot) {
+    const std::string side = GetParam();
+    for (const std::string comparator : {"<", "<=", ">", ">=", "=", "!="}) {
+        for (const std::string other : {"1", "L", "SPOT() / 100", "SPOT()"}) {
+            for (const std::string body : {"K = K + 1", "K = 7", "L = 2"}) {
+                const std::string guard = "IF " + side + " " + comparator + " " + other + " THEN " + body + " ENDIF";
+                const auto product = MakeProduct({"S0 = 100 L = 1 U = 0.5", guard, guard, guard, "N = 1", guard});
+                for (const double spot : {50.0, 99.99, 100.0, 100.01, 200.0}) {
+                    const std::vector<ScenarioPoint> path = {{100.0, 1.0}, {spot, 1.0}, {100.0, 1.0},
+                                                             {1.0, 1.0},   {1.0, 1.0},  {spot, 1.0}};
+                    const auto compiled = RunScript(product, path, Logic::Compiled);
+                    const auto tree = RunScript(product, path, Logic::Tree);
+                    EXPECT_EQ(compiled, tree) << guard << " at spot " << spot;
+                }
+            }
+        }
+    }
+}
+INSTANTIATE_TEST_SUITE_P(EverySideForm, GuardForms,
+                         ::testing::Values("1", "L", "SPOT()", "SPOT() / S0", "SPOT() * U", "SPOT() / 100",
+                                           "SPOT() * 0.01", "SPOT() / S0 + 0", "2 * SPOT() / 200"));

@@ -2,7 +2,7 @@
 // Marsaglia polar method through 53-bit uniforms built from two 32-bit draws.
 #pragma once
 
-#include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include "lum-monte-carlo/RandomGen.hpp"
@@ -21,44 +21,38 @@ public:
 
     std::uint32_t NextUInt32() {
         const std::uint64_t old = m_state;
-        m_state = old * 6364136223846793005ULL + m_increment;
-        const auto xorShifted = static_cast<std::uint32_t>(((old >> 18U) ^ old) >> 27U);
-        const auto rotation = static_cast<std::uint32_t>(old >> 59U);
-        return (xorShifted >> rotation) | (xorShifted << ((-rotation) & 31U));
+        m_state = old * kMultiplier + m_increment;
+        return Output(old);
     }
     // (second draw * 2^21 + bits 11..31 of the first draw) * 2^-53, in [0, 1).
     double NextUniform() {
         const std::uint32_t first = NextUInt32();
-        const std::uint32_t second = NextUInt32();
-        return static_cast<double>((static_cast<std::uint64_t>(second) << 21) | (first >> 11)) *
-               0x1.0p-53;
+        return Uniform(first, NextUInt32());
     }
+    // One normal at a time, from the same stream as NextPath.
     double NextNormal() {
-        if (m_hasSpare) {
-            m_hasSpare = false;
-            return m_spareNormal;
-        }
-        double pair[2];
-        NormalPair(pair);
-        m_spareNormal = pair[1];
-        m_hasSpare = true;
-        return pair[0];
+        double normal;
+        NextPath(&normal, 1);
+        return normal;
     }
 
 private:
-    // Marsaglia's polar method: two normals from one accepted point of the unit disc.
-    void NormalPair(double* out) {
-        double x1, x2, s;
-        do {
-            x1 = 2.0 * NextUniform() - 1.0;
-            x2 = 2.0 * NextUniform() - 1.0;
-            s = x1 * x1 + x2 * x2;
-        } while (s >= 1.0 || s <= 0.0 || x1 == 0.0 || x2 == 0.0);
-        if (s <= 0.0001) return RescaledPair(x1, x2, out);
-        const double factor = std::sqrt(-2.0 * std::log(s) / s);
-        out[0] = x1 * factor;
-        out[1] = x2 * factor;
+    static constexpr std::uint64_t kMultiplier = 6364136223846793005ULL;
+    // PCG's output permutation of a state: xorshift high, then a random rotation.
+    static std::uint32_t Output(std::uint64_t state) {
+        const auto xorShifted = static_cast<std::uint32_t>(((state >> 18U) ^ state) >> 27U);
+        const auto rotation = static_cast<std::uint32_t>(state >> 59U);
+        return (xorShifted >> rotation) | (xorShifted << ((-rotation) & 31U));
     }
+    static double Uniform(std::uint32_t first, std::uint32_t second) {
+        return static_cast<double>((static_cast<std::uint64_t>(second) << 21) | (first >> 11)) * 0x1.0p-53;
+    }
+    // Marsaglia's polar method, in blocks: the points of the square are drawn and the ones
+    // inside the unit disc kept without a branch per point, then each kept point (x1, x2) with
+    // s = x1^2 + x2^2 gives the two normals x * sqrt(-2 ln(s) / s), the logarithms of a block
+    // taken together.
+    static constexpr std::size_t kBlockPairs = 64;
+    void DrawPointsInDisc(std::size_t pairs);
     // Below s = 0.0001 the pair is scaled by a power of two before the logarithm, to keep
     // precision, and ln(4) per power is added back.
     static void RescaledPair(double x1, double x2, double* out);
@@ -68,6 +62,11 @@ private:
     std::uint64_t m_increment = 1;
     double m_spareNormal = 0.0;
     bool m_hasSpare = false;
+    // The current block: kept points and, once computed, their polar factors.
+    double m_x1[kBlockPairs];
+    double m_x2[kBlockPairs];
+    double m_s[kBlockPairs];
+    double m_factor[kBlockPairs];
 };
 
 }  // namespace zep

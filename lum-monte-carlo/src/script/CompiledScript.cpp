@@ -8,10 +8,32 @@ CompiledScript::Scratch CompiledScript::MakeScratch() const {
     return Scratch{std::vector<double>(m_stackSize + 1), std::vector<script::SmoothSide>(m_smoothNesting + 1)};
 }
 
+namespace {
+
+// The same operations, in the same order, as the tree evaluator applies to these nodes.
+inline double Value(const Term& term, double spot, const double* x) {
+    const double base = term.fromSpot ? spot : 1.0;
+    const double factor = term.variableFactor ? x[term.index] : term.value;
+    return term.divides ? base / factor : base * factor;
+}
+
+// True when `event` is a one-instruction event, and `next` (the instruction after its end,
+// where the next event starts) is that same instruction.
+inline bool SameSingleInstructionEvent(const Instruction* event, const Instruction* next) {
+    return event[1].op == OpCode::End && next->op == event->op && next->operand == event->operand &&
+           next->target == event->target && next->value == event->value;
+}
+
+inline double Difference(const TermComparison& comparison, double spot, const double* x) {
+    return Value(comparison.left, spot, x) - Value(comparison.right, spot, x);
+}
+
+}  // namespace
+
 // Dispatch by computed goto: each handler ends in its own indirect jump, which the processor
 // predicts far better than the single jump of a switch.
-void CompiledScript::RunEvent(std::size_t event, double spot, double numeraire, double* x,
-                              Scratch& scratch) const {
+void CompiledScript::Run(std::size_t first, std::size_t count, const ScenarioPoint* points,
+                         double* x, Scratch& scratch) const {
     using script::SmoothSide;
     static constexpr void* kHandlers[] = {
 #define ZEP_OPCODE_LABEL(name) &&Op##name,
@@ -19,7 +41,12 @@ void CompiledScript::RunEvent(std::size_t event, double spot, double numeraire, 
 #undef ZEP_OPCODE_LABEL
     };
     const Instruction* const code = m_code.data();
-    const Instruction* in = code + m_eventStart[event];
+    const TermComparison* const comparisons = m_comparisons.data();
+    if (count == 0) return;
+    const Instruction* in = code + m_eventStart[first];
+    const ScenarioPoint* const lastPoint = points + count - 1;
+    double spot = points->spot;
+    double numeraire = points->numeraire;
     double* top = scratch.values.data();  // one past the top value
     SmoothSide* side = scratch.sides.data();
 #define NEXT goto* kHandlers[static_cast<std::size_t>((++in)->op)]
@@ -85,10 +112,33 @@ OpJumpUnlessSupEqualVarConst: JUMP_IF(!(x[in->operand] - in->value >= 0.0));
 OpJumpUnlessEqualConstVar: JUMP_IF(!(in->value - x[in->operand] == 0.0));
 OpJumpUnlessSupConstVar: JUMP_IF(!(in->value - x[in->operand] > 0.0));
 OpJumpUnlessSupEqualConstVar: JUMP_IF(!(in->value - x[in->operand] >= 0.0));
+OpJumpUnlessEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) == 0.0));
+OpJumpUnlessSupTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) > 0.0));
+OpJumpUnlessSupEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) >= 0.0));
+// The same event again and again (a daily barrier check) runs as one loop over its dates.
+#define ASSIGN_IF(test)                                                                        \
+    for (const TermComparison comparison = comparisons[in->target];;) {                       \
+        if (test(Difference(comparison, spot, x))) x[in->operand] = in->value;                \
+        if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;            \
+        in += 2;                                                                               \
+        ++points;                                                                              \
+        spot = points->spot;                                                                   \
+        numeraire = points->numeraire;                                                         \
+    }                                                                                          \
+    NEXT
+OpAssignIfEqualTerms: ASSIGN_IF([](double d) { return d == 0.0; });
+OpAssignIfSupTerms: ASSIGN_IF([](double d) { return d > 0.0; });
+OpAssignIfSupEqualTerms: ASSIGN_IF([](double d) { return d >= 0.0; });
+#undef ASSIGN_IF
 OpAssign: x[in->operand] = *--top; NEXT;
 OpAssignConst: x[in->operand] = in->value; NEXT;
 OpPays: x[in->operand] += *--top * numeraire; NEXT;
-OpEnd: return;
+OpEnd:
+    if (points == lastPoint) return;
+    ++points;
+    spot = points->spot;
+    numeraire = points->numeraire;
+    NEXT;
 #undef NEXT
 #undef JUMP_IF
 }

@@ -1,6 +1,7 @@
 #include "lum-monte-carlo/script/Compiler.hpp"
 
 #include <algorithm>
+#include <optional>
 
 namespace zep {
 
@@ -24,6 +25,21 @@ std::ptrdiff_t StackEffect(OpCode op) {
 }
 
 std::int32_t IndexOf(const Node& variable) { return static_cast<const NodeVar&>(variable).index; }
+
+// The node as a Term when it is one: a constant, a variable, the spot, or the spot times or
+// over a constant or a variable.
+std::optional<Term> AsTerm(const Node& node) {
+    if (node.isConst) return Term{false, false, false, 0, node.constVal};
+    if (dynamic_cast<const NodeVar*>(&node)) return Term{false, false, true, IndexOf(node), 1.0};
+    if (dynamic_cast<const NodeSpot*>(&node)) return Term{true, false, false, 0, 1.0};
+    const bool mult = dynamic_cast<const NodeMult*>(&node) != nullptr;
+    const bool div = dynamic_cast<const NodeDiv*>(&node) != nullptr;
+    if ((!mult && !div) || !dynamic_cast<const NodeSpot*>(node.arguments[0].get())) return std::nullopt;
+    const Node& factor = *node.arguments[1];
+    if (factor.isConst) return Term{true, div, false, 0, factor.constVal};
+    if (dynamic_cast<const NodeVar*>(&factor)) return Term{true, div, true, IndexOf(factor), 1.0};
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -70,7 +86,43 @@ void Compiler::Fold(const Node& node, OpCode op) {
     }
 }
 
+std::optional<Compiler::TermTest> Compiler::AsTermTest(const Node& condition) {
+    const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
+    const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;
+    const bool supEqual = dynamic_cast<const NodeSupEqual*>(&condition) != nullptr;
+    if (!equal && !sup && !supEqual) return std::nullopt;
+    const Node& difference = *condition.arguments[0];
+    if (difference.isConst || !dynamic_cast<const NodeSub*>(&difference)) return std::nullopt;
+    const auto left = AsTerm(*difference.arguments[0]);
+    const auto right = AsTerm(*difference.arguments[1]);
+    if (!left || !right) return std::nullopt;
+    // Events with the same script share one entry, so that a run of them is recognised.
+    const TermComparison comparison{*left, *right};
+    auto& comparisons = m_script.m_comparisons;
+    auto found = std::find(comparisons.begin(), comparisons.end(), comparison);
+    if (found == comparisons.end()) found = comparisons.insert(found, comparison);
+    const TermTest::Comparator comparator = equal ? TermTest::Equal : sup ? TermTest::Sup : TermTest::SupEqual;
+    return TermTest{comparator, static_cast<std::int32_t>(found - comparisons.begin())};
+}
+
 std::size_t Compiler::JumpUnless(const Node& condition) {
+    if (const auto test = AsTermTest(condition)) {
+        // A variable against a constant, the commonest guard, has its own instructions.
+        const TermComparison& sides = m_script.m_comparisons[test->comparison];
+        const auto plainVariable = [](const Term& t) { return !t.fromSpot && !t.divides && t.variableFactor; };
+        const auto constant = [](const Term& t) { return !t.fromSpot && !t.divides && !t.variableFactor; };
+        static constexpr OpCode kVarConst[] = {OpCode::JumpUnlessEqualVarConst, OpCode::JumpUnlessSupVarConst,
+                                               OpCode::JumpUnlessSupEqualVarConst};
+        static constexpr OpCode kConstVar[] = {OpCode::JumpUnlessEqualConstVar, OpCode::JumpUnlessSupConstVar,
+                                               OpCode::JumpUnlessSupEqualConstVar};
+        static constexpr OpCode kTerms[] = {OpCode::JumpUnlessEqualTerms, OpCode::JumpUnlessSupTerms,
+                                            OpCode::JumpUnlessSupEqualTerms};
+        if (plainVariable(sides.left) && constant(sides.right))
+            return Emit(kVarConst[test->comparator], sides.left.index, sides.right.value);
+        if (constant(sides.left) && plainVariable(sides.right))
+            return Emit(kConstVar[test->comparator], sides.right.index, sides.left.value);
+        return Emit(kTerms[test->comparator], test->comparison);
+    }
     const bool equal = dynamic_cast<const NodeEqual*>(&condition) != nullptr;
     const bool sup = dynamic_cast<const NodeSup*>(&condition) != nullptr;
     const bool supEqual = dynamic_cast<const NodeSupEqual*>(&condition) != nullptr;
@@ -78,24 +130,7 @@ std::size_t Compiler::JumpUnless(const Node& condition) {
         condition.Accept(*this);
         return Emit(OpCode::JumpIfFalse);
     }
-    const Node& difference = *condition.arguments[0];
-    if (!difference.isConst && dynamic_cast<const NodeSub*>(&difference)) {
-        const Node& left = *difference.arguments[0];
-        const Node& right = *difference.arguments[1];
-        if (dynamic_cast<const NodeVar*>(&left) && right.isConst) {
-            const OpCode op = equal ? OpCode::JumpUnlessEqualVarConst
-                              : sup ? OpCode::JumpUnlessSupVarConst
-                                    : OpCode::JumpUnlessSupEqualVarConst;
-            return Emit(op, IndexOf(left), right.constVal);
-        }
-        if (left.isConst && dynamic_cast<const NodeVar*>(&right)) {
-            const OpCode op = equal ? OpCode::JumpUnlessEqualConstVar
-                              : sup ? OpCode::JumpUnlessSupConstVar
-                                    : OpCode::JumpUnlessSupEqualConstVar;
-            return Emit(op, IndexOf(right), left.constVal);
-        }
-    }
-    Expression(difference);
+    Expression(*condition.arguments[0]);
     return Emit(equal ? OpCode::JumpUnlessEqual : sup ? OpCode::JumpUnlessSup : OpCode::JumpUnlessSupEqual);
 }
 
@@ -121,6 +156,20 @@ void Compiler::Visit(const NodeIf& node) {
     // Conditions known in advance take their branch with no test at all.
     if (dynamic_cast<const NodeTrue*>(&condition)) return compile(1, elseStart);
     if (dynamic_cast<const NodeFalse*>(&condition)) return compile(elseStart, count);
+    // "IF test THEN X = constant ENDIF", the knock-in check, is one instruction.
+    if (count == 2 && node.firstElse < 0) {
+        const auto* assign = dynamic_cast<const NodeAssign*>(node.arguments[1].get());
+        if (assign && assign->arguments[1]->isConst) {
+            if (const auto test = AsTermTest(condition)) {
+                static constexpr OpCode kAssigns[] = {OpCode::AssignIfEqualTerms, OpCode::AssignIfSupTerms,
+                                                      OpCode::AssignIfSupEqualTerms};
+                const std::size_t at = Emit(kAssigns[test->comparator], IndexOf(*assign->arguments[0]),
+                                            assign->arguments[1]->constVal);
+                m_script.m_code[at].target = test->comparison;
+                return;
+            }
+        }
+    }
     const std::size_t toElse = JumpUnless(condition);
     compile(1, elseStart);
     if (elseStart == count) return PatchJump(toElse);

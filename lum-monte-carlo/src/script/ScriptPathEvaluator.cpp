@@ -26,8 +26,7 @@ void ScriptPathEvaluator::Check(std::span<const ScenarioPoint> scenario, std::sp
 void ScriptPathEvaluator::Evaluate(std::span<const ScenarioPoint> scenario, std::span<double> variables) {
     Check(scenario, variables);
     std::fill(variables.begin(), variables.end(), 0.0);
-    for (std::size_t event = 0; event < scenario.size(); ++event)
-        EvaluateEvent(event, scenario[event], variables);
+    m_product.Compiled().RunPath(scenario.data(), variables.data(), m_scratch);
 }
 
 void ScriptPathEvaluator::EvaluateTree(std::span<const ScenarioPoint> scenario, std::span<double> variables) {

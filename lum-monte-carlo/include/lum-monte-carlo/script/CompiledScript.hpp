@@ -25,12 +25,46 @@ namespace zep {
     /* the usual guard "variable against a constant", either way round, in one step */        \
     X(JumpUnlessEqualVarConst) X(JumpUnlessSupVarConst) X(JumpUnlessSupEqualVarConst)          \
     X(JumpUnlessEqualConstVar) X(JumpUnlessSupConstVar) X(JumpUnlessSupEqualConstVar)          \
+    /* other guards over Terms ("SPOT() / S0 < BARRIER") in one step: both sides read */      \
+    /* without the stack; the operand indexes the script's comparisons */                     \
+    X(JumpUnlessEqualTerms) X(JumpUnlessSupTerms) X(JumpUnlessSupEqualTerms)                   \
+    /* "IF test THEN X = constant ENDIF" over Terms: operand X, value the constant, target */ \
+    /* the comparison; a run of such events, one after the other, is one loop */              \
+    X(AssignIfEqualTerms) X(AssignIfSupTerms) X(AssignIfSupEqualTerms)                         \
     X(Assign) X(AssignConst) X(Pays) X(End)
 
 enum class OpCode : std::uint8_t {
 #define ZEP_OPCODE_ENUMERATOR(name) name,
     ZEP_SCRIPT_OPCODES(ZEP_OPCODE_ENUMERATOR)
 #undef ZEP_OPCODE_ENUMERATOR
+};
+
+// One event date of a simulated path: the spot, and the factor its payments are multiplied by.
+struct ScenarioPoint {
+    double spot;
+    double numeraire;
+};
+
+// One side of a comparison simple enough to read without the stack: a constant, a variable,
+// the spot, or the spot multiplied or divided by a constant or a variable. Each is read as
+// (the spot, or 1) times or over (a constant or a variable): multiplying by 1 is exact, so the
+// value is the tree evaluator's, and reading it takes no indirect jump.
+struct Term {
+    bool fromSpot = false;        // the spot, else 1
+    bool divides = false;         // over the factor, else times it
+    bool variableFactor = false;  // the factor is variable `index`, else `value`
+    std::int32_t index = 0;
+    double value = 1.0;
+
+    friend bool operator==(const Term&, const Term&) = default;
+};
+
+// The compared difference left - right of a guard.
+struct TermComparison {
+    Term left;
+    Term right;
+
+    friend bool operator==(const TermComparison&, const TermComparison&) = default;
 };
 
 struct Instruction {
@@ -52,7 +86,14 @@ public:
 
     // Runs the statements of one event date on the caller's variables; allocates nothing.
     void RunEvent(std::size_t event, double spot, double numeraire, double* variables,
-                  Scratch& scratch) const;
+                  Scratch& scratch) const {
+        const ScenarioPoint point{spot, numeraire};
+        Run(event, 1, &point, variables, scratch);
+    }
+    // Runs every event date of a path in one pass: `scenario` holds EventCount() points.
+    void RunPath(const ScenarioPoint* scenario, double* variables, Scratch& scratch) const {
+        Run(0, EventCount(), scenario, variables, scratch);
+    }
 
     std::size_t EventCount() const { return m_eventStart.size(); }
     const std::vector<Instruction>& Code() const { return m_code; }
@@ -60,7 +101,13 @@ public:
 private:
     friend class Compiler;
 
+    // Events first .. first + count - 1, whose points are points[0 .. count - 1]. The events'
+    // streams lie back to back, so the end of one leads straight into the next.
+    void Run(std::size_t first, std::size_t count, const ScenarioPoint* points, double* variables,
+             Scratch& scratch) const;
+
     std::vector<Instruction> m_code;
+    std::vector<TermComparison> m_comparisons;
     std::vector<std::size_t> m_eventStart;
     std::size_t m_stackSize = 0;
     std::size_t m_smoothNesting = 0;

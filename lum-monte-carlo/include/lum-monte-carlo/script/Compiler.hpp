@@ -3,6 +3,8 @@
 // right operand is a constant or a variable take it from the instruction.
 #pragma once
 
+#include <optional>
+
 #include "lum-monte-carlo/script/CompiledScript.hpp"
 #include "lum-monte-carlo/script/Nodes.hpp"
 
@@ -27,6 +29,13 @@ private:
     void Binary(const Node& node, OpCode plain, OpCode withConstant, OpCode withVariable);
     void Unary(const Node& node, OpCode op);
     void Fold(const Node& node, OpCode op);
+    // A comparison whose two sides are Terms: its comparator and its entry in the script's
+    // comparisons.
+    struct TermTest {
+        enum Comparator { Equal = 0, Sup = 1, SupEqual = 2 } comparator;
+        std::int32_t comparison;
+    };
+    std::optional<TermTest> AsTermTest(const Node& condition);
     // Emits the condition's test and a jump taken when it fails; returns the jump to patch.
     std::size_t JumpUnless(const Node& condition);
 

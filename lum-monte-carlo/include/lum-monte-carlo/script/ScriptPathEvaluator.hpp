@@ -15,11 +15,6 @@
 
 namespace zep {
 
-struct ScenarioPoint {
-    double spot;
-    double numeraire;
-};
-
 class ScriptPathEvaluator {
 public:
     // The product must outlive the evaluator. fuzzyEps: width of comparisons without their own.
