@@ -25,6 +25,9 @@ TEST(LogLevel, FollowsTheEnvironmentText) {
 }
 
 TEST(Logger, WritesFilteredLinesWithPatternAndCrLf) {
+    // The logger reads its settings once, when first used: ctest runs this test in a process of
+    // its own, where that first use is here.
+    if (spdlog::get("combined_logger")) GTEST_SKIP() << "the logger was created earlier in this process";
     const auto path = std::filesystem::temp_directory_path() / "zep_logger_test.log";
     std::filesystem::remove(path);
     ::setenv("ZEP_LOGFILE", path.c_str(), 1);
