@@ -43,6 +43,10 @@ constexpr YearTables BuildYearTables() {
 
 constexpr YearTables kYears = BuildYearTables();
 
+// Table reads for years known to lie in 1900..2200: the hot paths of date arithmetic.
+inline std::int32_t TableOffset(std::int32_t year) { return kYears.offset[year - kFirstTableYear]; }
+inline bool TableLeap(std::int32_t year) { return kYears.leap[year - kFirstTableYear]; }
+
 constexpr bool TablesConsistent() {
     for (std::size_t i = 0; i + 1 < kTableYears; ++i)
         if (kYears.offset[i + 1] != kYears.offset[i] + (kYears.leap[i] ? 366 : 365)) return false;
@@ -59,6 +63,21 @@ constexpr std::array<std::int32_t, 13> kDaysBefore = {0, 0, 31, 59, 90, 120, 151
                                                       181, 212, 243, 273, 304, 334};
 constexpr std::array<std::int32_t, 13> kLeapDaysBefore = {0, 0, 31, 60, 91, 121, 152,
                                                           182, 213, 244, 274, 305, 335};
+
+// The month of each day of the year (1-based), for common and leap years.
+constexpr std::array<std::array<std::uint8_t, 367>, 2> BuildMonthOfDayOfYear() {
+    std::array<std::array<std::uint8_t, 367>, 2> table{};
+    for (int leap = 0; leap < 2; ++leap) {
+        const auto& before = leap ? kLeapDaysBefore : kDaysBefore;
+        for (int day = 1; day <= 366; ++day) {
+            int month = 1;
+            while (month < 12 && day > before[month + 1]) ++month;
+            table[leap][day] = static_cast<std::uint8_t>(month);
+        }
+    }
+    return table;
+}
+constexpr auto kMonthOfDayOfYear = BuildMonthOfDayOfYear();
 
 constexpr const char* kFormatMessage =
     "Invalid date format: must be YYYY/MM/DD, YYYY-MM-DD, DD/MM/YYYY, DD-MM-YYYY, YYYYMMDD, "
@@ -213,7 +232,7 @@ std::int32_t Date::Year() const {
     if (m_serial == 0 || m_serial > kMaxSerial) return kFallbackYear;
     std::int32_t year = m_serial / 365 + kFirstTableYear;
     if (year < kFirstTableYear || year > kLastTableYear) return kFallbackYear;
-    if (m_serial <= YearOffset(year)) --year;
+    if (m_serial <= TableOffset(year)) --year;
     return year;
 }
 
@@ -222,11 +241,15 @@ std::int32_t Date::Month() const { return Civil(Year()).month; }
 std::int32_t Date::DayOfMonth() const { return Civil(Year()).day; }
 
 Date::CivilDate Date::Civil(std::int32_t year) const {
-    const std::int32_t dayOfYear = m_serial - YearOffset(year);
-    const bool leap = IsLeapYear(year);
-    // No month is longer than 32 days, so this starts at or before the right month.
-    std::int32_t month = dayOfYear > 0 ? dayOfYear / 32 + 1 : 1;
-    while (month < 12 && dayOfYear > DaysBefore(month + 1, leap)) ++month;
+    // Year() only returns years of the tables.
+    const std::int32_t dayOfYear = m_serial - TableOffset(year);
+    const bool leap = TableLeap(year);
+    std::int32_t month = 1;
+    if (dayOfYear >= 1 && dayOfYear <= 366) {
+        month = kMonthOfDayOfYear[leap][dayOfYear];
+    } else {
+        while (month < 12 && dayOfYear > DaysBefore(month + 1, leap)) ++month;  // the null date
+    }
     return {year, month, dayOfYear - DaysBefore(month, leap)};
 }
 
@@ -289,20 +312,12 @@ Date Date::Advance(std::int32_t n, TimeUnit unit) const {
         }
         case Months: {
             const CivilDate from = Civil(Year());
-            std::int64_t month = std::int64_t{from.month} + n;
-            std::int64_t year = from.year;
-            if (month > 12) {
-                const std::int64_t carry = (month - 13) / 12 + 1;
-                year += carry;
-                month -= 12 * carry;
-            } else if (month < 1) {
-                const std::int64_t borrow = (-month) / 12 + 1;
-                year -= borrow;
-                month += 12 * borrow;
-            }
-            ZEP_REQUIRE_TEXT(year >= 1901 && year <= 2199, "Year out of bounds after increasing date");
-            const auto y = static_cast<std::int32_t>(year), m = static_cast<std::int32_t>(month);
-            return FromValidParts(std::min(from.day, DaysInMonth(m, y)), m, y);
+            // Carrying whole years in either direction is floor division of the month count.
+            const std::int64_t months = std::int64_t{from.year} * 12 + (from.month - 1) + n;
+            ZEP_REQUIRE_TEXT(months >= 1901 * 12 && months < 2200 * 12, "Year out of bounds after increasing date");
+            const auto y = static_cast<std::int32_t>(months / 12), m = static_cast<std::int32_t>(months % 12 + 1);
+            const std::int32_t daysInMonth = (m == 2 && TableLeap(y)) ? 29 : kDaysInMonth[m];
+            return FromValidParts(std::min(from.day, daysInMonth), m, y);
         }
         case Years: {
             const CivilDate from = Civil(Year());
@@ -318,7 +333,7 @@ Date Date::Advance(std::int32_t n, TimeUnit unit) const {
 
 Date Date::FromValidParts(std::int32_t day, std::int32_t month, std::int32_t year) {
     Date date;
-    date.m_serial = YearOffset(year) + DaysBefore(month, IsLeapYear(year)) + day;
+    date.m_serial = TableOffset(year) + DaysBefore(month, TableLeap(year)) + day;
     return date;
 }
 
