@@ -1,5 +1,9 @@
 #include "lum-monte-carlo/ScriptPayoff.hpp"
 
+#include <span>
+
+#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
+
 #include "lum-monte-carlo/script/ScriptProduct.hpp"
 
 namespace zep {

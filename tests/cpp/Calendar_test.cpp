@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "FailureText.hpp"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -47,17 +49,6 @@ protected:
     fs::path m_root;
 };
 
-template <class Call>
-std::string ErrorText(Call&& call) {
-    try {
-        call();
-    } catch (const zep::Error& e) {
-        return e.what();
-    } catch (const char* text) {
-        return text;
-    }
-    return "no failure";
-}
 
 bool Contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
@@ -91,9 +82,9 @@ TEST(Calendar, BusinessDayIsKeptByEveryRuleButTheMarketRolls) {
 
 TEST(Calendar, AdjustRejectsNullDatesAndUnknownRules) {
     const Calendar& calendar = Calendar::Shared();
-    EXPECT_EQ(ErrorText([&] { calendar.Adjust(Date(), zep::Following, ""); }), "Can't adjust a null date");
-    EXPECT_EQ(ErrorText([&] { calendar.Adjust(D(2, 6, 2025), 7, ""); }), "Unknown adjusting rule");
-    EXPECT_EQ(ErrorText([&] { calendar.Adjust(D(2, 6, 2025), -1, ""); }), "Unknown adjusting rule");
+    EXPECT_EQ(zep::testing::BareText([&] { calendar.Adjust(Date(), zep::Following, ""); }), "Can't adjust a null date");
+    EXPECT_EQ(zep::testing::BareText([&] { calendar.Adjust(D(2, 6, 2025), 7, ""); }), "Unknown adjusting rule");
+    EXPECT_EQ(zep::testing::BareText([&] { calendar.Adjust(D(2, 6, 2025), -1, ""); }), "Unknown adjusting rule");
 }
 
 TEST(Calendar, EveryNamedCentreMustBeOpen) {
@@ -111,19 +102,19 @@ TEST(Calendar, EveryNamedCentreMustBeOpen) {
 
 TEST(Calendar, UnknownCentreNamesTheCode) {
     const Calendar& calendar = Calendar::Shared();
-    const std::string text = ErrorText([&] { calendar.IsBusinessDay(D(3, 6, 2025), "LON+XXX"); });
+    const std::string text = zep::testing::ErrorWhat([&] { calendar.IsBusinessDay(D(3, 6, 2025), "LON+XXX"); });
     EXPECT_TRUE(Contains(text, "Can't find the fincancial center code 'XXX' in the calendar (zep::Calendar::Dates: Calendar.cpp"))
         << text;
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.Dates("NOPE"); }), "'NOPE'"));
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.Dates("NOPE"); }), "'NOPE'"));
 }
 
 TEST(Calendar, BusinessDaysBetweenChecksItsEnds) {
     const Calendar& calendar = Calendar::Shared();
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.BusinessDaysBetween(D(1, 6, 2025), D(3, 6, 2025), ""); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.BusinessDaysBetween(D(1, 6, 2025), D(3, 6, 2025), ""); }),
                          "Input 1: Start Date is not a business day"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.BusinessDaysBetween(D(2, 6, 2025), D(7, 6, 2025), ""); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.BusinessDaysBetween(D(2, 6, 2025), D(7, 6, 2025), ""); }),
                          "Input 2: End Date is not a business day"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.BusinessDaysBetween(D(3, 6, 2025), D(2, 6, 2025), ""); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.BusinessDaysBetween(D(3, 6, 2025), D(2, 6, 2025), ""); }),
                          "End date must be on or after start date"));
     EXPECT_EQ(calendar.BusinessDaysBetween(D(2, 6, 2025), D(2, 6, 2025), ""), 0);
     EXPECT_EQ(calendar.BusinessDaysBetween(D(2, 6, 2025), D(9, 6, 2025), ""), 5);
@@ -149,9 +140,9 @@ TEST(Calendar, MoneyMarketAndCommodityRollDates) {
     EXPECT_EQ(calendar.NextFutureRollDate(D(20, 12, 2024), "IMM"), D(19, 3, 2025));
     EXPECT_EQ(calendar.NextCommodityDeliveryDate(D(1, 1, 2025), "LME"), D(15, 1, 2025));
     EXPECT_EQ(calendar.NextCommodityDeliveryDate(D(15, 1, 2025), "LME"), D(19, 2, 2025));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.NextFutureRollDate(D(1, 1, 2025), "CME"); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.NextFutureRollDate(D(1, 1, 2025), "CME"); }),
                          "Unknown money market"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.NextCommodityDeliveryDate(D(1, 1, 2025), "COMEX"); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.NextCommodityDeliveryDate(D(1, 1, 2025), "COMEX"); }),
                          "Unknown commodity market"));
 }
 
@@ -170,7 +161,7 @@ TEST(Calendar, FXOptionDatesFollowTheSpotLag) {
     const auto endOfMonth =
         calendar.FXODeliveryExpiryDates(D(29, 5, 2024), D(31, 5, 2024), zep::Period("1M"), "");
     EXPECT_EQ(endOfMonth.first, D(28, 6, 2024));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.FXODeliveryExpiryDates(spot, spot, zep::Period("1M"), ""); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.FXODeliveryExpiryDates(spot, spot, zep::Period("1M"), ""); }),
                          "Spot Date should be later than Reference Date!"));
 }
 
@@ -182,7 +173,7 @@ TEST(Calendar, RuleTextsAreReadCaseInsensitively) {
         {"IMM", 4}, {"lme", 6}, {"none", 5}, {"Unadjusted", 5}, {"actual", 5},
         {"indifferent", 5}, {"anniv", 5}, {"unadj", 5}};
     for (const auto& [text, rule] : cases) EXPECT_EQ(zep::stringToDateAdjusterRule(text), rule) << text;
-    EXPECT_TRUE(Contains(ErrorText([] { zep::stringToDateAdjusterRule("sideways"); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([] { zep::stringToDateAdjusterRule("sideways"); }),
                          "'sideways' is an invalid date rolling convention (zep::Calendar::stringToDateAdjusterRule"));
 }
 
@@ -199,27 +190,27 @@ TEST_F(CalendarFiles, LoadsDelimitedRecordsAndRecurringHolidays) {
 TEST_F(CalendarFiles, MalformedLineNamesFileAndLineAndLoadsNothing) {
     Calendar calendar;
     const std::string path = Write("bad.txt", Table("BAD;20240102;N\nBAD;2024-01-03;N\n"));
-    const std::string text = ErrorText([&] { calendar.LoadHolidaysFromFile(path); });
+    const std::string text = zep::testing::ErrorWhat([&] { calendar.LoadHolidaysFromFile(path); });
     EXPECT_TRUE(Contains(text, path) && Contains(text, "line 3")) << text;
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.Dates("BAD"); }), "'BAD'"));
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.Dates("BAD"); }), "'BAD'"));
     for (const char* record : {"BAD;20240230;N", "BAD;20240102", "BAD;20240102;X", ";20240102;N"}) {
-        EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadHolidaysFromFile(Write("b.txt", Table(record))); }),
+        EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadHolidaysFromFile(Write("b.txt", Table(record))); }),
                              "line 2")) << record;
     }
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadHolidaysFromFile(Write("h.txt", "CENTRE;DATE\n")); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadHolidaysFromFile(Write("h.txt", "CENTRE;DATE\n")); }),
                          "line 1"));
 }
 
 TEST_F(CalendarFiles, MissingAndEmptyFiles) {
     Calendar calendar;
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadHolidaysFromFile((m_root / "none.txt").string()); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadHolidaysFromFile((m_root / "none.txt").string()); }),
                          "File cannot be found! (zep::Calendar::LoadHolidaysFromFile"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadHolidaysFromFile(Write("empty.txt", "")); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadHolidaysFromFile(Write("empty.txt", "")); }),
                          "Holiday file provided is empty"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadMurexHolidays(""); }), "No holiday file provided"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadMurexHolidays(Write("e.csv", "\n\n")); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadMurexHolidays(""); }), "No holiday file provided"));
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadMurexHolidays(Write("e.csv", "\n\n")); }),
                          "Holiday file provided is empty"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadMurexHolidays((m_root / "none.csv").string()); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadMurexHolidays((m_root / "none.csv").string()); }),
                          "File cannot be found!"));
 }
 
@@ -229,7 +220,7 @@ TEST_F(CalendarFiles, LoadsTheTradingSystemExport) {
                                                "MXA,01/05/2024,Labour day\nMXB,25/12/2024\n"));
     EXPECT_EQ(calendar.Dates("MXA"), (std::vector<Date>{D(2, 1, 2024), D(1, 5, 2024)}));
     EXPECT_FALSE(calendar.IsBusinessDay(D(25, 12, 2024), "MXA+MXB"));
-    EXPECT_TRUE(Contains(ErrorText([&] { calendar.LoadMurexHolidays(Write("bad.csv", "h\nMXC,2024-12-25\n")); }),
+    EXPECT_TRUE(Contains(zep::testing::ErrorWhat([&] { calendar.LoadMurexHolidays(Write("bad.csv", "h\nMXC,2024-12-25\n")); }),
                          "line 2"));
 }
 
@@ -242,7 +233,7 @@ TEST_F(CalendarFiles, EnvironmentVariableNamesTheFileOrItsDirectory) {
     // When set, nothing else is searched: a wrong location fails even though files exist elsewhere.
     const std::string wrong = (m_root / "elsewhere.txt").string();
     setenv("ZEP_HOLIDAYS_PATH", wrong.c_str(), 1);
-    const std::string text = ErrorText([] { Calendar calendar; });
+    const std::string text = zep::testing::ErrorWhat([] { Calendar calendar; });
     EXPECT_TRUE(Contains(text, "Holiday.txt not found. Base=")) << text;
     EXPECT_TRUE(Contains(text, "\nTried paths:\n  - " + wrong)) << text;
     EXPECT_TRUE(Contains(text, "zep::Calendar::Calendar")) << text;
@@ -254,7 +245,7 @@ TEST_F(CalendarFiles, RelativeDirectoriesAreSearchedInOrderFromTheBase) {
     Calendar::SetSearchBase(base.string());
     Calendar::SetPackagedHolidayFile("");
 
-    const std::string text = ErrorText([] { Calendar calendar; });
+    const std::string text = zep::testing::ErrorWhat([] { Calendar calendar; });
     EXPECT_TRUE(Contains(text, "Holiday.txt not found. Base=" + base.string() + "\nTried paths:\n")) << text;
     const std::vector<fs::path> expected = {m_root / "a/b/control", m_root / "a/b/data", m_root / "a/control",
                                             m_root / "a/data", m_root / "config"};

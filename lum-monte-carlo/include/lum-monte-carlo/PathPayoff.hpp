@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"  // ScenarioPoint: spot, numeraire
+#include "lum-monte-carlo/script/CompiledScript.hpp"  // ScenarioPoint: spot, numeraire
 
 namespace zep {
 

@@ -167,7 +167,7 @@ def markdown_to_html(markdown):
     return "\n".join(out)
 
 
-_STYLE = """body{font-family:sans-serif;max-width:960px;margin:2em auto;color:#222}
+_STYLE = """body{font-family:sans-serif,"Noto Sans CJK SC","PingFang SC","Microsoft YaHei";max-width:960px;margin:2em auto;color:#222}
 table{border-collapse:collapse;margin:0.6em 0}td,th{border:1px solid #ccc;padding:3px 8px;font-size:13px}
 th{background:#f3f3f3}figure{margin:1em 0}figcaption{font-weight:bold;margin-bottom:4px}
 .legend{font-size:12px}.key{margin-right:14px}.key span{display:inline-block;width:12px;height:12px;
