@@ -12,22 +12,10 @@
     if (!PyList_Check($input) && !PyTuple_Check($input)) {
         SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
     }
-    const Py_ssize_t count = PySequence_Fast_GET_SIZE($input);
-    converted.reserve(static_cast<std::size_t>(count));
-    for (Py_ssize_t i = 0; i < count; ++i) {
-        PyObject* item = PySequence_Fast_GET_ITEM($input, i);
-        void* pointer = nullptr;
-        zep::Date date;
-        if (item != Py_None && SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date *), 0))) {
-            date = *reinterpret_cast<zep::Date*>(pointer);
-        } else {
-            const auto outcome = zep::python::DateFromPython(item, date);
-            if (outcome == zep::python::Conversion::Failed) SWIG_fail;
-            if (outcome == zep::python::Conversion::NotADate) {
-                SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every element must be a date");
-            }
-        }
-        converted.push_back(date);
+    const auto outcome = zep::python::DatesFromPython($input, converted);
+    if (outcome == zep::python::Conversion::Failed) SWIG_fail;
+    if (outcome == zep::python::Conversion::NotADate) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every element must be a date");
     }
     $1 = &converted;
 }

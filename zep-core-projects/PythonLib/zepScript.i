@@ -7,22 +7,10 @@
     if ($input == Py_None || PyUnicode_Check($input) || !PySequence_Check($input)) {
         SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
     }
-    for (Py_ssize_t i = 0, n = PySequence_Size($input); i < n; ++i) {
-        PyObject* item = PySequence_GetItem($input, i);
-        void* pointer = nullptr;
-        zep::Date date;
-        auto outcome = zep::python::Conversion::Converted;
-        if (SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date*), SWIG_POINTER_NO_NULL))) {
-            date = *reinterpret_cast<zep::Date*>(pointer);
-        } else {
-            outcome = zep::python::DateFromPython(item, date);
-        }
-        Py_DECREF(item);
-        if (outcome == zep::python::Conversion::Failed) SWIG_fail;
-        if (outcome == zep::python::Conversion::NotADate) {
-            SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every event date must be a date");
-        }
-        converted.push_back(date);
+    const auto outcome = zep::python::DatesFromPython($input, converted);
+    if (outcome == zep::python::Conversion::Failed) SWIG_fail;
+    if (outcome == zep::python::Conversion::NotADate) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every event date must be a date");
     }
     $1 = &converted;
 }

@@ -5,6 +5,35 @@
 #include "lum-time/Frequency.hpp"
 #include "lum-time/Period.hpp"
 #include "DateConversion.hpp"
+
+namespace zep::python {
+// Every item of a Python sequence as a date: a zep.Date, a date text or a datetime.date.
+// NotADate when the object is no sequence or an item is no date; Failed when the library
+// rejected a date text (the Python error is then set). Lives here because it needs the wrapper's
+// type record of zep.Date.
+inline Conversion DatesFromPython(PyObject* sequence, std::vector<zep::Date>& dates) {
+    PyObject* items = PySequence_Fast(sequence, "");
+    if (!items) {
+        PyErr_Clear();
+        return Conversion::NotADate;
+    }
+    auto outcome = Conversion::Converted;
+    const Py_ssize_t count = PySequence_Fast_GET_SIZE(items);
+    dates.reserve(static_cast<std::size_t>(count));
+    for (Py_ssize_t i = 0; i < count && outcome == Conversion::Converted; ++i) {
+        PyObject* item = PySequence_Fast_GET_ITEM(items, i);
+        void* pointer = nullptr;
+        zep::Date date;
+        if (SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, SWIGTYPE_p_zep__Date, SWIG_POINTER_NO_NULL)))
+            date = *static_cast<zep::Date*>(pointer);
+        else
+            outcome = DateFromPython(item, date);
+        if (outcome == Conversion::Converted) dates.push_back(date);
+    }
+    Py_DECREF(items);
+    return outcome;
+}
+}  // namespace zep::python
 %}
 
 %typemap(in) const zep::Date& (zep::Date converted) {

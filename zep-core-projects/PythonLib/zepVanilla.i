@@ -37,26 +37,12 @@
 // HistVols takes its series as any Python sequences (dates as zep.Date, text or datetime.date)
 // and hands its results back as lists.
 %typemap(in) std::vector<zep::Date> dates (std::vector<zep::Date> values) {
-    PyObject* items = PySequence_Fast($input, "expected a sequence of dates");
-    if (!items) SWIG_fail;
-    for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(items); ++i) {
-        PyObject* item = PySequence_Fast_GET_ITEM(items, i);
-        void* pointer = nullptr;
-        if (SWIG_IsOK(SWIG_ConvertPtr(item, &pointer, $descriptor(zep::Date*), SWIG_POINTER_NO_NULL))) {
-            values.push_back(*static_cast<zep::Date*>(pointer));
-            continue;
-        }
-        zep::Date date;
-        const auto outcome = zep::python::DateFromPython(item, date);
-        if (outcome != zep::python::Conversion::Converted) {
-            Py_DECREF(items);
-            if (outcome == zep::python::Conversion::NotADate)
-                PyErr_SetString(PyExc_TypeError, "expected a sequence of dates");
-            SWIG_fail;
-        }
-        values.push_back(date);
+    const auto outcome = zep::python::DatesFromPython($input, values);
+    if (outcome == zep::python::Conversion::Failed) SWIG_fail;
+    if (outcome == zep::python::Conversion::NotADate) {
+        PyErr_SetString(PyExc_TypeError, "expected a sequence of dates");
+        SWIG_fail;
     }
-    Py_DECREF(items);
     $1 = values;
 }
 %typemap(in) std::vector<double> quotes (std::vector<double> values) {
