@@ -181,7 +181,7 @@ def test_relative_search_order_then_the_packaged_file(search):
 
 def test_module_registers_its_own_holiday_file_at_import(search):
     packaged = zep.Calendar.PackagedHolidayFile()
-    assert packaged == os.path.join(os.path.dirname(os.path.abspath(zep.__file__)), "zep_data", "Holidays.txt")
+    assert packaged == os.path.join(os.path.dirname(os.path.abspath(zep.__file__)), "data", "Holidays.txt")
     assert os.path.isfile(packaged)
     # Nothing found relative to the base: the packaged file is loaded with every shipped centre.
     assert zep.Calendar().Centres() == ["LON", "NYC", "SYB", "TARGET", "TKY"]

@@ -122,14 +122,3 @@ shipped with the package. A centre text names one centre ('LON') or several join
         __hash__ = None
     %}
 }
-
-// The installed package carries its holiday file next to the extension; registering the path
-// is all that happens at import, the file is read when a calendar is first built.
-%pythoncode %{
-def _register_packaged_holidays():
-    import os
-    here = os.path.dirname(os.path.abspath(__file__))
-    Calendar.SetPackagedHolidayFile(os.path.join(here, "zep_data", "Holidays.txt"))
-
-_register_packaged_holidays()
-%}

@@ -18,6 +18,6 @@
 def report_to_html(markdown_path, html_path=None):
     """Writes a standalone HTML view of a pricing report, its two plot markers drawn as charts
     from the data the report embeds, and returns the HTML file's path."""
-    from zep_report_html import report_to_html as convert
+    from .report_html import report_to_html as convert
     return convert(markdown_path, html_path)
 %}

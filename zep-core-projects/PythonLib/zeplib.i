@@ -1,5 +1,5 @@
 // The zep module: one interface file per subsystem, included here in dependency order.
-%module zep
+%module(package="zep") zeplib
 
 %{
 #include "ExceptionTranslation.hpp"

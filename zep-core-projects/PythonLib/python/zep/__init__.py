@@ -1,0 +1,40 @@
+"""Zep: quantitative-finance pricing and risk.
+
+Markets (dates, holiday calendars, day counts, yield curves) and instruments built on them
+(vanilla options, products written in the payoff script language) with their prices, Greeks
+and pricing reports. Every class, function and constant of the native module is here under its
+own name: zep.Date, zep.YieldCurve, zep.MVanillaOption, zep.Act360, ...
+"""
+from importlib import metadata as _metadata
+from importlib import resources as _resources
+import types as _types
+
+from . import zeplib as _zeplib
+from .zeplib import *  # noqa: F403 -- the public surface is the native module's
+
+__all__ = sorted(name for name, value in vars(_zeplib).items()
+                 if not name.startswith("_") and not isinstance(value, _types.ModuleType))
+
+# Classes and functions report, and pickle under, the names a user imports: zep.Date, not
+# zep.zeplib.Date.
+for _name in __all__:
+    _value = getattr(_zeplib, _name)
+    if isinstance(_value, (type, _types.FunctionType)) and _value.__module__ == _zeplib.__name__:
+        _value.__module__ = __name__
+
+try:
+    __version__ = _metadata.version(__name__)
+except _metadata.PackageNotFoundError:  # imported from a build tree, not installed
+    __version__ = cvar.LibraryVersion  # noqa: F405
+
+
+def _register_packaged_holidays():
+    # Only the path is registered here; the file is read when a calendar is first built.
+    holidays = _resources.files(__name__).joinpath("data", "Holidays.txt")
+    if not holidays.is_file():
+        raise ImportError(f"zep: the packaged holiday file {holidays} is missing", name=__name__,
+                          path=str(holidays))
+    Calendar.SetPackagedHolidayFile(str(holidays))  # noqa: F405
+
+
+_register_packaged_holidays()
