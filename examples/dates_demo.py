@@ -2,7 +2,7 @@
 dates by tenors, printing tenors between dates, and what a bad date looks like from Python."""
 import zep
 
-print(f"zep {zep.cvar.LibraryVersion}")
+print(f"zep {zep.__version__}")
 print("\nDate texts as they arrive from trade feeds:")
 for text in ["2024-03-15", "15/03/2024", "20240315", "15Mar24", "150324", "00/03/2024"]:
     date = zep.Date(text)

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Runs every test: the C++ unit tests through ctest, then the Python tests against the
-# installed module. Installs what it needs first (scripts/setup.sh).
+# Runs every test: the C++ unit tests through ctest, the wheel installed into a bare virtualenv
+# with the README's example run there, then the Python tests against the installed package.
+# Installs what it needs first (scripts/setup.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
+bash scripts/check_wheel.sh
 .venv/bin/ctest --test-dir build/py --output-on-failure -j 2
 # Run from the tests folder so that `import zep` finds the installed module, not the sources.
 cd tests/python && ../../.venv/bin/python -m pytest -q -p no:cacheprovider .
