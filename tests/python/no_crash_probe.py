@@ -9,6 +9,7 @@ import itertools
 import sys
 
 import zep
+from zep import _zep
 
 faulthandler.enable()
 
@@ -51,6 +52,38 @@ def poke(instance, label):
         attempt(method, f"{label}.{name}", range(3))
 
 
+def null_objects():
+    """Every method with None, or a wrapped object of another class, where its object belongs; and
+    every native function of the module with None and ill-typed arguments. Registration functions
+    are left out: rebinding a class record is what they are for, once, at import."""
+    stranger = zep.Period("1M")
+    for name in sorted(zep.__all__):
+        cls = getattr(zep, name)
+        if not inspect.isclass(cls):
+            continue
+        for member in sorted(dir(cls)):
+            method = inspect.getattr_static(cls, member, None)
+            if isinstance(method, (staticmethod, classmethod)) or not inspect.isfunction(method):
+                continue
+            for args in [(None,), (None, None), (None, 1, "x"), (stranger,), (stranger, None)]:
+                sys.stderr.write(f"CALL {name}.{member}{args!r}\n")
+                try:
+                    method(*args)
+                except Exception:
+                    pass
+    for name in sorted(dir(_zep)):
+        function = getattr(_zep, name)
+        if not callable(function) or name.endswith("_swigregister") or name.startswith("_"):
+            continue
+        arguments = [(), (None,), (None, None), (None, 1, "x"), (stranger, None), (stranger, 5)]
+        for args in arguments:
+            sys.stderr.write(f"CALL _zep.{name}{args!r}\n")
+            try:
+                function(*args)
+            except Exception:
+                pass
+
+
 def main():
     # Built first: the module-wide calls below include global setters (the holiday search base).
     instances = {label: build() for label, build in INSTANCES.items()}
@@ -66,6 +99,7 @@ def main():
                 pass
     for label, instance in instances.items():
         poke(instance, label)
+    null_objects()
     sys.stderr.write("DONE\n")
 
 

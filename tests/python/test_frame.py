@@ -87,3 +87,42 @@ def test_module_constants_are_numbered_in_group_order():
 
 def test_cvar_exposes_the_library_version():
     assert zep.cvar.LibraryVersion.count(".") == 2
+
+
+@pytest.mark.parametrize("call, where", [
+    (lambda: zep.Date.DayOfMonth(None), "Date_DayOfMonth"),
+    (lambda: zep.YieldCurve.Rate(None, 1.0), "YieldCurve_Rate"),
+    (lambda: zep.MVanillaOption.PV(None), "MVanillaOption_PV"),
+    (lambda: zep.Calendar.IsBusinessDay(None, "2024-01-02", "LON"), "Calendar_IsBusinessDay"),
+])
+def test_method_called_on_none_is_a_null_reference_type_error(call, where):
+    with pytest.raises(TypeError, match=f"^invalid null reference in method '{where}', argument 1 of type "):
+        call()
+
+
+def test_keyword_arguments_reach_the_library_under_the_documented_names():
+    engine = zep.BSVanilla(optionType=0, strike=100.0, volatility=0.2, timeToExpiry=1.0, timeToDelivery=1.0,
+                           domesticRate=0.03, foreignRate=0.01, spot=100.0)
+    assert engine.Price() == zep.BSVanilla(0, 100.0, 0.2, 1.0, 1.0, 0.03, 0.01, 100.0).Price()
+    curve = zep.YieldCurve.FromZeroRates(referenceDate="2024-01-02", dates=["2025-01-02"], zeroRates=[0.03],
+                                         compounding=zep.Continuous)
+    positional = zep.YieldCurve.FromZeroRates("2024-01-02", ["2025-01-02"], [0.03], zep.Continuous)
+    assert curve.DiscountFactor("2025-01-02") == positional.DiscountFactor("2025-01-02")
+    calendar = zep.Calendar()
+    assert calendar.BusinessDaysBetween(start="2024-01-02", end="2024-01-09", centres="") == 5
+
+
+@pytest.mark.parametrize("call", [
+    lambda: zep.Period("1M").Months(unit=1),
+    lambda: zep.BSVanilla(0, 100.0, 0.2, 1.0, 1.0, 0.03, 0.01, spot=100.0, forward=101.0),
+    lambda: zep.YieldCurve.FromZeroRates("2024-01-02", ["2025-01-02"], [0.03], zep.Continuous, basis=1),
+])
+def test_unknown_keyword_is_a_type_error_naming_it(call):
+    with pytest.raises(TypeError, match=r"\b(unit|forward|basis)\b"):
+        call()
+
+
+def test_overloaded_calls_list_every_positional_form_in_their_docstring():
+    lines = [line.strip() for line in zep.MVanillaOption.__init__.__doc__.splitlines() if line.strip()]
+    assert [line.split("(")[0] for line in lines[:3]] == ["__init__"] * 3
+    assert "double accRate" in lines[1] and "accCurve" in lines[2]

@@ -1,3 +1,4 @@
+import datetime
 import math
 
 import pytest
@@ -109,7 +110,6 @@ def test_forward_quote_without_a_forward_or_with_one():
                                 None, 0.2), "underlying (foreign) YieldCurve is Null!"),
     (lambda: option(0, 100.0, -1.0, 0.0, 0.0, 0.2), " Spot must be positive."),
     (lambda: option(0, 100.0, 100.0, 0.0, 0.0, 0.0), "volatility must be a positive percentage!"),
-    (lambda: option(0, 100.0, 100.0, 0.0, 0.0, 0.2, expiry="2024-02-30"), "Day outside of month range"),
 ])
 def test_bad_construction_raises_the_library_message(build, message):
     with pytest.raises(RuntimeError) as failure:
@@ -152,3 +152,22 @@ def test_empty_and_disposed_options_report_not_initialized():
     opt.Dispose()
     with pytest.raises(RuntimeError, match=r"^MVanillaOption::GetSpot failed: not initialized!"):
         opt.GetSpot()
+
+
+@pytest.mark.parametrize("build, prefix", [
+    (lambda d: option(0, 100.0, 100.0, 0.0, 0.0, 0.2, expiry=d), "MVanillaOption::MVanillaOption"),
+    (lambda d: zep.MVanillaOption.FromForward(1, 0, 1.0, 100.0, 100.0, d, EXPIRY, DELIVERY, DELIVERY,
+                                              0.01, 0.0, 0.2), "MVanillaOption::FromForward"),
+    (lambda d: zep.MXScriptStructure(d, 100.0, 0.2, 0.03, 0.0, 1, [], ["2025-01-02"], ["C PAYS 1"], 16),
+     "MXScriptStructure::MXScriptStructure"),
+    (lambda d: zep.ScriptProduct(["2024-01-02", d], ["X = 1", "X = 2"]), "MScriptProduct::MScriptProduct"),
+])
+@pytest.mark.parametrize("date, message", [
+    ("2024-02-30", "Day outside of month range"),
+    (datetime.date(1850, 1, 1), "Year out of bound. It must be in [1901,2199]"),
+])
+def test_bad_dates_fail_inside_the_wrapper_with_its_prefix(build, prefix, date, message):
+    with pytest.raises(RuntimeError) as failure:
+        build(date)
+    assert str(failure.value) == f"{prefix} failed: {message}"
+

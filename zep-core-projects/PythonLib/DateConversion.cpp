@@ -50,4 +50,20 @@ Conversion DateFromPython(PyObject* object, zep::Date& date) {
     return Conversion::NotADate;
 }
 
+std::optional<DateInput> DateInputFromPython(PyObject* object) {
+    if (PyUnicode_Check(object)) {
+        Py_ssize_t size = 0;
+        const char* text = PyUnicode_AsUTF8AndSize(object, &size);
+        if (text == nullptr) {
+            PyErr_Clear();
+            return std::nullopt;
+        }
+        return DateInput(std::string(text, static_cast<std::size_t>(size)));
+    }
+    if (IsDateTimeDate(object))
+        return DateInput(DayMonthYear{PyDateTime_GET_DAY(object), PyDateTime_GET_MONTH(object),
+                                      PyDateTime_GET_YEAR(object)});
+    return std::nullopt;
+}
+
 }  // namespace zep::python

@@ -4,9 +4,9 @@
 
 namespace zep::python {
 
-MScriptProduct::MScriptProduct(const std::vector<zep::Date>& eventDates, const std::vector<std::string>& scriptTexts) {
+MScriptProduct::MScriptProduct(const std::vector<DateInput>& eventDates, const std::vector<std::string>& scriptTexts) {
     Guarded("MScriptProduct::MScriptProduct",
-            [&] { m_object = boost::make_shared<zep::ScriptProduct>(eventDates, scriptTexts); });
+            [&] { m_object = boost::make_shared<zep::ScriptProduct>(Values(eventDates), scriptTexts); });
 }
 
 std::size_t MScriptProduct::EventCount() const {

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "DateInput.hpp"
 #include "MWrapper.hpp"
 #include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
 #include "lum-monte-carlo/script/ScriptProduct.hpp"
@@ -16,7 +17,7 @@ class MScriptProduct : public MWrapper<zep::ScriptProduct> {
 public:
     MScriptProduct() = default;
     // One script text per event date, dates strictly increasing.
-    MScriptProduct(const std::vector<zep::Date>& eventDates, const std::vector<std::string>& scriptTexts);
+    MScriptProduct(const std::vector<DateInput>& eventDates, const std::vector<std::string>& scriptTexts);
 
     std::size_t EventCount() const;
     std::vector<zep::Date> EventDates() const;

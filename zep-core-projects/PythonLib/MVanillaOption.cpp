@@ -7,18 +7,18 @@ namespace zep::python {
 namespace {
 
 VanillaOption::Terms MakeTerms(int buySell, int callPut, double faceValue, double strike,
-                               const Date& referenceDate, const Date& expiryDate,
-                               const Date& settlementDate, const Date& deliveryDate,
+                               const DateInput& referenceDate, const DateInput& expiryDate,
+                               const DateInput& settlementDate, const DateInput& deliveryDate,
                                const DayCounter& dayCounter, int exerciseKind) {
     VanillaOption::Terms terms;
     terms.buySell = buySell;
     terms.callPut = callPut;
     terms.faceValue = faceValue;
     terms.strike = strike;
-    terms.referenceDate = referenceDate;
-    terms.expiryDate = expiryDate;
-    terms.settlementDate = settlementDate;
-    terms.deliveryDate = deliveryDate;
+    terms.referenceDate = referenceDate.Value();
+    terms.expiryDate = expiryDate.Value();
+    terms.settlementDate = settlementDate.Value();
+    terms.deliveryDate = deliveryDate.Value();
     terms.dayCounter = dayCounter;
     terms.exerciseKind = exerciseKind;
     return terms;
@@ -31,8 +31,8 @@ boost::shared_ptr<const VolatilitySource> Flat(double volatility) {
 }  // namespace
 
 MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, double strike,
-                               double spot, const Date& referenceDate, const Date& expiryDate,
-                               const Date& settlementDate, const Date& deliveryDate,
+                               double spot, const DateInput& referenceDate, const DateInput& expiryDate,
+                               const DateInput& settlementDate, const DateInput& deliveryDate,
                                double accRate, double undRate, double volatility,
                                const DayCounter& dayCounter, int exerciseKind)
     : MWrapper(Guarded("MVanillaOption::MVanillaOption", [&] {
@@ -43,8 +43,8 @@ MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, doubl
       })) {}
 
 MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, double strike,
-                               double spot, const Date& referenceDate, const Date& expiryDate,
-                               const Date& settlementDate, const Date& deliveryDate,
+                               double spot, const DateInput& referenceDate, const DateInput& expiryDate,
+                               const DateInput& settlementDate, const DateInput& deliveryDate,
                                boost::shared_ptr<YieldCurve> accCurve,
                                boost::shared_ptr<YieldCurve> undCurve, double volatility,
                                const DayCounter& dayCounter, int exerciseKind)
@@ -57,8 +57,8 @@ MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, doubl
 
 MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double faceValue,
                                            double strike, std::optional<double> forward,
-                                           const Date& referenceDate, const Date& expiryDate,
-                                           const Date& settlementDate, const Date& deliveryDate,
+                                           const DateInput& referenceDate, const DateInput& expiryDate,
+                                           const DateInput& settlementDate, const DateInput& deliveryDate,
                                            double accRate, double undRate, double volatility,
                                            const DayCounter& dayCounter, int exerciseKind,
                                            double spot) {
@@ -72,8 +72,8 @@ MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double face
 
 MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double faceValue,
                                            double strike, std::optional<double> forward,
-                                           const Date& referenceDate, const Date& expiryDate,
-                                           const Date& settlementDate, const Date& deliveryDate,
+                                           const DateInput& referenceDate, const DateInput& expiryDate,
+                                           const DateInput& settlementDate, const DateInput& deliveryDate,
                                            boost::shared_ptr<YieldCurve> accCurve,
                                            boost::shared_ptr<YieldCurve> undCurve,
                                            double volatility, const DayCounter& dayCounter,

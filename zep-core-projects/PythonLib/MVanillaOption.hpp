@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "DateInput.hpp"
 #include "MWrapper.hpp"
 #include "lum-closed-form/VanillaOption.hpp"
 
@@ -17,32 +18,32 @@ public:
     // Side +1 buy / -1 sell, type 0 call / 1 put; rates continuously compounded; the day
     // counter a code, a name or a zep.DayCounter; exercise 0 European, 1 American, 2 Bermudan.
     MVanillaOption(int buySell, int callPut, double faceValue, double strike, double spot,
-                   const zep::Date& referenceDate, const zep::Date& expiryDate,
-                   const zep::Date& settlementDate, const zep::Date& deliveryDate,
+                   const DateInput& referenceDate, const DateInput& expiryDate,
+                   const DateInput& settlementDate, const DateInput& deliveryDate,
                    double accRate, double undRate, double volatility,
                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed),
                    int exerciseKind = 0);
     // The same on a domestic (accrual) and a foreign (underlying) curve.
     MVanillaOption(int buySell, int callPut, double faceValue, double strike, double spot,
-                   const zep::Date& referenceDate, const zep::Date& expiryDate,
-                   const zep::Date& settlementDate, const zep::Date& deliveryDate,
+                   const DateInput& referenceDate, const DateInput& expiryDate,
+                   const DateInput& settlementDate, const DateInput& deliveryDate,
                    boost::shared_ptr<zep::YieldCurve> accCurve,
                    boost::shared_ptr<zep::YieldCurve> undCurve, double volatility,
                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed),
                    int exerciseKind = 0);
     // Quoted on the forward to delivery (None fails "No input forward!"); spot -1 derives it.
     static MVanillaOption FromForward(int buySell, int callPut, double faceValue, double strike,
-                                      std::optional<double> forward, const zep::Date& referenceDate,
-                                      const zep::Date& expiryDate, const zep::Date& settlementDate,
-                                      const zep::Date& deliveryDate, double accRate, double undRate,
+                                      std::optional<double> forward, const DateInput& referenceDate,
+                                      const DateInput& expiryDate, const DateInput& settlementDate,
+                                      const DateInput& deliveryDate, double accRate, double undRate,
                                       double volatility,
                                       const zep::DayCounter& dayCounter =
                                           zep::DayCounter(zep::Act365Fixed),
                                       int exerciseKind = 0, double spot = -1.0);
     static MVanillaOption FromForward(int buySell, int callPut, double faceValue, double strike,
-                                      std::optional<double> forward, const zep::Date& referenceDate,
-                                      const zep::Date& expiryDate, const zep::Date& settlementDate,
-                                      const zep::Date& deliveryDate,
+                                      std::optional<double> forward, const DateInput& referenceDate,
+                                      const DateInput& expiryDate, const DateInput& settlementDate,
+                                      const DateInput& deliveryDate,
                                       boost::shared_ptr<zep::YieldCurve> accCurve,
                                       boost::shared_ptr<zep::YieldCurve> undCurve, double volatility,
                                       const zep::DayCounter& dayCounter =

@@ -33,7 +33,7 @@ Value Logged(const char* name, bool log, Value value) {
 MXScriptStructure::MXScriptStructure(boost::shared_ptr<XScriptStructure> product)
     : MWrapper(std::move(product)) {}
 
-MXScriptStructure::MXScriptStructure(const zep::Date& today, double spot, double volatility,
+MXScriptStructure::MXScriptStructure(const DateInput& today, double spot, double volatility,
                                      double rate1, double rate2, int model,
                                      const std::vector<double>& modelParameters,
                                      const std::vector<std::string>& eventDates,
@@ -44,7 +44,7 @@ MXScriptStructure::MXScriptStructure(const zep::Date& today, double spot, double
                                      bool quasiRandom, double notional) {
     m_object = Guarded("MXScriptStructure::MXScriptStructure", [&] {
         XScriptInputs in;
-        in.today = today;
+        in.today = today.Value();
         in.spot = spot;
         in.volatility = volatility;
         in.rate1 = rate1;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "DateInput.hpp"
 #include "MWrapper.hpp"
 #include "lum-monte-carlo/XScriptStructure.hpp"
 
@@ -17,7 +18,7 @@ class MXScriptStructure : public MWrapper<XScriptStructure> {
 public:
     MXScriptStructure() = default;  // an empty product: every operation answers "not initialized!"
     // model: 1 BlackSchole, 2 Bachelier, 3 Heston, 4 Dupire; event dates as date texts.
-    MXScriptStructure(const zep::Date& today, double spot, double volatility, double rate1,
+    MXScriptStructure(const DateInput& today, double spot, double volatility, double rate1,
                       double rate2, int model, const std::vector<double>& modelParameters,
                       const std::vector<std::string>& eventDates,
                       const std::vector<std::string>& eventScripts, long long numSimulations = 10000,

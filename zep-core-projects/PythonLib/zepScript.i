@@ -3,18 +3,6 @@
 #include "MScriptProduct.hpp"
 %}
 
-%typemap(in) const std::vector<zep::Date>& eventDates (std::vector<zep::Date> converted) {
-    if ($input == Py_None || PyUnicode_Check($input) || !PySequence_Check($input)) {
-        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
-    }
-    const auto outcome = zep::python::DatesFromPython($input, converted);
-    if (outcome == zep::python::Conversion::Failed) SWIG_fail;
-    if (outcome == zep::python::Conversion::NotADate) {
-        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every event date must be a date");
-    }
-    $1 = &converted;
-}
-
 %typemap(in) const std::vector<std::string>& scriptTexts (std::vector<std::string> converted) {
     if ($input == Py_None || PyUnicode_Check($input) || !PySequence_Check($input)) {
         SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
@@ -52,8 +40,7 @@
 }
 
 // Overload dispatch only asks for a sequence; the conversions above report bad items.
-%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const std::vector<zep::Date>& eventDates,
-    const std::vector<std::string>& scriptTexts, const std::vector<zep::ScenarioPoint>& scenario {
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const std::vector<std::string>& scriptTexts, const std::vector<zep::ScenarioPoint>& scenario {
     $1 = PySequence_Check($input) && !PyUnicode_Check($input);
 }
 

@@ -54,9 +54,51 @@ inline Conversion DatesFromPython(PyObject* sequence, std::vector<zep::Date>& da
         }
     }
 }
-%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const zep::Date& {
+// Dates given to an M class travel unparsed (DateInput.hpp): the class reads them in its guard.
+namespace zep::python {
+class DateInput;
+}
+%{
+namespace zep::python {
+inline std::optional<DateInput> AnyDateInput(PyObject* object) {
+    void* pointer = nullptr;
+    if (SWIG_IsOK(SWIG_ConvertPtr(object, &pointer, SWIGTYPE_p_zep__Date, SWIG_POINTER_NO_NULL)))
+        return DateInput(*static_cast<zep::Date*>(pointer));
+    return DateInputFromPython(object);
+}
+}  // namespace zep::python
+%}
+%typemap(in) const zep::python::DateInput& (std::optional<zep::python::DateInput> converted) {
+    converted = zep::python::AnyDateInput($input);
+    if (!converted) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
+    }
+    $1 = &*converted;
+}
+%typemap(in) const std::vector<zep::python::DateInput>& (std::vector<zep::python::DateInput> converted) {
+    PyObject* items = PyUnicode_Check($input) ? nullptr : PySequence_Fast($input, "");
+    if (items == nullptr) {
+        PyErr_Clear();
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""'");
+    }
+    bool allDates = true;
+    for (Py_ssize_t i = 0; allDates && i < PySequence_Fast_GET_SIZE(items); ++i) {
+        auto input = zep::python::AnyDateInput(PySequence_Fast_GET_ITEM(items, i));
+        if (input) converted.push_back(std::move(*input));
+        allDates = input.has_value();
+    }
+    Py_DECREF(items);
+    if (!allDates) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum"" of type '" "$type""': every element must be a date");
+    }
+    $1 = &converted;
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const zep::python::DateInput&, const zep::Date& {
     $1 = zep::python::LooksLikeDate($input) ||
-         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor, SWIG_POINTER_NO_NULL));
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(zep::Date*), SWIG_POINTER_NO_NULL));
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_POINTER) const std::vector<zep::python::DateInput>& {
+    $1 = PySequence_Check($input) && !PyUnicode_Check($input);
 }
 
 namespace zep {

@@ -5,6 +5,31 @@
 #include "ExceptionTranslation.hpp"
 %}
 
+// Keyword arguments under the names the signatures show, wherever a call has one signature;
+// docstrings open with every signature, each with its argument names and types.
+%feature("kwargs");
+%feature("autodoc", "1");
+
+// A method called on None (zep.Date.DayOfMonth(None)) gets a null object: refuse it before use.
+%typemap(check) SWIGTYPE* self {
+    if (!$1) {
+        SWIG_exception_fail(SWIG_NullReferenceError, "invalid null reference in method '" "$symname" "', argument " "$argnum" " of type '" "$1_type" "'");
+    }
+}
+
+// <Class>_swiginit(proxy, object) attaches a new wrapped object to its proxy. The runtime's own
+// version drops a reference to NULL when the object is no wrapped pointer; this one refuses it.
+%header %{
+static PyObject* ZepInitShadowInstance(PyObject* args) {
+    if (PyTuple_Check(args) && PyTuple_GET_SIZE(args) == 2 && !SwigPyObject_Check(PyTuple_GET_ITEM(args, 1))) {
+        PyErr_SetString(PyExc_TypeError, "swiginit: the second argument must be a wrapped object");
+        return NULL;
+    }
+    return SWIG_Python_InitShadowInstance(args);
+}
+#define SWIG_Python_InitShadowInstance ZepInitShadowInstance
+%}
+
 %include <stdint.i>
 %include <std_string.i>
 // Members that are undefined behaviour on an empty vector, and the allocator, stay in C++:
