@@ -66,7 +66,22 @@ Calendar::Calendar() : m_index(std::make_unique<detail::HolidayIndex>()) {
     Logger().info("Holiday.txt loaded from: " + *search.found);
 }
 
+Calendar::Calendar(NoFile) : m_index(std::make_unique<detail::HolidayIndex>()) {}
+
 Calendar::~Calendar() = default;
+
+std::unique_ptr<Calendar> Calendar::FromHolidays(const HolidayDates& holidays) {
+    detail::HolidayTable table;
+    for (const auto& [centre, dates] : holidays) {
+        detail::HolidaySerials& serials = table[centre];
+        for (const Date& date : dates) serials.push_back(date.SerialNumber());
+        std::sort(serials.begin(), serials.end());
+        serials.erase(std::unique(serials.begin(), serials.end()), serials.end());
+    }
+    auto calendar = std::unique_ptr<Calendar>(new Calendar(NoFile{}));
+    calendar->m_index->Add(table);
+    return calendar;
+}
 
 const Calendar& Calendar::Shared() {
     static const Calendar calendar;  // a failed load is retried by the next caller

@@ -1,6 +1,9 @@
 """Dates, periods and frequencies as a Python user meets them."""
 import datetime
 import random
+import re
+
+import numpy
 
 import pytest
 from hypothesis import given, settings, strategies as st
@@ -138,3 +141,56 @@ def test_weekday_runs_from_sunday_1_to_saturday_7():
     for _ in range(500):
         day = datetime.date(1901, 1, 1) + datetime.timedelta(days=rng.randrange(100000))
         assert zep.Date(day).Weekday() == day.isoweekday() % 7 + 1, day
+
+
+@pytest.mark.parametrize("day", [datetime.date(1901, 1, 1), datetime.date(2024, 2, 29), datetime.date(2199, 12, 31)])
+def test_date_converts_to_and_from_datetime64_days(day):
+    as_numpy = numpy.datetime64(day, "D")
+    assert zep.Date(as_numpy) == day and zep.Date.from_datetime64(as_numpy) == day
+    assert zep.Date(day).to_datetime64() == as_numpy
+    assert zep.Date.from_datetime64(numpy.datetime64(day, "ms") + numpy.timedelta64(5, "h")) == day
+
+
+def test_date_arrays_convert_with_nat_as_the_null_date():
+    days = numpy.array(["2024-03-15", "NaT", "1901-01-01"], dtype="datetime64[D]")
+    dates = zep.Date.from_datetime64(days)
+    assert dates == [zep.Date("2024-03-15"), zep.Date(), zep.Date("1901-01-01")]
+    assert (zep.Date.datetime64_array(dates) == days)[[0, 2]].all()
+    assert numpy.isnat(zep.Date.datetime64_array(["2024-03-15", zep.Date()]))[1]
+    assert numpy.isnat(zep.Date().to_datetime64())
+
+
+def test_equal_dates_hash_alike_and_alike_with_datetime_date():
+    day = datetime.date(2024, 3, 15)
+    assert len({zep.Date(day), zep.Date("15/03/2024"), day}) == 1
+    assert zep.Date("2024-03-15") != zep.Date("2024-03-16")
+    with pytest.raises(ValueError):
+        zep.Date().to_date()
+
+
+def test_increment_and_decrement_move_the_date_in_place_and_return_it():
+    date = zep.Date("2024-02-28")
+    assert date.Increment() is date and date == "2024-02-29"
+    assert date.Increment().Increment() == "2024-03-02" and date == "2024-03-02"
+    assert date.Decrement() is date and date == "2024-03-01"
+
+
+@pytest.mark.parametrize("serial, step, function", [(109574, "Increment", "++"), (367, "Decrement", "--")])
+def test_increment_past_the_last_date_fails_and_keeps_the_date(serial, step, function):
+    date = zep.Date(serial)
+    with pytest.raises(RuntimeError, match=rf"outside of range\. \(zep::Date::operator {re.escape(function)}: "):
+        getattr(date, step)()
+    assert date.SerialNumber() == serial
+
+
+# 1Y < 0D is the library's deliberate mirror rule against a zero period.
+@pytest.mark.parametrize("smaller, larger", [("1W", "8D"), ("11M", "1Y"), ("4W", "1M"), ("1Y", "0D")])
+def test_periods_order_by_every_rich_comparison(smaller, larger):
+    a, b = zep.Period(smaller), zep.Period(larger)
+    assert a < b and a <= b and b > a and b >= a and not (b < a) and a != b
+
+
+def test_repr_and_str_of_an_unbuilt_object_say_so():
+    for cls in (zep.Date, zep.Calendar, zep.YieldCurve, zep.MVanillaOption, zep.DayCounter, zep.Period):
+        unbuilt = cls.__new__(cls)
+        assert repr(unbuilt) == str(unbuilt) == f"<zep.{cls.__name__}: not initialized>"

@@ -154,12 +154,6 @@ DiscountFactors(array) evaluates a whole NumPy array of times or dates in one ca
             self._FillAtSerials(serials, out)
             return out
 
-        def __getstate__(self):
-            return self.ToJson()
-
-        def __setstate__(self, state):
-            self.this = YieldCurve.FromJson(state).this
-
         def __eq__(self, other):
             if not isinstance(other, YieldCurve):
                 return NotImplemented

@@ -68,6 +68,41 @@ and returns a list.";
 shipped with the package. A centre text names one centre ('LON') or several joined by '+',
 ',', ';' or blanks ('LON+NYC'); '' means weekends only.";
 
+// A saved calendar's holidays: {centre: [serial numbers]}.
+%typemap(in) const zep::HolidayDates& (zep::HolidayDates converted) {
+    if (!PyDict_Check($input)) {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum" " of type 'dict'");
+    }
+    PyObject* centre = nullptr;
+    PyObject* serials = nullptr;
+    Py_ssize_t position = 0;
+    while (PyDict_Next($input, &position, &centre, &serials)) {
+        const char* code = PyUnicode_Check(centre) ? PyUnicode_AsUTF8(centre) : nullptr;
+        PyObject* items = code ? PySequence_Fast(serials, "holidays must be a sequence of serial numbers") : nullptr;
+        if (items == nullptr) {
+            if (!PyErr_Occurred()) PyErr_SetString(PyExc_TypeError, "every centre must be a str");
+            SWIG_fail;
+        }
+        std::vector<zep::Date>& dates = converted[code];
+        bool read = true;
+        for (Py_ssize_t i = 0; read && i < PySequence_Fast_GET_SIZE(items); ++i) {
+            const long serial = PyLong_AsLong(PySequence_Fast_GET_ITEM(items, i));
+            read = !(serial == -1 && PyErr_Occurred());
+            try {
+                if (read) dates.emplace_back(static_cast<std::int32_t>(serial));
+            } catch (...) {
+                zep::python::SetPythonErrorFromActiveException();
+                read = false;
+            }
+        }
+        Py_DECREF(items);
+        if (!read) SWIG_fail;
+    }
+    $1 = &converted;
+}
+%ignore zep::Calendar::FromHolidays;
+%newobject zep::Calendar::_FromHolidays;
+
 %include "lum-time/DayCounter.hpp"
 %include "lum-time/Calendar.hpp"
 
@@ -100,6 +135,9 @@ shipped with the package. A centre text names one centre ('LON') or several join
 }
 
 %extend zep::Calendar {
+    static zep::Calendar* _FromHolidays(const zep::HolidayDates& holidays) {
+        return zep::Calendar::FromHolidays(holidays).release();
+    }
     zep::Date Adjust(const zep::Date& date, const std::string& rule, std::string_view centres) const {
         return $self->Adjust(date, zep::stringToDateAdjusterRule(rule), centres);
     }

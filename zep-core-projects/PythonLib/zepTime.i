@@ -126,8 +126,16 @@ Period(frequency) for the coupon period of a regular frequency.";
 %include "lum-time/Date.hpp"
 %include "lum-time/Period.hpp"
 
+// numpy.datetime64 scalars count days from 1970-01-01, serial 25569.
+%pythonprepend zep::Date::Date %{
+    if len(args) == 1 and type(args[0]).__name__ == "datetime64":
+        args = (Date._serials_of_datetime64(args[0]).item(),)
+%}
+
 %extend zep::Date {
     Date(const zep::Date& other) { return new zep::Date(other); }
+    void _Increment() { ++*$self; }
+    void _Decrement() { --*$self; }
     zep::Date __add__(std::int32_t days) const { return *$self + days; }
     zep::Date __add__(const zep::Period& period) const { return *$self + period; }
     zep::Date __radd__(std::int32_t days) const { return *$self + days; }
@@ -146,7 +154,18 @@ Period(frequency) for the coupon period of a regular frequency.";
             return "zep.Date('%04d-%02d-%02d')" % (self.Year(), self.Month(), self.DayOfMonth())
 
         def __hash__(self):
-            return hash(self.SerialNumber())
+            # Equal dates hash alike, and alike with the datetime.date they equal.
+            return hash(0) if self.IsNull() else hash(self.to_date())
+
+        def Increment(self):
+            """Moves the date one day on, in place, and returns it, as the prefix ++ does."""
+            self._Increment()
+            return self
+
+        def Decrement(self):
+            """Moves the date one day back, in place, and returns it, as the prefix -- does."""
+            self._Decrement()
+            return self
 
         def _compare(self, other, test):
             if not isinstance(other, Date):
@@ -164,9 +183,50 @@ Period(frequency) for the coupon period of a regular frequency.";
         def __ge__(self, other): return self._compare(other, int.__ge__)
 
         def to_date(self):
-            """The date as a datetime.date."""
+            """The date as a datetime.date; ValueError for the null date, which has none."""
             import datetime
+            if self.IsNull():
+                raise ValueError("the null date has no calendar date")
             return datetime.date(self.Year(), self.Month(), self.DayOfMonth())
+
+        @classmethod
+        def from_date(cls, value):
+            """The zep.Date of a datetime.date (the constructor takes one too)."""
+            return cls(value)
+
+        def to_datetime64(self):
+            """The date as a numpy.datetime64 day; NaT for the null date."""
+            import numpy
+            if self.IsNull():
+                return numpy.datetime64("NaT", "D")
+            return numpy.datetime64(self.SerialNumber() - 25569, "D")
+
+        @staticmethod
+        def _serials_of_datetime64(values):
+            import numpy
+            days = numpy.asarray(values).astype("datetime64[D]")
+            return numpy.where(numpy.isnat(days), 0, days.astype(numpy.int64) + 25569)
+
+        @staticmethod
+        def from_datetime64(values):
+            """A zep.Date of a numpy.datetime64 scalar, or a list of them of an array of any
+            datetime64 unit (cut to the day); NaT gives the null date."""
+            import numpy
+            serials = Date._serials_of_datetime64(values)
+            if numpy.ndim(values) == 0:
+                return Date(int(serials))
+            return [Date(int(serial)) for serial in serials.ravel()]
+
+        @staticmethod
+        def datetime64_array(dates):
+            """A numpy datetime64[D] array of a sequence of dates (zep.Date, text or
+            datetime.date); the null date gives NaT."""
+            import numpy
+            serials = numpy.fromiter((Date(d).SerialNumber() if not isinstance(d, Date) else d.SerialNumber()
+                                      for d in dates), dtype=numpy.int64)
+            days = (serials - 25569).astype("datetime64[D]")
+            days[serials == 0] = numpy.datetime64("NaT")
+            return days
     %}
 }
 
@@ -183,5 +243,18 @@ Period(frequency) for the coupon period of a regular frequency.";
 
         def __hash__(self):
             return hash((self.Length(), self.Units()))
+
+        # Ordering as the library's operator < decides it: approximate across units (a month
+        # is 30 days), and undecidable pairs raise.
+        def __le__(self, other):
+            return self == other or self < other
+
+        def __gt__(self, other):
+            if not isinstance(other, Period):
+                return NotImplemented
+            return other < self
+
+        def __ge__(self, other):
+            return self == other or self > other
     %}
 }

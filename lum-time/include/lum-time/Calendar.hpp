@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,6 +29,9 @@ namespace detail {
 class HolidayIndex;
 }
 
+// Holiday dates by centre code.
+using HolidayDates = std::map<std::string, std::vector<Date>>;
+
 // A centre text names one centre ("TARGET") or several joined by '+', ',', ';' or blanks
 // ("LON+NYC"); a day is a business day only when it is one in every centre named. The empty
 // text means weekends only.
@@ -47,6 +51,10 @@ public:
 
     // The calendar that day counting uses (Act252), built on first use.
     static const Calendar& Shared();
+
+    // A calendar of exactly these holidays per centre, reading no file: how a saved calendar is
+    // rebuilt where its holiday file may not exist. Dates need not be sorted.
+    static std::unique_ptr<Calendar> FromHolidays(const HolidayDates& holidays);
 
     // Base directory of the relative search; empty restores the binary's directory.
     static void SetSearchBase(const std::string& directory);
@@ -89,6 +97,9 @@ public:
     friend bool operator==(const Calendar& a, const Calendar& b);
 
 private:
+    struct NoFile {};
+    explicit Calendar(NoFile);
+
     // The weekday holidays of the centre text, merged, ascending and cached.
     const std::vector<std::int32_t>& Holidays(std::string_view centres) const;
 

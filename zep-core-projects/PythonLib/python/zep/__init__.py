@@ -9,6 +9,7 @@ from importlib import metadata as _metadata
 from importlib import resources as _resources
 import types as _types
 
+from . import _describe, _pickling
 from . import zeplib as _zeplib
 from .zeplib import *  # noqa: F403 -- the public surface is the native module's
 
@@ -17,10 +18,15 @@ __all__ = sorted(name for name, value in vars(_zeplib).items()
 
 # Classes and functions report, and pickle under, the names a user imports: zep.Date, not
 # zep.zeplib.Date.
+_classes = []
 for _name in __all__:
     _value = getattr(_zeplib, _name)
     if isinstance(_value, (type, _types.FunctionType)) and _value.__module__ == _zeplib.__name__:
         _value.__module__ = __name__
+        if isinstance(_value, type):
+            _classes.append(_value)
+_describe.install(_classes)
+_pickling.install()
 
 try:
     __version__ = _metadata.version(__name__)
