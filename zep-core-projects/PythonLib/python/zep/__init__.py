@@ -5,8 +5,7 @@ Markets (dates, holiday calendars, day counts, yield curves) and instruments bui
 and pricing reports. Every class, function and constant of the native module is here under its
 own name: zep.Date, zep.YieldCurve, zep.MVanillaOption, zep.Act360, ...
 """
-from importlib import metadata as _metadata
-from importlib import resources as _resources
+import os as _os
 import types as _types
 
 from . import _describe, _pickling
@@ -28,19 +27,18 @@ for _name in __all__:
 _describe.install(_classes)
 _pickling.install()
 
-try:
-    __version__ = _metadata.version(__name__)
-except _metadata.PackageNotFoundError:  # imported from a build tree, not installed
-    __version__ = cvar.LibraryVersion  # noqa: F405
+# The package metadata and the native library take their version from the same line of the build
+# (CMakeLists.txt); reading the compiled one spares every import the metadata machinery.
+__version__ = cvar.LibraryVersion  # noqa: F405
 
 
 def _register_packaged_holidays():
     # Only the path is registered here; the file is read when a calendar is first built.
-    holidays = _resources.files(__name__).joinpath("data", "Holidays.txt")
-    if not holidays.is_file():
+    holidays = _os.path.join(_os.path.dirname(_os.path.abspath(__file__)), "data", "Holidays.txt")
+    if not _os.path.isfile(holidays):
         raise ImportError(f"zep: the packaged holiday file {holidays} is missing", name=__name__,
-                          path=str(holidays))
-    Calendar.SetPackagedHolidayFile(str(holidays))  # noqa: F405
+                          path=holidays)
+    Calendar.SetPackagedHolidayFile(holidays)  # noqa: F405
 
 
 _register_packaged_holidays()

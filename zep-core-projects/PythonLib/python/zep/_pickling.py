@@ -13,7 +13,6 @@ Every pickle carries the zep version that wrote it; another version refuses it w
 error instead of guessing at a layout it does not know.
 """
 import functools
-import pickle
 
 from . import zeplib
 
@@ -23,6 +22,7 @@ _RECIPE = "_zep_recipe"  # the instance attribute holding the construction recor
 def _restore(version, rebuild, payload):
     from . import __version__
     if version != __version__:
+        import pickle
         raise pickle.UnpicklingError(f"this zep object was pickled by zep {version}; "
                                      f"zep {__version__} cannot read it")
     return rebuild(payload)
@@ -43,6 +43,7 @@ def _period(state):
     length, units, text = state
     period = zeplib.Period(text) if text else zeplib.Period(length, units)
     if (period.Length(), period.Units()) != (length, units):
+        import pickle
         raise pickle.UnpicklingError(f"saved period {text!r} does not read as {length} of unit {units}")
     return period
 
