@@ -68,6 +68,8 @@ inline std::optional<DateInput> AnyDateInput(PyObject* object) {
 }
 }  // namespace zep::python
 %}
+%typemap(doc, type="Date") const zep::python::DateInput& "$1_name: Date";
+%typemap(doc, type="DateVector") const std::vector<zep::python::DateInput>& "$1_name: DateVector";
 %typemap(in) const zep::python::DateInput& (std::optional<zep::python::DateInput> converted) {
     converted = zep::python::AnyDateInput($input);
     if (!converted) {

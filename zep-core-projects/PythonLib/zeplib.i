@@ -9,6 +9,11 @@
 // docstrings open with every signature, each with its argument names and types.
 %feature("kwargs");
 %feature("autodoc", "1");
+// Signatures name the Python types a caller passes where the C++ spelling would only puzzle.
+%typemap(doc, type="str") const std::string&, std::string, std::string_view "$1_name: str";
+%typemap(doc, type="int") std::int32_t, std::int64_t, std::uint32_t, std::uint64_t, std::size_t "$1_name: int";
+%typemap(doc, type="YieldCurve") boost::shared_ptr<zep::YieldCurve> "$1_name: YieldCurve";
+%typemap(doc, type="DateVector") const std::vector<zep::Date>& "$1_name: DateVector";
 
 // A method called on None (zep.Date.DayOfMonth(None)) gets a null object: refuse it before use.
 %typemap(check) SWIGTYPE* self {
