@@ -61,7 +61,8 @@ class StubWriter:
         return stub_types.python_type(cpp_type, self.classes, as_result, self.unmapped)
 
     def stub(self):
-        constants, functions, classes, aliases = [], [], [], []
+        # The package's own version comes first; everything else is the native module's.
+        constants, functions, classes, aliases = ["__version__: str"], [], [], []
         for name in self.exported:
             value = getattr(self.module, name)
             if getattr(value, "__name__", name) != name:
