@@ -29,20 +29,21 @@ import numpy.typing
 # Dates are accepted as zep.Date, as text or as datetime.date; day counters as zep.DayCounter,
 # as a convention code or as a convention name; vectors of numbers as sequences or NumPy arrays.
 {stub_types.DATE_LIKE}: TypeAlias = Date | str | datetime.date
-# Lists of dates are lists or tuples: a text, a sequence itself, is one date.
-{stub_types.DATE_LIST}: TypeAlias = (list[str] | list[Date] | list[datetime.date] | list[{stub_types.DATE_LIKE}]
-              | tuple[{stub_types.DATE_LIKE}, ...])
+# Lists of dates are lists or tuples (a text, a sequence itself, is one date); a list of one
+# kind of date is spelled out because list[str] is no list[Date | str | datetime.date].
+{stub_types.DATE_LIST}: TypeAlias = (list[str] | list[Date] | list[datetime.date]
+              | list[{stub_types.DATE_LIKE}] | tuple[{stub_types.DATE_LIKE}, ...])
 {stub_types.DAY_COUNTER_LIKE}: TypeAlias = DayCounter | int | str
 {stub_types.FLOATS}: TypeAlias = Sequence[float] | numpy.typing.NDArray[numpy.float64]
 '''
 
 # What Python's protocols fix for the pure-Python dunder methods, which carry no annotations.
-DUNDER_RESULTS = {"__repr__": "str", "__str__": "str", "__hash__": "int", "__bool__": "bool",
-                  "__len__": "int", "__eq__": "bool", "__ne__": "bool", "__lt__": "bool",
-                  "__le__": "bool", "__gt__": "bool", "__ge__": "bool"}
+DUNDER_RESULTS = {"__repr__": "str", "__hash__": "int", "__eq__": "bool", "__ne__": "bool",
+                  "__lt__": "bool", "__le__": "bool", "__gt__": "bool", "__ge__": "bool"}
 # object.__eq__ takes any object; a narrower parameter would break substitutability.
 EQUALITY_METHODS = ("__eq__", "__ne__")
 VALUE_TYPES = (bool, int, float, str)
+VARIADIC_PREFIXES = {inspect.Parameter.VAR_POSITIONAL: "*", inspect.Parameter.VAR_KEYWORD: "**"}
 # SWIG's iterator over its wrapped containers: Python code only iterates it. Its C++ iterator
 # arithmetic (it + n, it - other) has no consistent Python typing and stays out of the stub.
 SWIG_ITERATOR = "SwigPyIterator"
@@ -112,7 +113,9 @@ class StubWriter:
 
     def property_type(self, name, prop):
         found = autodoc_signatures.signatures(getattr(prop.fget, "__name__", name), prop.fget.__doc__)
-        return self.python_type(found[0].cpp_result, as_result=True) if found and found[0].cpp_result else "Any"
+        if not found or found[0].cpp_result is None:
+            return "Any"
+        return self.python_type(found[0].cpp_result, as_result=True)
 
     def function_lines(self, name, function, indent, kind):
         found = autodoc_signatures.signatures(name, function.__doc__)
@@ -162,8 +165,9 @@ class StubWriter:
             annotation = self.annotation_text(name, parameter.annotation, default="Any")
             if name in EQUALITY_METHODS:
                 annotation = "object"
-            prefix = {inspect.Parameter.VAR_POSITIONAL: "*", inspect.Parameter.VAR_KEYWORD: "**"}.get(parameter.kind, "")
-            default = "" if parameter.default is inspect.Parameter.empty else self.default_text(repr(parameter.default))
+            prefix = VARIADIC_PREFIXES.get(parameter.kind, "")
+            has_default = parameter.default is not inspect.Parameter.empty
+            default = self.default_text(repr(parameter.default)) if has_default else ""
             rendered.append(f"{prefix}{parameter.name}: {annotation}{default}")
         returned = inspect.signature(function).return_annotation
         result = self.annotation_text(name, returned, default=DUNDER_RESULTS.get(name, "Any"))
