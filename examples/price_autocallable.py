@@ -24,7 +24,7 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 REPORTS = os.environ.get("ZEP_REPORT_DIR", os.path.join(os.getcwd(), "reports"))
 
 
-def main(path):
+def main(path: str) -> None:
     started = time.perf_counter()
     note = zep.MXScriptStructure.FromFile(path)
     price = note.Price()

@@ -5,7 +5,7 @@ REFERENCE, EXPIRY, DELIVERY = "2024-01-15", "2024-07-15", "2024-07-17"
 ACT365 = 1  # Act365Fixed
 
 
-def flat_curve(rate):
+def flat_curve(rate: float) -> zep.YieldCurve:
     return zep.YieldCurve.FromZeroRates(REFERENCE, ["2025-01-15", "2029-01-15"], [rate, rate],
                                         zep.Continuous, ACT365)
 

@@ -29,7 +29,7 @@ def dynamic_section(library):
 
 
 def test_wheel_holds_the_whole_package(unpacked):
-    for name in ["__init__.py", "zeplib.py", "report_html.py", "py.typed", "data/Holidays.txt"]:
+    for name in ["__init__.py", "__init__.pyi", "zeplib.py", "report_html.py", "py.typed", "data/Holidays.txt"]:
         assert (unpacked / name).is_file(), name
     assert list(unpacked.glob("_zep*.so"))
 
