@@ -40,6 +40,7 @@ CPP_TO_PYTHON = {
     "difference_type": _INTEGER,
     "std::string": _TEXT,
     "std::string_view": _TEXT,
+    "str": _TEXT,  # the interface's docstrings already name some types the Python way
     "Date": _DATE,
     "DateInput": _DATE,
     "DayCounter": (DAY_COUNTER_LIKE, "DayCounter"),
@@ -56,6 +57,7 @@ CPP_TO_PYTHON = {
     "StringVector": ("Sequence[str]", "Sequence[str]"),
     "std::vector<Date>": _DATES,
     "std::vector<DateInput>": _DATES,
+    "DateVector": _DATES,
     "std::vector<Period>": ("Sequence[Period | str]", "Sequence[Period]"),
     "std::vector<ScenarioPoint>": ("Sequence[tuple[float, float]]", "Sequence[tuple[float, float]]"),
     "std::vector<std::pair<std::string,double>>": ("dict[str, float]", "dict[str, float]"),
