@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <cmath>
@@ -151,7 +154,16 @@ INSTANTIATE_TEST_SUITE_P(
         CountCase{zep::Act365Leap, D(1, 3, 2012), D(1, 3, 2016), 1460},
         CountCase{zep::Act365Leap, D(1, 1, 2040), D(1, 3, 2056), 5904},
         CountCase{zep::Act365Leap, D(1, 1, 1990), D(1, 1, 2000), 3652},
-        CountCase{zep::Act365Leap, D(1, 3, 2024), D(2, 3, 2024), 1 - 4}));
+        CountCase{zep::Act365Leap, D(1, 3, 2024), D(2, 3, 2024), 1 - 4}),
+    [](const ::testing::TestParamInfo<CountCase>& info) {
+        const auto day = [](const Date& date) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%04d_%02d_%02d", date.Year(), date.Month(), date.DayOfMonth());
+            return std::string(text);
+        };
+        return DayCounter(std::get<0>(info.param)).ToString() + "_" + day(std::get<1>(info.param)) + "_to_" +
+               day(std::get<2>(info.param));
+    });
 
 TEST(DayCounter, InclusiveConventionsNegateTheWholeCountWhenReversed) {
     const DayCounter counter(zep::Act360Inclusive);

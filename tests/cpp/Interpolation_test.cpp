@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include "FailureText.hpp"
 
 #include <cmath>
@@ -32,7 +34,11 @@ TEST_P(EveryMethodAndExtrapolation, EndNodesReturnTheNodeValue) {
     EXPECT_EQ(interp.Evaluate(kX.back()), kY.back());
 }
 INSTANTIATE_TEST_SUITE_P(AllSettings, EveryMethodAndExtrapolation,
-                         ::testing::Combine(::testing::Range(0u, 9u), ::testing::Range(0u, 5u)));
+                         ::testing::Combine(::testing::Range(0u, 9u), ::testing::Range(0u, 5u)),
+                         [](const ::testing::TestParamInfo<EveryMethodAndExtrapolation::ParamType>& info) {
+                             return zep::InterpolationMethodToString(std::get<0>(info.param)) + "_" +
+                                    zep::ExtrapolationMethodToString(std::get<1>(info.param)) + "Extrapolation";
+                         });
 
 class InterpolatingMethods : public ::testing::TestWithParam<std::uint32_t> {};
 
@@ -42,7 +48,10 @@ TEST_P(InterpolatingMethods, PassThroughInteriorNodes) {
         EXPECT_NEAR(interp.Evaluate(kX[i]), kY[i], 1e-14) << "node " << i;
 }
 // "ffq" passes through nodes from the second on; flat and closest are step rules.
-INSTANTIATE_TEST_SUITE_P(Smooth, InterpolatingMethods, ::testing::Values(2u, 3u, 4u, 5u, 6u, 7u, 8u));
+INSTANTIATE_TEST_SUITE_P(Smooth, InterpolatingMethods, ::testing::Values(2u, 3u, 4u, 5u, 6u, 7u, 8u),
+                         [](const ::testing::TestParamInfo<std::uint32_t>& info) {
+                             return zep::InterpolationMethodToString(info.param);
+                         });
 
 TEST(Interpolation, SingleNodeWithLinearExtrapolationIsConstant) {
     Interp interp({1.0}, {0.7}, zep::LinearInterpolation, zep::LinearExtrapolation);
@@ -349,6 +358,7 @@ TEST_P(RandomNodes, LinearMatchesAWalkAndTheArrayFormMatchesThePointForm) {
         ASSERT_EQ(batch[k], expected) << "seed " << GetParam() << " point " << p;
     }
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomNodes, ::testing::Range(1u, 21u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomNodes, ::testing::Range(1u, 21u),
+                         [](const ::testing::TestParamInfo<unsigned>& info) { return "Seed" + std::to_string(info.param); });
 
 }  // namespace
