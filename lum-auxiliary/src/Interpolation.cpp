@@ -100,6 +100,7 @@ Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, Interp
             m_slopes.push_back((m_y[k + 1] - m_y[k]) / (static_cast<double>(m_x[k + 1]) - m_x[k]));
     }
     IndexIntervals();
+    PrepareSplines();
 }
 
 template <class A, class O, class V>
@@ -162,6 +163,20 @@ template <class A, class O, class V>
 void Interpolation<A, O, V>::SetBoundaryDerivatives(double leftDer, double rightDer) {
     m_leftDer = leftDer;
     m_rightDer = rightDer;
+    PrepareSplines();
+}
+
+template <class A, class O, class V>
+bool Interpolation<A, O, V>::UsesMethod(InterpolationMethod method) const {
+    return m_method == method ||
+           std::any_of(m_interpolationMethods.begin(), m_interpolationMethods.end(),
+                       [&](const auto& region) { return region.second == method; });
+}
+
+template <class A, class O, class V>
+void Interpolation<A, O, V>::PrepareSplines() {
+    m_naturalCurvature = UsesMethod(CubicInterpolation) ? SolveCurvature(false) : SplineCurvature{};
+    m_clampedCurvature = UsesMethod(ClampedCubicInterpolation) ? SolveCurvature(true) : SplineCurvature{};
 }
 
 template <class A, class O, class V>
@@ -249,11 +264,11 @@ double Interpolation<A, O, V>::InteriorValue(InterpolationMethod method, std::si
         case LagrangeInterpolation:
             return Lagrange(x);
         case CubicInterpolation:
-            return Spline(NaturalSecondDerivatives(), i, x);
+            return Spline(SecondDerivativesOf(m_naturalCurvature), i, x);
         case FFQInterpolation:
             return FFQ(x);
         case ClampedCubicInterpolation:
-            return Spline(ClampedSecondDerivatives(), i, x);
+            return Spline(SecondDerivativesOf(m_clampedCurvature), i, x);
     }
     Fail("Wrong method");
 }
@@ -275,29 +290,31 @@ double Interpolation<A, O, V>::Spline(const std::vector<double>& m, std::size_t 
 
 template <class A, class O, class V>
 std::vector<double> Interpolation<A, O, V>::NaturalSecondDerivatives() const {
-    return SecondDerivatives(false);
+    return SecondDerivativesOf(SolveCurvature(false));
 }
 
 template <class A, class O, class V>
-std::vector<double> Interpolation<A, O, V>::ClampedSecondDerivatives() const {
-    if (m_x.size() != m_y.size()) Fail("cubicInterpolation: vectors must be the same size");
-    return SecondDerivatives(true);
+const std::vector<double>& Interpolation<A, O, V>::SecondDerivativesOf(const SplineCurvature& curvature) {
+    if (curvature.failure) Fail(curvature.failure);
+    return curvature.secondDerivatives;
 }
 
 // The tridiagonal sweep of the cubic spline: zero end curvature for the natural spline, or the
 // given end slopes (m_leftDer, m_rightDer) for the clamped one, which swaps in the standard
 // first-derivative end rows and keeps the same forward sweep and back substitution.
 template <class A, class O, class V>
-std::vector<double> Interpolation<A, O, V>::SecondDerivatives(bool clamped) const {
-    // Evaluate checks these first; the public table accessors meet them here.
-    if (m_x.empty() || m_y.empty()) Fail("Interpolation: empty data");
-    if (m_x.size() != m_y.size()) Fail("Interpolation: Data dimensions don't match");
+typename Interpolation<A, O, V>::SplineCurvature Interpolation<A, O, V>::SolveCurvature(bool clamped) const {
+    // Evaluate checks the data before any spline is read; the public table accessor meets these
+    // here, the clamped spline naming its own size check first.
+    if (clamped && m_x.size() != m_y.size()) return {{}, "cubicInterpolation: vectors must be the same size"};
+    if (m_x.empty() || m_y.empty()) return {{}, "Interpolation: empty data"};
+    if (m_x.size() != m_y.size()) return {{}, "Interpolation: Data dimensions don't match"};
     const std::size_t n = m_x.size();
-    if (n < 2) return std::vector<double>(n, 0.0);  // one node: a constant, no curvature
+    if (n < 2) return {std::vector<double>(n, 0.0)};  // one node: a constant, no curvature
     auto dx = [&](std::size_t k) { return static_cast<double>(m_x[k + 1]) - m_x[k]; };
     for (std::size_t k = 0; k + 1 < n; ++k) {
         if (std::abs(dx(k)) < kSplineSpacingGuard)
-            Fail(clamped ? "cubicInterpolation: Bad X array" : "interpolate1d3Spline: Bad X array");
+            return {{}, clamped ? "cubicInterpolation: Bad X array" : "interpolate1d3Spline: Bad X array"};
     }
     auto slope = [&](std::size_t k) { return (m_y[k + 1] - m_y[k]) / dx(k); };
     std::vector<double> m(n, 0.0);
@@ -320,7 +337,7 @@ std::vector<double> Interpolation<A, O, V>::SecondDerivatives(bool clamped) cons
         m[n - 1] = 0.0;
     }
     for (std::size_t k = n - 1; k-- > 0;) m[k] = m[k] * m[k + 1] + u[k];
-    return m;
+    return {std::move(m)};
 }
 
 template <class A, class O, class V>

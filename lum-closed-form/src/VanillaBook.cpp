@@ -97,8 +97,9 @@ void ImpliedVolatilityBook(const VanillaBookInputs& book, std::span<const double
     ForEachHalf(rows, kSolvingRowsForTwoThreads, [&](std::size_t begin, std::size_t end) {
         std::size_t i = begin;
         for (; lanes && i + 8 <= end; i += 8) {
-            if (!detail::SolveEightRows(book, premiums, volatilities, volatilityLimit, i))
-                for (std::size_t row = i; row < i + 8; ++row) solveRow(row);
+            const unsigned leftToEngine = detail::SolveEightRows(book, premiums, volatilities, volatilityLimit, i);
+            for (std::size_t row = 0; row < 8; ++row)
+                if (leftToEngine >> row & 1u) solveRow(i + row);
         }
         for (; i < end; ++i) solveRow(i);
     });

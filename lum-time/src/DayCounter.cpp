@@ -165,9 +165,8 @@ double ActActXTRFraction(const Date& start, const Date& end) {
     return years + static_cast<double>(ActualDays(anniversary, end)) / DaysInYear(e.year);
 }
 
-double Act252Fraction(const Date& start, const Date& end) {
+double Act252Fraction(const Calendar& calendar, const Date& start, const Date& end) {
     static constexpr std::string_view kBrazilianExchange = "SYB";
-    const Calendar& calendar = Calendar::Shared();
     Date first = start;
     while (!calendar.IsBusinessDay(first, kBrazilianExchange)) ++first;
     Date last = end;
@@ -182,6 +181,12 @@ void RequireCouponData(const Date& nextCouponDate, Frequency frequency, const ch
 }  // namespace
 
 DayCounter::DayCounter(const std::string& text) : m_convention(stringToConvention(text)) {}
+
+DayCounter::DayCounter(std::int32_t convention, boost::shared_ptr<const Calendar> calendar)
+    : m_convention(convention), m_calendar(std::move(calendar)) {}
+
+DayCounter::DayCounter(const std::string& text, boost::shared_ptr<const Calendar> calendar)
+    : m_convention(stringToConvention(text)), m_calendar(std::move(calendar)) {}
 
 std::string DayCounter::ToString() const {
     static constexpr std::array<std::string_view, 17> kNames = {
@@ -253,7 +258,8 @@ double DayCounter::OrderedYearFraction(const Date& start, const Date& end,
         case ActActAFB: ZEP_FAIL("ActActAFB convention not implemented");
         case Act365Leap: return Act365LeapDays(start, end) / 365.0;
         case ActActXTR: return ActActXTRFraction(start, end);
-        case Act252: return start == end ? 0.0 : Act252Fraction(start, end);
+        case Act252:
+            return start == end ? 0.0 : Act252Fraction(m_calendar ? *m_calendar : Calendar::Shared(), start, end);
         case Act360Inclusive: return (ActualDays(start, end) + 1) / 360.0;
         case Act365Inclusive: return (ActualDays(start, end) + 1) / 365.0;
         default: throw kNotImplemented;

@@ -9,6 +9,10 @@ namespace zep {
 
 namespace {
 
+bool IsKnownUnit(TimeUnit units) {
+    return units >= zep::Days && units <= zep::Years;
+}
+
 char UnitLetter(TimeUnit units) {
     switch (units) {
         case zep::Days: return 'D';
@@ -120,11 +124,15 @@ double Period::Years() const {
 bool Period::operator<(const Period& other) const {
     const std::int64_t a = m_length, b = other.m_length;
     // Deliberately the mirror of the general rule against a zero period (1Y < 0D is true);
-    // tenor sorting elsewhere depends on it.
+    // tenor sorting elsewhere depends on it. A zero period is decided before its unit is looked at.
     if (b == 0) return a > 0;
     if (a == 0) return b < 0;
+    if (!IsKnownUnit(m_units) || !IsKnownUnit(other.m_units)) {
+        ZEP_FAIL("undecidable comparison between periods");
+    }
     if (m_units == other.m_units) return a < b;
 
+    // Both units are known here, so the pair code is unique.
     constexpr auto pair = [](TimeUnit x, TimeUnit y) { return x * 4 + y; };
     switch (pair(m_units, other.m_units)) {
         case pair(zep::Years, zep::Months): return 12 * a < b;

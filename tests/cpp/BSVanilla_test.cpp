@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include "FailureText.hpp"
 
 #include <cmath>
@@ -245,7 +247,12 @@ INSTANTIATE_TEST_SUITE_P(
                       ExpiredCase{BSVanilla::Call, 110, 100, 10, 1},
                       ExpiredCase{BSVanilla::Call, 90, 100, 0, 0},
                       ExpiredCase{BSVanilla::Put, 90, 100, 10, -1},
-                      ExpiredCase{BSVanilla::Put, 110, 100, 0, 0}));
+                      ExpiredCase{BSVanilla::Put, 110, 100, 0, 0}),
+    [](const ::testing::TestParamInfo<ExpiredCase>& info) {
+        const ExpiredCase& c = info.param;
+        return std::string(c.type == BSVanilla::Call ? "Call" : "Put") + "_Spot" + zep::testing::NameOf(c.spot) +
+               "_Strike" + zep::testing::NameOf(c.strike);
+    });
 
 TEST(BSVanilla, PriceValidFlagTracksTheCache) {
     BSVanilla engine(BSVanilla::Call, 100, 0.2, 1, 1, 0.05, 0, 100);

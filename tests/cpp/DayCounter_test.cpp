@@ -2,14 +2,24 @@
 
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <cmath>
 #include <random>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include <unistd.h>
+
+#include <boost/make_shared.hpp>
+
 #include "lum-auxiliary/Error.hpp"
+#include "lum-time/Calendar.hpp"
 
 namespace {
 
@@ -144,7 +154,16 @@ INSTANTIATE_TEST_SUITE_P(
         CountCase{zep::Act365Leap, D(1, 3, 2012), D(1, 3, 2016), 1460},
         CountCase{zep::Act365Leap, D(1, 1, 2040), D(1, 3, 2056), 5904},
         CountCase{zep::Act365Leap, D(1, 1, 1990), D(1, 1, 2000), 3652},
-        CountCase{zep::Act365Leap, D(1, 3, 2024), D(2, 3, 2024), 1 - 4}));
+        CountCase{zep::Act365Leap, D(1, 3, 2024), D(2, 3, 2024), 1 - 4}),
+    [](const ::testing::TestParamInfo<CountCase>& info) {
+        const auto day = [](const Date& date) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%04d_%02d_%02d", date.Year(), date.Month(), date.DayOfMonth());
+            return std::string(text);
+        };
+        return DayCounter(std::get<0>(info.param)).ToString() + "_" + day(std::get<1>(info.param)) + "_to_" +
+               day(std::get<2>(info.param));
+    });
 
 TEST(DayCounter, InclusiveConventionsNegateTheWholeCountWhenReversed) {
     const DayCounter counter(zep::Act360Inclusive);
@@ -230,6 +249,26 @@ TEST(DayCounter, Act252CountsBrazilianBusinessDays) {
     // 18 Feb rolls back to Friday 16 Feb: two business days.
     EXPECT_DOUBLE_EQ(counter.YearFraction(D(10, 2, 2024), D(18, 2, 2024)), 2.0 / 252);
     EXPECT_DOUBLE_EQ(counter.YearFraction(D(18, 2, 2024), D(10, 2, 2024)), -2.0 / 252);
+}
+
+// A calendar given to the day counter is the one counted on, shared by the counter's copies;
+// the shared calendar behind the other counters is untouched. Wednesday 10 January 2024 becomes
+// an SYB holiday on the given calendar only: 22 business days instead of 23.
+TEST(DayCounter, Act252CountsOnTheCalendarItWasGiven) {
+    const auto file = std::filesystem::temp_directory_path() / ("zep_act252_" + std::to_string(::getpid()) + ".txt");
+    std::ofstream(file) << "CALENDAR_C;HOLIDAY_D;GLOBAL_F\nSYB;20240110;N\n";
+    const auto calendar = boost::make_shared<zep::Calendar>();
+    calendar->LoadHolidaysFromFile(file.string());
+    std::filesystem::remove(file);
+
+    const DayCounter onGiven(zep::Act252, calendar);
+    const DayCounter copy = onGiven;
+    const DayCounter onShared(zep::Act252);
+    EXPECT_DOUBLE_EQ(onGiven.YearFraction(D(2, 1, 2024), D(2, 2, 2024)), 22.0 / 252);
+    EXPECT_DOUBLE_EQ(copy.YearFraction(D(2, 1, 2024), D(2, 2, 2024)), 22.0 / 252);
+    EXPECT_DOUBLE_EQ(DayCounter("bus/252", calendar).YearFraction(D(2, 1, 2024), D(2, 2, 2024)), 22.0 / 252);
+    EXPECT_DOUBLE_EQ(onShared.YearFraction(D(2, 1, 2024), D(2, 2, 2024)), 23.0 / 252);
+    EXPECT_DOUBLE_EQ(DayCounter(zep::Act252, nullptr).YearFraction(D(2, 1, 2024), D(2, 2, 2024)), 23.0 / 252);
 }
 
 TEST(DayCounter, SequenceFormWorksElementByElementAndChecksLengths) {

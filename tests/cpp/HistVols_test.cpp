@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include "FailureText.hpp"
 
 #include <cmath>
@@ -89,7 +91,10 @@ TEST_P(ExponentialWeights, RecursionAndNormalisedWeightsDifferByTheMissingMass) 
     EXPECT_NEAR(recursion * recursion, normalised * normalised * (1 - std::pow(lambda, n)), 1e-12);
 }
 
-INSTANTIATE_TEST_SUITE_P(HistVols, ExponentialWeights, ::testing::Values(0.0, 0.5, 0.94, 0.97, 0.999));
+INSTANTIATE_TEST_SUITE_P(HistVols, ExponentialWeights, ::testing::Values(0.0, 0.5, 0.94, 0.97, 0.999),
+                         [](const ::testing::TestParamInfo<double>& info) {
+                             return "Lambda" + zep::testing::NameOf(info.param);
+                         });
 
 TEST(HistVols, ReportsEveryBadInput) {
     EXPECT_EQ(zep::testing::ErrorMessage([] { HistVols(Days(3), {1.0, 2.0}); }), "dates and quotes not same size!");

@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include "FailureText.hpp"
 
 #include <cmath>
 #include <random>
 #include <stdexcept>
 #include <string>
+
+#include <boost/property_tree/ptree.hpp>
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-auxiliary/Interpolation.hpp"
@@ -30,7 +34,11 @@ TEST_P(EveryMethodAndExtrapolation, EndNodesReturnTheNodeValue) {
     EXPECT_EQ(interp.Evaluate(kX.back()), kY.back());
 }
 INSTANTIATE_TEST_SUITE_P(AllSettings, EveryMethodAndExtrapolation,
-                         ::testing::Combine(::testing::Range(0u, 9u), ::testing::Range(0u, 5u)));
+                         ::testing::Combine(::testing::Range(0u, 9u), ::testing::Range(0u, 5u)),
+                         [](const ::testing::TestParamInfo<EveryMethodAndExtrapolation::ParamType>& info) {
+                             return zep::InterpolationMethodToString(std::get<0>(info.param)) + "_" +
+                                    zep::ExtrapolationMethodToString(std::get<1>(info.param)) + "Extrapolation";
+                         });
 
 class InterpolatingMethods : public ::testing::TestWithParam<std::uint32_t> {};
 
@@ -40,7 +48,10 @@ TEST_P(InterpolatingMethods, PassThroughInteriorNodes) {
         EXPECT_NEAR(interp.Evaluate(kX[i]), kY[i], 1e-14) << "node " << i;
 }
 // "ffq" passes through nodes from the second on; flat and closest are step rules.
-INSTANTIATE_TEST_SUITE_P(Smooth, InterpolatingMethods, ::testing::Values(2u, 3u, 4u, 5u, 6u, 7u, 8u));
+INSTANTIATE_TEST_SUITE_P(Smooth, InterpolatingMethods, ::testing::Values(2u, 3u, 4u, 5u, 6u, 7u, 8u),
+                         [](const ::testing::TestParamInfo<std::uint32_t>& info) {
+                             return zep::InterpolationMethodToString(info.param);
+                         });
 
 TEST(Interpolation, SingleNodeWithLinearExtrapolationIsConstant) {
     Interp interp({1.0}, {0.7}, zep::LinearInterpolation, zep::LinearExtrapolation);
@@ -95,6 +106,45 @@ TEST(Interpolation, ClampedCubicReproducesACubicWithItsEndSlopes) {
     Interp interp(kX, y, zep::ClampedCubicInterpolation, zep::FlatExtrapolation, {}, df(kX.front()),
                   df(kX.back()));
     for (double x : {0.6, 1.5, 3.0, 4.9}) EXPECT_NEAR(interp.Evaluate(x), f(x), 1e-13) << x;
+}
+
+// End slopes given after construction reach the clamped spline: with the slopes of a cubic it
+// reproduces that cubic; autoSetBoundaryDerivatives on the parabola x^2 (evenly spaced ends)
+// gives its exact slopes, so the spline reproduces the parabola.
+TEST(Interpolation, ClampedCubicFollowsEndSlopesSetLater) {
+    auto f = [](double x) { return 0.3 - x + 0.25 * x * x - 0.04 * x * x * x; };
+    auto df = [](double x) { return -1 + 0.5 * x - 0.12 * x * x; };
+    std::vector<double> y;
+    for (double x : kX) y.push_back(f(x));
+    Interp interp(kX, y, zep::ClampedCubicInterpolation, zep::FlatExtrapolation, {}, 0.0, 0.0);
+    interp.SetBoundaryDerivatives(df(kX.front()), df(kX.back()));
+    for (double x : {0.6, 1.5, 3.0, 4.9}) EXPECT_NEAR(interp.Evaluate(x), f(x), 1e-13) << x;
+
+    Interp parabola({0.0, 1.0, 2.0, 3.0}, {0.0, 1.0, 4.0, 9.0}, zep::ClampedCubicInterpolation, zep::CubicExtrapolation);
+    parabola.autoSetBoundaryDerivatives();
+    for (double x : {0.5, 1.25, 2.9}) EXPECT_NEAR(parabola.Evaluate(x), x * x, 1e-14) << x;
+}
+
+// Natural spline through (0, 0), (1, 1), (2, 4): the one inner curvature solves
+// 2/3 M1 = (4 - 1) - (1 - 0), so M1 = 3, and at each mid-interval point the spline is the chord
+// less (3/8) M1 / 6 = 0.1875.
+TEST(Interpolation, LoadedSettingsSwitchToTheSpline) {
+    Interp cubic({0.0, 1.0, 2.0}, {0.0, 1.0, 4.0}, zep::CubicInterpolation, zep::FlatExtrapolation);
+    boost::property_tree::ptree fields;
+    cubic.SaveSettings(fields);
+    Interp loaded({0.0, 1.0, 2.0}, {0.0, 1.0, 4.0}, zep::LinearInterpolation, zep::FlatExtrapolation);
+    loaded.LoadSettings(fields);
+    EXPECT_NEAR(loaded.Evaluate(0.5), 0.3125, 1e-15);
+    EXPECT_NEAR(loaded.Evaluate(1.5), 2.3125, 1e-15);
+}
+
+// A spline that cannot be solved is refused where it is evaluated, not when the interpolator is
+// built: a region using another method still evaluates.
+TEST(Interpolation, UnsolvableSplineFailsOnlyWhereItIsUsed) {
+    const Interp interp({0.0, 1e-11, 1.0, 2.0}, {1.0, 2.0, 3.0, 4.0}, zep::LinearInterpolation, zep::FlatExtrapolation,
+                        {{1.0, zep::CubicInterpolation}});
+    EXPECT_NEAR(interp.Evaluate(0.5), 2.0 + (0.5 - 1e-11) / (1.0 - 1e-11), 1e-15);
+    EXPECT_EQ(zep::testing::FailureText([&] { interp.Evaluate(1.5); }), "interpolate1d3Spline: Bad X array");
 }
 
 TEST(Interpolation, RegionMapSwitchesMethodAtItsThreshold) {
@@ -308,6 +358,7 @@ TEST_P(RandomNodes, LinearMatchesAWalkAndTheArrayFormMatchesThePointForm) {
         ASSERT_EQ(batch[k], expected) << "seed " << GetParam() << " point " << p;
     }
 }
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomNodes, ::testing::Range(1u, 21u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomNodes, ::testing::Range(1u, 21u),
+                         [](const ::testing::TestParamInfo<unsigned>& info) { return "Seed" + std::to_string(info.param); });
 
 }  // namespace

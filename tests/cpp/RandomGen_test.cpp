@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <cmath>
 #include <vector>
 
@@ -74,7 +76,8 @@ TEST_P(PolarBlocks, KeepThePointsOfThePolarMethodInOrder) {
                 << "path " << path << ", draw " << i << " of " << count;
     }
 }
-INSTANTIATE_TEST_SUITE_P(AcrossBlockBoundaries, PolarBlocks, ::testing::Values(1, 2, 7, 127, 128, 129, 266, 1001));
+INSTANTIATE_TEST_SUITE_P(AcrossBlockBoundaries, PolarBlocks, ::testing::Values(1, 2, 7, 127, 128, 129, 266, 1001),
+                         [](const ::testing::TestParamInfo<PolarBlocks::ParamType>& info) { return std::to_string(info.param) + "Points"; });
 
 TEST(BasicRanGen, AnOddPathKeepsItsSpareForTheNextCall) {
     BasicRanGen split(5), whole(5);
@@ -142,7 +145,10 @@ TEST_P(InverseNormalAccuracy, InvertsTheNormalDistribution) {
 }
 INSTANTIATE_TEST_SUITE_P(AcrossRegions, InverseNormalAccuracy,
                          ::testing::Values(1e-10, 1e-5, 0.01, 0.02425, 0.03, 0.2, 0.5, 0.77,
-                                           0.97575, 0.99, 0.999999));
+                                           0.97575, 0.99, 0.999999),
+                         [](const ::testing::TestParamInfo<double>& info) {
+                             return "U" + zep::testing::NameOf(info.param);
+                         });
 
 TEST(QmcRanGen, ClampsUniformsToTheOpenInterval) {
     EXPECT_EQ(QmcRanGen::InverseNormal(0.0), QmcRanGen::InverseNormal(1e-12));

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <tuple>
 
 #include "lum-monte-carlo/RunSettings.hpp"
@@ -31,7 +33,12 @@ INSTANTIATE_TEST_SUITE_P(
                       std::make_tuple(100000, 2, Setting(), 1),
                       std::make_tuple(100000, 7, Setting(), 4),
                       std::make_tuple(100000, 0, Setting(), 1),
-                      std::make_tuple(100, 16, Setting(), 4)));
+                      std::make_tuple(100, 16, Setting(), 4)),
+    [](const ::testing::TestParamInfo<ThreadRule::ParamType>& info) {
+        const Setting& setting = std::get<2>(info.param);
+        return std::to_string(std::get<0>(info.param)) + "Paths_" + std::to_string(std::get<1>(info.param)) +
+               "Cores_Setting" + (setting ? zep::testing::NameOf(*setting) : std::string("Unset"));
+    });
 
 TEST(RunMode, ReadsTheModeTable) {
     EXPECT_EQ(RunModeFromText(std::nullopt), RunMode::MultithreadCPU);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <string>
 #include <vector>
 
@@ -97,7 +99,10 @@ TEST_P(ScriptSmooth, EvaluatesOnlyTheNeededArgument) {
 
 INSTANTIATE_TEST_SUITE_P(Bands, ScriptSmooth,
                          ::testing::Values(SmoothCase{98.0, 0, 1}, SmoothCase{102.0, 1, 0},
-                                           SmoothCase{100.5, 1, 1}, SmoothCase{99.0, 1, 1}));
+                                           SmoothCase{100.5, 1, 1}, SmoothCase{99.0, 1, 1}),
+                         [](const ::testing::TestParamInfo<SmoothCase>& info) {
+                             return "Spot" + zep::testing::NameOf(info.param.spot);
+                         });
 
 // The fuzzy evaluator against degrees worked out by hand from the smoothing rules.
 struct FuzzyCase {
@@ -150,7 +155,11 @@ INSTANTIATE_TEST_SUITE_P(
         FuzzyCase{"N = 0 IF SPOT() > 100; 0.5 THEN N = 1 ENDIF IF N = 1 THEN X = 7 ENDIF", 100.125, "X", 0.75 * 7},
         // A script eps of zero is a sharp test.
         FuzzyCase{"IF SPOT() >= 100; 0 THEN X = 1 ELSE X = 2 ENDIF", 100.0, "X", 1.0},
-        FuzzyCase{"IF SPOT() > 100; 0 THEN X = 1 ELSE X = 2 ENDIF", 100.0, "X", 2.0}));
+        FuzzyCase{"IF SPOT() > 100; 0 THEN X = 1 ELSE X = 2 ENDIF", 100.0, "X", 2.0}),
+    [](const ::testing::TestParamInfo<FuzzyCase>& info) {
+        const FuzzyCase& c = info.param;
+        return zep::testing::NameOf(c.script) + "_" + c.variable + "_at_" + zep::testing::NameOf(c.spot);
+    });
 
 TEST(ScriptFuzzy, DiscreteComparisonsAgreeWithSharpLogicOnTheirDomain) {
     // N runs over {0, 1, 2} by sharp steps; every discrete test then has degree 0 or 1.
@@ -201,4 +210,7 @@ TEST_P(GuardForms, TakeTheTreeEvaluatorsBranchAtEverySpot) {
 }
 INSTANTIATE_TEST_SUITE_P(EverySideForm, GuardForms,
                          ::testing::Values("1", "L", "SPOT()", "SPOT() / S0", "SPOT() * U", "SPOT() / 100",
-                                           "SPOT() * 0.01", "SPOT() / S0 + 0", "2 * SPOT() / 200"));
+                                           "SPOT() * 0.01", "SPOT() / S0 + 0", "2 * SPOT() / 200"),
+                         [](const ::testing::TestParamInfo<std::string>& info) {
+                             return "Side_" + zep::testing::NameOf(info.param);
+                         });

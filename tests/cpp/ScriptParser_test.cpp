@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include <random>
 #include <regex>
 #include <string>
@@ -44,7 +46,8 @@ INSTANTIATE_TEST_SUITE_P(
                       // Inside its band SMOOTH is the line from b at -h to a at +h: 0 + 10/4*3.
                       LiteralCase{"X = SMOOTH(SPOT() - 100, 10, 0, 4)", 7.5},
                       LiteralCase{"X = SMOOTH(SPOT() - 90, 10, 0, 4)", 10.0},
-                      LiteralCase{"X = SMOOTH(SPOT() - 110, 10, 0, 4)", 0.0}));
+                      LiteralCase{"X = SMOOTH(SPOT() - 110, 10, 0, 4)", 0.0}),
+    [](const ::testing::TestParamInfo<LiteralCase>& info) { return zep::testing::NameOf(info.param.script); });
 
 struct ComparisonCase {
     const char* comparator;
@@ -68,7 +71,10 @@ INSTANTIATE_TEST_SUITE_P(
                       ComparisonCase{">", 100, false}, ComparisonCase{">", 101, true},
                       ComparisonCase{">=", 100, true}, ComparisonCase{">=", 99, false},
                       ComparisonCase{"<", 100, false}, ComparisonCase{"<", 99, true},
-                      ComparisonCase{"<=", 100, true}, ComparisonCase{"<=", 101, false}));
+                      ComparisonCase{"<=", 100, true}, ComparisonCase{"<=", 101, false}),
+    [](const ::testing::TestParamInfo<ComparisonCase>& info) {
+        return zep::testing::NameOf(info.param.comparator) + "_at_" + zep::testing::NameOf(info.param.spot);
+    });
 
 TEST(ScriptLogic, AndBindsTighterThanOr) {
     // false AND false OR true is true; false AND (false OR true) would be false.
@@ -137,7 +143,8 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"X = 1 / 0", "Division by {0}"},
         FailureCase{"Y = 2 - 2 X = SPOT() / Y", "Division by {0}"},
         FailureCase{"Y = -1 X = LOG(Y)", "Inconsistent bounds"},
-        FailureCase{"Y = -4 X = SQRT(Y - SPOT() * 0)", "Inconsistent bounds"}));
+        FailureCase{"Y = -4 X = SQRT(Y - SPOT() * 0)", "Inconsistent bounds"}),
+    [](const ::testing::TestParamInfo<FailureCase>& info) { return zep::testing::NameOf(info.param.script); });
 
 TEST(ScriptParser, IsCaseInsensitive) {
     EXPECT_EQ(MakeProduct({"if x>1 then y=1 endif"}).DebugText(),
@@ -176,19 +183,28 @@ TEST(ScriptParser, EmptyScriptHasNoStatements) {
     EXPECT_EQ(product.VariableCount(), 0u);
 }
 
-class ScriptNesting : public ::testing::TestWithParam<std::string> {};
+// Scripts far too long to name themselves: each case carries a name for what it nests.
+struct NestingCase {
+    const char* name;
+    std::string script;
+};
+
+class ScriptNesting : public ::testing::TestWithParam<NestingCase> {};
 
 TEST_P(ScriptNesting, DeepScriptsFailWithAMessageInsteadOfOverflowing) {
-    EXPECT_EQ(BuildFailure({GetParam()}), "Script nesting deeper than 400 levels");
+    EXPECT_EQ(BuildFailure({GetParam().script}), "Script nesting deeper than 400 levels");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Deep, ScriptNesting,
-    ::testing::Values("X = " + std::string(100000, '(') + "1" + std::string(100000, ')'),
-                      "X = " + std::string(100000, '-') + "1",
-                      [] { std::string s = "X = 1"; for (int i = 0; i < 100000; ++i) s += "+1"; return s; }(),
-                      [] { std::string s; for (int i = 0; i < 5000; ++i) s += "IF X > 1 THEN "; return s; }(),
-                      "IF " + std::string(50000, '(') + "X > 1" + std::string(50000, ')') + " THEN X = 1 ENDIF"));
+    ::testing::Values(
+        NestingCase{"Parentheses100000", "X = " + std::string(100000, '(') + "1" + std::string(100000, ')')},
+        NestingCase{"UnaryMinus100000", "X = " + std::string(100000, '-') + "1"},
+        NestingCase{"Sum100000Terms", [] { std::string s = "X = 1"; for (int i = 0; i < 100000; ++i) s += "+1"; return s; }()},
+        NestingCase{"UnclosedIf5000", [] { std::string s; for (int i = 0; i < 5000; ++i) s += "IF X > 1 THEN "; return s; }()},
+        NestingCase{"ConditionInParentheses50000",
+                    "IF " + std::string(50000, '(') + "X > 1" + std::string(50000, ')') + " THEN X = 1 ENDIF"}),
+    [](const ::testing::TestParamInfo<NestingCase>& info) { return std::string(info.param.name); });
 
 TEST(ScriptParser, ModerateNestingIsAccepted) {
     EXPECT_EQ(RunOne("X = " + std::string(150, '(') + "2" + std::string(150, ')')).at("X"), 2.0);

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "lum-closed-form/BSVanilla.hpp"
@@ -80,15 +83,80 @@ TEST(VanillaBook, ImpliedVolatilitiesMatchTheEngineSolver) {
         if (std::isnan(expected)) {
             EXPECT_TRUE(std::isnan(vols[i])) << "row " << i;
         } else {
-            // Where the premium hardly moves with the volatility, last-bit differences of erfc
-            // move the root; both answers must still reprice the premium.
-            const auto reprice = [&](double vol) {
-                return BSVanilla(static_cast<int>(c.type[i]), c.strike[i], vol, c.expiry[i], c.delivery[i],
-                                 c.rd[i], c.rf[i], c.spot[i]).Price();
-            };
-            EXPECT_NEAR(reprice(vols[i]), reprice(expected), 1e-9) << "row " << i;
-            EXPECT_NEAR(vols[i], expected, 1e-5) << "row " << i;
+            EXPECT_NEAR(vols[i], expected, 1e-10) << "row " << i;
         }
+    }
+}
+
+double EngineVolatility(const Columns& c, const std::vector<double>& premium, std::size_t i) {
+    return BSVanilla::VolImpliedFromPrice(static_cast<int>(c.type[i]), c.strike[i], c.expiry[i], c.delivery[i],
+                                          c.rd[i], c.rf[i], c.spot[i], premium[i]);
+}
+
+// Calls and puts from deep in to deep out of the money, one day to ten years, volatilities from
+// 2% to beyond the bisection's first bracket end of 5; the premiums are the engine's own.
+Columns WideBook(std::uint32_t seed, std::size_t rows) {
+    std::mt19937 generator(seed);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    Columns c;
+    for (std::size_t i = 0; i < rows; ++i) {
+        const double spot = 20 + 180 * unit(generator);
+        const double expiry = std::exp(std::log(1.0 / 365) + unit(generator) * std::log(3650.0));
+        c.type.push_back(static_cast<double>(i % 2));
+        c.strike.push_back(spot * std::exp(-0.7 + 1.4 * unit(generator)));
+        c.vol.push_back(i % 50 == 7 ? 5.0 + 3.0 * unit(generator) : 0.02 + 1.5 * unit(generator));
+        c.expiry.push_back(expiry);
+        c.delivery.push_back(expiry + 0.01 * unit(generator));
+        c.rd.push_back(-0.01 + 0.08 * unit(generator));
+        c.rf.push_back(-0.01 + 0.08 * unit(generator));
+        c.spot.push_back(spot);
+    }
+    return c;
+}
+
+class SeededBooks : public ::testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(SeededBooks, ImpliedVolatilitiesLandOnTheSingleOptionBisection) {
+    const Columns c = WideBook(GetParam(), 2003);
+    const std::size_t n = c.type.size();
+    std::vector<double> premium(n), vols(n);
+    for (std::size_t i = 0; i < n; ++i)
+        premium[i] = BSVanilla(static_cast<int>(c.type[i]), c.strike[i], c.vol[i], c.expiry[i], c.delivery[i], c.rd[i],
+                               c.rf[i], c.spot[i]).Price();
+    ImpliedVolatilityBook(c.Inputs(), premium, vols);
+    for (std::size_t i = 0; i < n; ++i) {
+        const double expected = EngineVolatility(c, premium, i);
+        EXPECT_NEAR(vols[i], expected, 1e-10) << "row " << i << " premium " << premium[i] << " vol " << c.vol[i] << " book " << vols[i] << " type " << c.type[i] << " strike/spot "
+                                              << c.strike[i] / c.spot[i] << " expiry " << c.expiry[i];
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(VanillaBook, SeededBooks, ::testing::Values(1u, 2u, 3u),
+                         [](const ::testing::TestParamInfo<std::uint32_t>& info) {
+                             return "Seed" + std::to_string(info.param);
+                         });
+
+// A premium below the discounted intrinsic value leaves the objective positive at the bracket's
+// low end, so the bisection walks down from 5 and never moves: 5 exactly. One above the
+// discounted forward (call) or strike (put) leaves it negative up to 20: the bisection walks up
+// to within its last step of 20.
+TEST(VanillaBook, PremiumsOutsideTheNoArbitrageBoundsFollowTheBisection) {
+    Columns c = WideBook(11, 16);
+    std::vector<double> premium(16), vols(16), expected(16);
+    for (std::size_t i = 0; i < 16; ++i) {
+        const double domesticDiscount = std::exp(-c.rd[i] * c.delivery[i]);
+        const double forward = c.spot[i] * std::exp(-c.rf[i] * c.delivery[i]) / domesticDiscount;
+        const double phi = c.type[i] == BSVanilla::Call ? 1.0 : -1.0;
+        const double intrinsic = domesticDiscount * std::max(phi * (forward - c.strike[i]), 0.0);
+        const double ceiling = domesticDiscount * (phi > 0 ? forward : c.strike[i]);
+        const bool below = i % 4 < 2;
+        premium[i] = below ? 0.9 * intrinsic - 0.01 : 1.1 * ceiling + 0.01;
+        expected[i] = below ? 5.0 : 20.0;
+    }
+    ImpliedVolatilityBook(c.Inputs(), premium, vols);
+    for (std::size_t i = 0; i < 16; ++i) {
+        EXPECT_NEAR(vols[i], expected[i], 1e-10) << "row " << i;
+        EXPECT_EQ(vols[i], EngineVolatility(c, premium, i)) << "row " << i;
     }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "ParamNames.hpp"
+
 #include "FailureText.hpp"
 
 #include <cmath>
@@ -146,7 +148,12 @@ INSTANTIATE_TEST_SUITE_P(Markets, VanillaOptionCases,
                          ::testing::Values(Case{BSVanilla::Call, 1.10, 1.08, 0.035, 0.02, 0.09},
                                            Case{BSVanilla::Put, 1.10, 1.08, 0.035, 0.02, 0.09},
                                            Case{BSVanilla::Call, 95.0, 100.0, 0.01, 0.04, 0.30},
-                                           Case{BSVanilla::Put, 120.0, 100.0, -0.005, 0.0, 0.45}));
+                                           Case{BSVanilla::Put, 120.0, 100.0, -0.005, 0.0, 0.45}),
+                         [](const ::testing::TestParamInfo<Case>& info) {
+                             const Case& c = info.param;
+                             return std::string(c.callPut == BSVanilla::Call ? "Call" : "Put") + "_Strike" +
+                                    zep::testing::NameOf(c.strike) + "_Spot" + zep::testing::NameOf(c.spot);
+                         });
 
 TEST(VanillaOption, StrikeQuotesDenoteTheirStrikes) {
     VanillaOption option = OnRates(BSVanilla::Call, 1.10, 1.08, 0.035, 0.02, 0.09);

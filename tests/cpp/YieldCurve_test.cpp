@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "FailureText.hpp"
+#include "ParamNames.hpp"
 
 #include <cmath>
 #include <stdexcept>
@@ -70,7 +71,11 @@ INSTANTIATE_TEST_SUITE_P(
                       std::tuple{zep::ContinuousZeroRates, zep::CubicInterpolation},
                       std::tuple{zep::ContinuousZeroRates, zep::ClampedCubicInterpolation},
                       std::tuple{zep::ContinuousZeroRates, zep::FlatInterpolation},
-                      std::tuple{zep::DiscountFactors, zep::LogLinearInterpolation}));
+                      std::tuple{zep::DiscountFactors, zep::LogLinearInterpolation}),
+    [](const ::testing::TestParamInfo<FlatCurveSetting::ParamType>& info) {
+        return zep::testing::NameOf(zep::InterpolatedVariableToString(std::get<0>(info.param))) + "_" +
+               zep::InterpolationMethodToString(std::get<1>(info.param));
+    });
 
 TEST(YieldCurve, ZeroRateIsHeldFlatBeyondTheLastPillar) {
     const YieldCurve curve(kReference, {kReference + 365, kReference + 730}, {0.02, 0.04}, zep::Continuous, kAct365);

@@ -152,3 +152,44 @@ def test_sequence_form_rejects_bad_input_without_crashing():
         counter.YearFraction(("2024-02-30",), ("2024-03-01",))
     with pytest.raises(TypeError):
         counter.YearFraction(None, "2024-03-01")
+
+
+# Tuesday 2 January to Friday 19 January 2024: 13 weekdays after the start (3-5, 8-12, 15-19).
+ACT252_START, ACT252_END = "2024-01-02", "2024-01-19"
+HOLIDAY_HEADER = "CALENDAR_C;HOLIDAY_D;GLOBAL_F\n"
+
+
+@pytest.fixture
+def holiday_calendar(monkeypatch, tmp_path):
+    """Builds a calendar holding only the SYB holidays given, from a holiday file in tmp_path."""
+    def build(name, *holidays):
+        path = tmp_path / f"{name}.txt"
+        path.write_text(HOLIDAY_HEADER + "".join(f"SYB;{day};N\n" for day in holidays))
+        monkeypatch.setenv("ZEP_HOLIDAYS_PATH", str(path))
+        return zep.Calendar()
+    return build
+
+
+def test_act252_day_counters_on_different_calendars_count_their_own_holidays(holiday_calendar):
+    wednesday = holiday_calendar("wednesday", "20240110")
+    monday_tuesday = holiday_calendar("monday_tuesday", "20240115", "20240116")
+    assert zep.DayCounter(zep.Act252, wednesday).YearFraction(ACT252_START, ACT252_END) == \
+        pytest.approx(12 / 252)
+    assert zep.DayCounter("yld bus/252 spb", monday_tuesday).YearFraction(ACT252_START, ACT252_END) == \
+        pytest.approx(11 / 252)
+
+
+def test_loading_holidays_into_another_calendar_leaves_a_day_counter_alone(holiday_calendar, tmp_path):
+    counter = zep.DayCounter(zep.Act252, holiday_calendar("wednesday", "20240110"))
+    shared = zep.DayCounter(zep.Act252).YearFraction(ACT252_START, ACT252_END)
+    other = holiday_calendar("wednesday_again", "20240110")
+    extra = tmp_path / "extra.txt"
+    extra.write_text(HOLIDAY_HEADER + "SYB;20240115;N\nSYB;20240116;N\n")
+    other.LoadHolidaysFromFile(str(extra))
+    assert zep.DayCounter(zep.Act252, other).YearFraction(ACT252_START, ACT252_END) == pytest.approx(10 / 252)
+    assert counter.YearFraction(ACT252_START, ACT252_END) == pytest.approx(12 / 252)
+    assert zep.DayCounter(zep.Act252).YearFraction(ACT252_START, ACT252_END) == shared
+
+
+def test_the_shared_calendar_of_day_counting_is_not_reachable_from_python():
+    assert not hasattr(zep.Calendar, "Shared")

@@ -61,6 +61,17 @@ namespace zep {
 code (zep.Act360, ...), DayCounter(text) any spelling stringToConvention accepts.
 YearFraction(start, end[, nextCouponDate, frequency]) also takes two lists or tuples of dates
 and returns a list.";
+
+// ---- Day counters on a chosen calendar -------------------------------------------------------
+// DayCounter(code, calendar) and DayCounter(text, calendar): Act252 counts business days on the
+// calendar given, shared with the day counter (and its copies), so calendars travel by shared
+// pointer. The calendar behind DayCounter(code) stays in C++: it is read-only there, and a
+// Python handle on it could load holiday files under every day counter using it. (SWIG needs
+// both declarations before the headers, hence this block's place.)
+%shared_ptr(zep::Calendar)
+%ignore zep::Calendar::Shared;
+// ---- end of day counters on a chosen calendar ----------------------------------------------
+
 %feature("docstring") zep::Calendar
 "Holiday calendars of financial centres. Calendar() loads the holiday file: ZEP_HOLIDAYS_PATH
 (the file, or a directory holding Holidays.txt) when set, else Holidays.txt in ../control,

@@ -99,8 +99,17 @@ private:
     double InteriorValue(InterpolationMethod method, std::size_t i, double x) const;
     double FFQ(double x) const;
     double Spline(const std::vector<double>& secondDerivatives, std::size_t i, double x) const;
-    std::vector<double> ClampedSecondDerivatives() const;
-    std::vector<double> SecondDerivatives(bool clamped) const;
+
+    // A spline's second derivatives at the nodes, or the message its table fails with: a bad
+    // table is refused when the spline is evaluated, not when the interpolator is built.
+    struct SplineCurvature {
+        std::vector<double> secondDerivatives;
+        const char* failure = nullptr;
+    };
+    SplineCurvature SolveCurvature(bool clamped) const;
+    static const std::vector<double>& SecondDerivativesOf(const SplineCurvature& curvature);
+    bool UsesMethod(InterpolationMethod method) const;
+    void PrepareSplines();
     double CubicExtrapolate(double x) const;
     double Lagrange(double x) const;
 
@@ -123,6 +132,10 @@ private:
     double m_leftDer = 0.0;
     double m_rightDer = 0.0;
     std::vector<double> m_nodeSlopes;
+    // Solved whenever the nodes, the end derivatives or the methods change, for the spline
+    // methods in use, so that evaluation only reads them (safe from several threads).
+    SplineCurvature m_naturalCurvature;
+    SplineCurvature m_clampedCurvature;
 };
 
 extern template class Interpolation<double, double, double>;

@@ -1,15 +1,20 @@
 // A day count convention: how many days lie between two dates and what fraction of a year they
-// make. A small value type holding one convention code, copied freely.
+// make. A small value type holding one convention code, and for Act252 the holiday calendar whose
+// business days it counts; copied freely, copies sharing that read-only calendar.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include <boost/shared_ptr.hpp>
+
 #include "lum-time/Date.hpp"
 #include "lum-time/Frequency.hpp"
 
 namespace zep {
+
+class Calendar;
 
 enum DayCountConvention : std::int32_t {
     NoConvention = -1,
@@ -38,6 +43,10 @@ public:
     explicit DayCounter(std::int32_t convention) : m_convention(convention) {}
     // Any spelling that stringToConvention accepts.
     explicit DayCounter(const std::string& text);
+    // Act252 counts the business days of centre "SYB" on `calendar`; the other conventions ignore
+    // it. Without a calendar (or with a null one) Act252 uses Calendar::Shared().
+    DayCounter(std::int32_t convention, boost::shared_ptr<const Calendar> calendar);
+    DayCounter(const std::string& text, boost::shared_ptr<const Calendar> calendar);
 
     std::int32_t Convention() const { return m_convention; }
     // The canonical name: "Act360", "ActActISDA", ...
@@ -67,6 +76,9 @@ private:
                                       const Date& nextCouponDate, Frequency frequency);
 
     std::int32_t m_convention = ActActISDA;
+    // Null stands for Calendar::Shared(), looked up only when Act252 counts, so that day counters
+    // of other conventions never need a holiday file.
+    boost::shared_ptr<const Calendar> m_calendar;
 };
 
 // Text to convention code, case-insensitive; also accepts the code written in decimal.
