@@ -194,3 +194,11 @@ def test_repr_and_str_of_an_unbuilt_object_say_so():
     for cls in (zep.Date, zep.Calendar, zep.YieldCurve, zep.MVanillaOption, zep.DayCounter, zep.Period):
         unbuilt = cls.__new__(cls)
         assert repr(unbuilt) == str(unbuilt) == f"<zep.{cls.__name__}: not initialized>"
+
+
+@pytest.mark.parametrize("valid", [zep.Days, zep.Weeks, zep.Months, zep.Years])
+@pytest.mark.parametrize("invalid", [-1, 4, 5])
+def test_period_of_an_unknown_unit_is_undecidable_against_any_unit(valid, invalid):
+    for a, b in [(zep.Period(2, valid), zep.Period(3, invalid)), (zep.Period(3, invalid), zep.Period(2, valid))]:
+        with pytest.raises(RuntimeError, match=r"^undecidable comparison between periods \(zep::Period::operator <: "):
+            a < b

@@ -1,5 +1,6 @@
 import calendar as civil
 import datetime as dt
+import pickle
 import random
 
 import pytest
@@ -193,3 +194,11 @@ def test_loading_holidays_into_another_calendar_leaves_a_day_counter_alone(holid
 
 def test_the_shared_calendar_of_day_counting_is_not_reachable_from_python():
     assert not hasattr(zep.Calendar, "Shared")
+
+
+def test_act252_day_counter_travels_with_its_calendar(holiday_calendar):
+    counter = zep.DayCounter(zep.Act252, holiday_calendar("wednesday", "20240110"))
+    twin = pickle.loads(pickle.dumps(counter))
+    assert twin.YearFraction(ACT252_START, ACT252_END) == pytest.approx(12 / 252)
+    assert twin == counter and twin.GetCalendar() is not counter.GetCalendar()
+    assert twin != zep.DayCounter(zep.Act252, holiday_calendar("monday", "20240115"))

@@ -58,8 +58,9 @@ namespace zep {
 
 %feature("docstring") zep::DayCounter
 "A day count convention: DayCounter() is ActActISDA, DayCounter(code) takes a convention
-code (zep.Act360, ...), DayCounter(text) any spelling stringToConvention accepts.
-YearFraction(start, end[, nextCouponDate, frequency]) also takes two lists or tuples of dates
+code (zep.Act360, ...), DayCounter(text) any spelling stringToConvention accepts; DayCounter(code or text, calendar)
+makes Act252 count the business days of that zep.Calendar (otherwise the shared calendar loaded
+from the holiday file at first use). YearFraction(start, end[, nextCouponDate, frequency]) also takes two lists or tuples of dates
 and returns a list.";
 
 // ---- Day counters on a chosen calendar -------------------------------------------------------
@@ -112,7 +113,6 @@ shipped with the package. A centre text names one centre ('LON') or several join
     $1 = &converted;
 }
 %ignore zep::Calendar::FromHolidays;
-%newobject zep::Calendar::_FromHolidays;
 
 %include "lum-time/DayCounter.hpp"
 %include "lum-time/Calendar.hpp"
@@ -136,9 +136,16 @@ shipped with the package. A centre text names one centre ('LON') or several join
                 return "zep.DayCounter(%d)" % self.Convention()
 
         def __eq__(self, other):
+            # Act252 counters are equal only on equal holidays (both on the shared calendar, or
+            # on calendars holding the same holidays).
             if not isinstance(other, DayCounter):
                 return NotImplemented
-            return self.Convention() == other.Convention()
+            if self.Convention() != other.Convention():
+                return False
+            if self.Convention() != Act252:
+                return True
+            mine, theirs = self.GetCalendar(), other.GetCalendar()
+            return mine is theirs is None or (mine is not None and theirs is not None and mine == theirs)
 
         def __hash__(self):
             return hash(self.Convention())
@@ -146,8 +153,8 @@ shipped with the package. A centre text names one centre ('LON') or several join
 }
 
 %extend zep::Calendar {
-    static zep::Calendar* _FromHolidays(const zep::HolidayDates& holidays) {
-        return zep::Calendar::FromHolidays(holidays).release();
+    static boost::shared_ptr<zep::Calendar> _FromHolidays(const zep::HolidayDates& holidays) {
+        return boost::shared_ptr<zep::Calendar>(zep::Calendar::FromHolidays(holidays));
     }
     zep::Date Adjust(const zep::Date& date, const std::string& rule, std::string_view centres) const {
         return $self->Adjust(date, zep::stringToDateAdjusterRule(rule), centres);

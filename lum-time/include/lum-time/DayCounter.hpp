@@ -49,6 +49,8 @@ public:
     DayCounter(const std::string& text, boost::shared_ptr<const Calendar> calendar);
 
     std::int32_t Convention() const { return m_convention; }
+    // The calendar given at construction; null when Act252 counts on Calendar::Shared().
+    const boost::shared_ptr<const Calendar>& GetCalendar() const { return m_calendar; }
     // The canonical name: "Act360", "ActActISDA", ...
     std::string ToString() const;
 

@@ -3,8 +3,8 @@ worker processes (process pools, Dask) and be deep-copied.
 
 Two kinds of state:
 - value types save what they are: a date its serial number, a period its length, unit and
-  spelling, a day counter its convention, a calendar its holidays, a curve its saved fields
-  (the same JSON that YieldCurve.ToJson writes);
+  spelling, a day counter its convention (and the calendar Act252 counts on), a calendar its
+  holidays, a curve its saved fields (the same JSON that YieldCurve.ToJson writes);
 - engines and instruments save how they were built: the constructor or factory call with its
   arguments, then every setter called since, replayed in order when the object is rebuilt. The
   arguments are kept by reference, as the object was given them.
@@ -48,8 +48,9 @@ def _period(state):
     return period
 
 
-def _day_counter(code):
-    return zeplib.DayCounter(code)
+def _day_counter(state):
+    code, calendar = state
+    return zeplib.DayCounter(code) if calendar is None else zeplib.DayCounter(code, calendar)
 
 
 def _calendar(holidays):
@@ -68,7 +69,7 @@ def _sequence(state):
 _VALUE_STATE = {
     zeplib.Date: lambda d: (_date, d.SerialNumber()),
     zeplib.Period: lambda p: (_period, (p.Length(), p.Units(), p.Text())),
-    zeplib.DayCounter: lambda d: (_day_counter, d.Convention()),
+    zeplib.DayCounter: lambda d: (_day_counter, (d.Convention(), d.GetCalendar())),
     zeplib.Calendar: lambda c: (_calendar, {centre: [d.SerialNumber() for d in c.Dates(centre)]
                                             for centre in c.Centres()}),
     zeplib.YieldCurve: lambda c: (_yield_curve, c.ToJson()),
