@@ -132,6 +132,20 @@ XScriptStructure::XScriptStructure(XScriptInputs inputs, std::shared_ptr<const P
 
 PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t paths,
                                           bool smoothed) const {
+    const RunMode mode = EffectiveRunMode(EnvironmentValue("ZEP_RUNMODE"));
+    const std::size_t threads =
+        mode == RunMode::SingleThread
+            ? 1
+            : ThreadCount(static_cast<std::size_t>(paths), std::thread::hardware_concurrency(),
+                          EnvironmentValue("ZEP_NUM_THREADS"));
+    const OutcomeKey key{shift.spot, shift.volatility, shift.rate1, shift.rate2, shift.discount,
+                         shift.spotDays, shift.timeDays, paths, smoothed,
+                         DailyStepsForced(EnvironmentValue("ZEP_BS_DAILY_STEPS")), threads};
+    return m_outcomes.Get(key, [&] { return Run(shift, paths, smoothed, threads); });
+}
+
+PricingOutcome XScriptStructure::Run(const MarketShift& shift, std::int64_t paths, bool smoothed,
+                                     std::size_t threads) const {
     const Date modelDate = ShiftedDate(
         ShiftedDate(m_inputs.today, shift.timeDays,
                     "Invalid date: today + delta_days < 1 in time calculation"),
@@ -158,13 +172,6 @@ PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t
         generator = std::make_unique<QmcRanGen>(draws);
     else
         generator = std::make_unique<BasicRanGen>(m_inputs.seed);
-
-    const RunMode mode = EffectiveRunMode(EnvironmentValue("ZEP_RUNMODE"));
-    const std::size_t threads =
-        mode == RunMode::SingleThread
-            ? 1
-            : ThreadCount(static_cast<std::size_t>(paths), std::thread::hardware_concurrency(),
-                          EnvironmentValue("ZEP_NUM_THREADS"));
 
     ScriptSimulator<double> simulator(std::move(model), std::move(generator), std::move(grid),
                                       std::move(numeraires), m_payoff, m_inputs.spot + shift.spot,

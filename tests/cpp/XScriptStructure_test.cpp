@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <complex>
 #include <cstdlib>
@@ -155,6 +156,37 @@ TEST(XScriptStructure, PriceDoesNotDependOnThreadCount) {
     }
     EXPECT_EQ(prices[0], prices[1]);
     EXPECT_EQ(prices[0], prices[2]);
+}
+
+TEST(XScriptStructure, EveryFigureOfOneRunAndEverySharedRepricingCostsOneSimulation) {
+    auto evaluated = std::make_shared<std::atomic<long>>(0);
+    const auto counted = std::make_shared<testing::FunctionPayoff>(
+        [evaluated](const ScenarioPoint* s, std::size_t n) {
+            ++*evaluated;
+            return std::max(s[n - 1].spot - 100.0, 0.0);
+        },
+        1);
+    const XScriptStructure product(OneYearInputs(1, 1000), counted);
+    const double price = product.Price();
+    EXPECT_GT(product.PriceStandardError(), 0.0);
+    EXPECT_EQ(product.ResultByVariable().at("V"), price);
+    EXPECT_EQ(product.Price(), price);
+    EXPECT_EQ(*evaluated, 1000);
+
+    // Smoothed re-pricings: the base, spot +-h and +-g, volatility +-1 point, one day, rate +-1bp.
+    const auto basic = BasicGreeks(product);
+    EXPECT_EQ(*evaluated, 1000 + 10 * 1000);
+    EXPECT_EQ(BasicGreeks(product), basic);
+    AllGreeks(product);  // Vanna's four corners are new; Volga and ForwardDelta reuse
+    EXPECT_EQ(*evaluated, 1000 + 14 * 1000);
+    {
+        ScopedEnv daily("ZEP_BS_DAILY_STEPS", "1");  // another time grid: another simulation
+        product.Price();
+        EXPECT_EQ(*evaluated, 16000);
+    }
+    const XScriptStructure copy = product;  // outcomes stay with the object that ran them
+    EXPECT_EQ(copy.Price(), price);
+    EXPECT_EQ(*evaluated, 17000);
 }
 
 TEST(XScriptStructure, HaltonPricesConverge) {

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "lum-fxo-market/LocalVol.hpp"
+#include "lum-monte-carlo/OutcomeCache.hpp"
 #include "lum-monte-carlo/PathPayoff.hpp"
 #include "lum-monte-carlo/Simulator.hpp"
 #include "lum-time/Date.hpp"
@@ -53,12 +54,6 @@ struct MarketShift {
     std::int32_t timeDays = 0;  // the valuation date moves: model and discounting
 };
 
-struct PricingOutcome {
-    std::vector<std::string> variables;
-    SimulationResult result;
-    std::size_t steps = 0;
-};
-
 class XScriptStructure {
 public:
     // Checks the inputs, then compiles the event scripts into the payoff.
@@ -72,7 +67,8 @@ public:
     // "numPath:" (the number of time steps of each simulated path).
     std::string Description() const;
 
-    // A full simulation with `paths` paths under the shifted market.
+    // A full simulation with `paths` paths under the shifted market; run once per product and
+    // settings, then read from the product's outcome cache.
     PricingOutcome Simulate(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
     double Price() const;
     double PriceStandardError() const;
@@ -90,12 +86,15 @@ public:
     const LocalVol* SurfaceForDistance() const { return m_localVol.get(); }
 
 private:
+    PricingOutcome Run(const MarketShift& shift, std::int64_t paths, bool smoothed,
+                       std::size_t threads) const;
     PricingOutcome BaseOutcome() const;
     std::size_t PriceIndex(const PricingOutcome& outcome, const char* missingMessage) const;
 
     XScriptInputs m_inputs;
     std::shared_ptr<const PathPayoff> m_payoff;
     std::shared_ptr<const LocalVol> m_localVol;  // Heston (flat at sqrt(v0)) and Dupire
+    OutcomeCache m_outcomes;
 };
 
 }  // namespace zep
