@@ -19,7 +19,7 @@ using zep::testing::RunOne;
 TEST(ScriptPays, AccumulatesPaymentsTimesTheNumeraireOfTheirDate) {
     const auto product = MakeProduct({"P PAYS 10", "P PAYS SPOT() Q = P", "P PAYS -1"});
     const std::vector<ScenarioPoint> path = {{100.0, 0.9}, {50.0, 0.8}, {70.0, 0.5}};
-    for (const auto logic : {Logic::Compiled, Logic::Tree, Logic::Fuzzy}) {
+    for (const auto logic : {Logic::Compiled, Logic::Tree, Logic::Fuzzy, Logic::FuzzyTree}) {
         const auto values = RunScript(product, path, logic);
         EXPECT_DOUBLE_EQ(values.at("Q"), 10 * 0.9 + 50 * 0.8);
         EXPECT_DOUBLE_EQ(values.at("P"), 10 * 0.9 + 50 * 0.8 - 0.5);
@@ -116,7 +116,8 @@ class ScriptFuzzy : public ::testing::TestWithParam<FuzzyCase> {};
 
 TEST_P(ScriptFuzzy, BlendsBranchesByTheDegreeOfTruth) {
     const auto& [script, spot, variable, expected] = GetParam();
-    EXPECT_NEAR(RunOne(script, spot, Logic::Fuzzy).at(variable), expected, 1e-12) << script << " at " << spot;
+    for (const auto logic : {Logic::Fuzzy, Logic::FuzzyTree})
+        EXPECT_NEAR(RunOne(script, spot, logic).at(variable), expected, 1e-12) << script << " at " << spot;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -104,7 +104,7 @@ bool SameDouble(double a, double b) {
     return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-TEST(ScriptCompiler, GivesExactlyTheEvaluatorsValuesOnRandomScripts) {
+TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandomScripts) {
     ScriptGenerator generator(7031);
     std::mt19937 random(99);
     std::uniform_real_distribution<double> spot(50.0, 150.0), numeraire(0.5, 1.0);
@@ -122,18 +122,29 @@ TEST(ScriptCompiler, GivesExactlyTheEvaluatorsValuesOnRandomScripts) {
         }
         ++built;
         zep::ScriptPathEvaluator evaluator(*product);
+        // A band as wide as the spots' spread, so that most smoothed conditions blend.
+        zep::ScriptPathEvaluator wide(*product, 60.0);
         std::vector<double> compiled(product->VariableCount()), tree(product->VariableCount());
         for (int path = 0; path < 8; ++path) {
             std::vector<ScenarioPoint> points;
             for (int i = 0; i < 3; ++i) points.push_back({spot(random), numeraire(random)});
             // Exact ties on comparisons and SMOOTH bands matter too.
             if (path == 0) points = {{100.0, 1.0}, {1.0, 0.5}, {0.5, 1.0}};
+            const auto same = [&](const char* logic) {
+                for (std::size_t v = 0; v < tree.size(); ++v)
+                    ASSERT_TRUE(SameDouble(compiled[v], tree[v]))
+                        << logic << "\n" << scripts[0] << "\n" << scripts[1] << "\n" << scripts[2]
+                        << "\nvariable " << v << ": " << compiled[v] << " vs " << tree[v];
+            };
             evaluator.Evaluate(points, compiled);
             evaluator.EvaluateTree(points, tree);
-            for (std::size_t v = 0; v < tree.size(); ++v)
-                ASSERT_TRUE(SameDouble(compiled[v], tree[v]))
-                    << scripts[0] << "\n" << scripts[1] << "\n" << scripts[2] << "\nvariable " << v << ": "
-                    << compiled[v] << " vs " << tree[v];
+            ASSERT_NO_FATAL_FAILURE(same("sharp"));
+            evaluator.EvaluateFuzzy(points, compiled);
+            evaluator.EvaluateFuzzyTree(points, tree);
+            ASSERT_NO_FATAL_FAILURE(same("smoothed"));
+            wide.EvaluateFuzzy(points, compiled);
+            wide.EvaluateFuzzyTree(points, tree);
+            ASSERT_NO_FATAL_FAILURE(same("smoothed, wide band"));
         }
     }
     EXPECT_GT(built, 1400);
@@ -149,6 +160,7 @@ void Digest(const std::string& script) {
         evaluator.Evaluate(path, values);
         evaluator.EvaluateTree(path, values);
         evaluator.EvaluateFuzzy(path, values);
+        evaluator.EvaluateFuzzyTree(path, values);
     } catch (const zep::Error&) {
     }
 }

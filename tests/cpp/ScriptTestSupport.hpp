@@ -1,5 +1,5 @@
 // Runs payoff scripts for the tests: builds a product from script texts (one per event, dates a
-// month apart) and evaluates it on a scenario with each of the three evaluators.
+// month apart) and evaluates it on a scenario with each of the four evaluators.
 #pragma once
 
 #include <map>
@@ -12,7 +12,7 @@
 
 namespace zep::testing {
 
-enum class Logic { Compiled, Tree, Fuzzy };
+enum class Logic { Compiled, Tree, Fuzzy, FuzzyTree };
 
 inline std::vector<Date> MonthlyDates(std::size_t count) {
     std::vector<Date> dates;
@@ -31,6 +31,7 @@ inline std::map<std::string, double> RunScript(const ScriptProduct& product, con
     if (logic == Logic::Compiled) evaluator.Evaluate(path, values);
     if (logic == Logic::Tree) evaluator.EvaluateTree(path, values);
     if (logic == Logic::Fuzzy) evaluator.EvaluateFuzzy(path, values);
+    if (logic == Logic::FuzzyTree) evaluator.EvaluateFuzzyTree(path, values);
     std::map<std::string, double> named;
     for (std::size_t i = 0; i < values.size(); ++i) named[product.VariableNames()[i]] = values[i];
     return named;

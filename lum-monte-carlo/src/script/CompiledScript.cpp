@@ -4,8 +4,14 @@
 
 namespace zep {
 
-CompiledScript::Scratch CompiledScript::MakeScratch() const {
-    return Scratch{std::vector<double>(m_stackSize + 1), std::vector<script::SmoothSide>(m_smoothNesting + 1)};
+CompiledScript::Scratch CompiledScript::MakeScratch(double defaultEps) const {
+    const std::size_t blendArea = m_ifNesting * m_blendWidth;
+    return Scratch{std::vector<double>(m_stackSize + 1),
+                   std::vector<script::SmoothSide>(m_smoothNesting + 1),
+                   std::vector<Scratch::Frame>(m_ifNesting + 1),
+                   std::vector<double>(blendArea),
+                   std::vector<double>(blendArea),
+                   defaultEps};
 }
 
 namespace {
@@ -28,6 +34,33 @@ inline double Difference(const TermComparison& comparison, double spot, const do
     return Value(comparison.left, spot, x) - Value(comparison.right, spot, x);
 }
 
+// The degrees of truth of smoothed comparisons of the difference x, in the same operations and
+// order as FuzzyEvaluator<double>: ">" and ">=" ramp alike from -w/2 to w/2 (a zero width
+// decides sharply), "=" is a tent of half-width w/2; discrete domains ramp between their points.
+inline double AboveDegree(const FuzzyTest& test, double x, double defaultEps) {
+    if (test.discrete) {
+        if (x < test.lower) return 0.0;
+        if (x > test.upper) return 1.0;
+        return (x - test.lower) / (test.upper - test.lower);
+    }
+    const double w = test.eps < 0.0 ? defaultEps : test.eps;
+    if (w == 0.0) return (test.orEqual ? x >= 0.0 : x > 0.0) ? 1.0 : 0.0;
+    const double h = w / 2;
+    if (x < -h) return 0.0;
+    if (x > h) return 1.0;
+    return (h + x) / w;
+}
+
+inline double EqualDegree(const FuzzyTest& test, double x, double defaultEps) {
+    if (test.discrete) {
+        if (x < test.lower || x > test.upper) return 0.0;
+        return x < 0.0 ? 1.0 - x / test.lower : 1.0 - x / test.upper;
+    }
+    const double h = (test.eps < 0.0 ? defaultEps : test.eps) / 2;
+    if (h == 0.0) return x == 0.0 ? 1.0 : 0.0;
+    return -h <= x && x <= h ? (h - std::abs(x)) / h : 0.0;
+}
+
 }  // namespace
 
 // Dispatch by computed goto: each handler ends in its own indirect jump, which the processor
@@ -35,6 +68,7 @@ inline double Difference(const TermComparison& comparison, double spot, const do
 void CompiledScript::Run(std::size_t first, std::size_t count, const ScenarioPoint* points,
                          double* x, Scratch& scratch) const {
     using script::SmoothSide;
+    using Branches = Scratch::Branches;
     static constexpr void* kHandlers[] = {
 #define ZEP_OPCODE_LABEL(name) &&Op##name,
         ZEP_SCRIPT_OPCODES(ZEP_OPCODE_LABEL)
@@ -49,6 +83,17 @@ void CompiledScript::Run(std::size_t first, std::size_t count, const ScenarioPoi
     double numeraire = points->numeraire;
     double* top = scratch.values.data();  // one past the top value
     SmoothSide* side = scratch.sides.data();
+    const FuzzyTest* const fuzzyTests = m_fuzzyTests.data();
+    const FuzzyBranch* const branches = m_branches.data();
+    const std::int32_t* const branchVariables = m_branchVariables.data();
+    Scratch::Frame* const frames = scratch.frames.data();
+    Scratch::Frame* frame = frames;  // one past the innermost IF in progress
+    const double defaultEps = scratch.defaultEps;
+    // The blend areas of the IF whose frame is `f`, one pair per nesting level.
+    const auto savedAt = [&](const Scratch::Frame* f) { return scratch.saved.data() + (f - frames) * m_blendWidth; };
+    const auto afterThenAt = [&](const Scratch::Frame* f) {
+        return scratch.afterThen.data() + (f - frames) * m_blendWidth;
+    };
 #define NEXT goto* kHandlers[static_cast<std::size_t>((++in)->op)]
 #define JUMP_IF(condition)                                                            \
     do {                                                                              \
@@ -139,6 +184,65 @@ OpEnd:
     spot = points->spot;
     numeraire = points->numeraire;
     NEXT;
+OpFuzzyEqual: top[-1] = EqualDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
+OpFuzzySup: top[-1] = AboveDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
+OpFuzzyAnd: --top; top[-1] = top[-1] * top[0]; NEXT;
+OpFuzzyOr: {
+    --top;
+    const double a = top[-1], b = top[0];
+    top[-1] = a + b - a * b;
+    NEXT;
+}
+OpFuzzyNot: top[-1] = 1.0 - top[-1]; NEXT;
+OpFuzzyIf: {
+    // Sure degrees run one branch; any other saves what the branches write and runs both.
+    const double degree = *--top;
+    frame->degree = degree;
+    if (degree > 0.999999999999) {
+        (frame++)->branches = Branches::ThenOnly;
+        NEXT;
+    }
+    if (degree < 1e-12) {
+        (frame++)->branches = Branches::ElseOnly;
+        JUMP_IF(true);
+    }
+    frame->branches = Branches::Both;
+    const FuzzyBranch& branch = branches[in->operand];
+    double* const saved = savedAt(frame);
+    for (std::int32_t i = 0; i < branch.count; ++i) saved[i] = x[branchVariables[branch.first + i]];
+    ++frame;
+    NEXT;
+}
+OpFuzzyThenEnd: {
+    Scratch::Frame* const current = frame - 1;
+    if (current->branches == Branches::ThenOnly) {
+        frame = current;
+        JUMP_IF(true);
+    }
+    // Both branches: put THEN's results aside and give ELSE the values THEN started from.
+    const FuzzyBranch& branch = branches[in->operand];
+    double* const saved = savedAt(current);
+    double* const afterThen = afterThenAt(current);
+    for (std::int32_t i = 0; i < branch.count; ++i) {
+        double& value = x[branchVariables[branch.first + i]];
+        afterThen[i] = value;
+        value = saved[i];
+    }
+    NEXT;
+}
+OpFuzzyEnd: {
+    Scratch::Frame* const current = --frame;
+    if (current->branches == Branches::Both) {
+        const FuzzyBranch& branch = branches[in->operand];
+        const double* const afterThen = afterThenAt(current);
+        const double d = current->degree;
+        for (std::int32_t i = 0; i < branch.count; ++i) {
+            double& value = x[branchVariables[branch.first + i]];
+            value = d * afterThen[i] + (1.0 - d) * value;
+        }
+    }
+    NEXT;
+}
 #undef NEXT
 #undef JUMP_IF
 }

@@ -16,6 +16,7 @@ std::ptrdiff_t StackEffect(OpCode op) {
         case OpCode::Least: case OpCode::Greatest: case OpCode::And: case OpCode::Or:
         case OpCode::JumpIfFalse: case OpCode::JumpUnlessEqual: case OpCode::JumpUnlessSup:
         case OpCode::JumpUnlessSupEqual: case OpCode::Assign: case OpCode::Pays:
+        case OpCode::FuzzyAnd: case OpCode::FuzzyOr: case OpCode::FuzzyIf:
             return -1;
         case OpCode::SmoothEnd:
             return -3;
@@ -156,6 +157,7 @@ void Compiler::Visit(const NodeIf& node) {
     // Conditions known in advance take their branch with no test at all.
     if (dynamic_cast<const NodeTrue*>(&condition)) return compile(1, elseStart);
     if (dynamic_cast<const NodeFalse*>(&condition)) return compile(elseStart, count);
+    if (m_smoothed) return SmoothedIf(node, elseStart);
     // "IF test THEN X = constant ENDIF", the knock-in check, is one instruction.
     if (count == 2 && node.firstElse < 0) {
         const auto* assign = dynamic_cast<const NodeAssign*>(node.arguments[1].get());
@@ -179,27 +181,64 @@ void Compiler::Visit(const NodeIf& node) {
     PatchJump(toEnd);
 }
 
+// FuzzyIf takes THEN, ELSE or both by the degree; FuzzyThenEnd leaves when THEN ran alone and
+// otherwise hands ELSE the values THEN started from; FuzzyEnd blends when both ran.
+void Compiler::SmoothedIf(const NodeIf& node, std::size_t elseStart) {
+    const auto branch = static_cast<std::int32_t>(m_script.m_branches.size());
+    auto& variables = m_script.m_branchVariables;
+    m_script.m_branches.push_back(FuzzyBranch{static_cast<std::int32_t>(variables.size()),
+                                              static_cast<std::int32_t>(node.affectedVars.size())});
+    variables.insert(variables.end(), node.affectedVars.begin(), node.affectedVars.end());
+    m_script.m_blendWidth = std::max(m_script.m_blendWidth, node.affectedVars.size());
+    m_script.m_ifNesting = std::max(m_script.m_ifNesting, ++m_ifDepth);
+
+    node.arguments[0]->Accept(*this);
+    const std::size_t toElse = Emit(OpCode::FuzzyIf, branch);
+    for (std::size_t i = 1; i < elseStart; ++i) node.arguments[i]->Accept(*this);
+    const std::size_t toEnd = Emit(OpCode::FuzzyThenEnd, branch);
+    PatchJump(toElse);
+    for (std::size_t i = elseStart; i < node.arguments.size(); ++i) node.arguments[i]->Accept(*this);
+    Emit(OpCode::FuzzyEnd, branch);
+    PatchJump(toEnd);
+    --m_ifDepth;
+}
+
+void Compiler::SmoothedComparison(const compNode& node, OpCode op, bool orEqual) {
+    Expression(*node.arguments[0]);
+    Emit(op, static_cast<std::int32_t>(m_script.m_fuzzyTests.size()));
+    m_script.m_fuzzyTests.push_back(FuzzyTest{node.discrete, orEqual, node.eps, node.lowerBound, node.upperBound});
+}
+
 void Compiler::Visit(const NodeCollect&) {}
 
 void Compiler::Visit(const NodeAnd& node) {
     node.arguments[0]->Accept(*this);
     node.arguments[1]->Accept(*this);
-    Emit(OpCode::And);
+    Emit(m_smoothed ? OpCode::FuzzyAnd : OpCode::And);
 }
 void Compiler::Visit(const NodeOr& node) {
     node.arguments[0]->Accept(*this);
     node.arguments[1]->Accept(*this);
-    Emit(OpCode::Or);
+    Emit(m_smoothed ? OpCode::FuzzyOr : OpCode::Or);
 }
 void Compiler::Visit(const NodeNot& node) {
     node.arguments[0]->Accept(*this);
-    Emit(OpCode::Not);
+    Emit(m_smoothed ? OpCode::FuzzyNot : OpCode::Not);
 }
 void Compiler::Visit(const NodeTrue&) { Emit(OpCode::PushConst, 0, 1.0); }
 void Compiler::Visit(const NodeFalse&) { Emit(OpCode::PushConst, 0, 0.0); }
-void Compiler::Visit(const NodeEqual& node) { Unary(node, OpCode::Equal); }
-void Compiler::Visit(const NodeSup& node) { Unary(node, OpCode::Sup); }
-void Compiler::Visit(const NodeSupEqual& node) { Unary(node, OpCode::SupEqual); }
+void Compiler::Visit(const NodeEqual& node) {
+    if (m_smoothed) return SmoothedComparison(node, OpCode::FuzzyEqual, false);
+    Unary(node, OpCode::Equal);
+}
+void Compiler::Visit(const NodeSup& node) {
+    if (m_smoothed) return SmoothedComparison(node, OpCode::FuzzySup, false);
+    Unary(node, OpCode::Sup);
+}
+void Compiler::Visit(const NodeSupEqual& node) {
+    if (m_smoothed) return SmoothedComparison(node, OpCode::FuzzySup, true);
+    Unary(node, OpCode::SupEqual);
+}
 
 void Compiler::Visit(const NodeAdd& node) { Binary(node, OpCode::Add, OpCode::AddConst, OpCode::AddVar); }
 void Compiler::Visit(const NodeSub& node) { Binary(node, OpCode::Sub, OpCode::SubConst, OpCode::SubVar); }

@@ -10,6 +10,7 @@ namespace zep {
 ScriptPathEvaluator::ScriptPathEvaluator(const ScriptProduct& product, double fuzzyEps)
     : m_product(product),
       m_scratch(product.Compiled().MakeScratch()),
+      m_smoothedScratch(product.CompiledSmoothed().MakeScratch(fuzzyEps)),
       m_fuzzyEvaluator(product.VariableCount(), product.IfNesting(), fuzzyEps) {
     ZEP_REQUIRE(fuzzyEps >= 0.0, "The fuzzy width eps must not be negative");
 }
@@ -37,6 +38,12 @@ void ScriptPathEvaluator::EvaluateTree(std::span<const ScenarioPoint> scenario, 
 }
 
 void ScriptPathEvaluator::EvaluateFuzzy(std::span<const ScenarioPoint> scenario, std::span<double> variables) {
+    Check(scenario, variables);
+    std::fill(variables.begin(), variables.end(), 0.0);
+    m_product.CompiledSmoothed().RunPath(scenario.data(), variables.data(), m_smoothedScratch);
+}
+
+void ScriptPathEvaluator::EvaluateFuzzyTree(std::span<const ScenarioPoint> scenario, std::span<double> variables) {
     Check(scenario, variables);
     std::fill(variables.begin(), variables.end(), 0.0);
     for (std::size_t event = 0; event < scenario.size(); ++event) {

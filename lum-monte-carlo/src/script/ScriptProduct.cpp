@@ -54,9 +54,11 @@ ScriptProduct::ScriptProduct(std::vector<Date> eventDates, const std::vector<std
     VisitAll(events, domains);
 
     Compiler compiler;
+    Compiler smoothed(true);
     std::size_t ifNesting = 0;
     for (const auto& statements : events) {
         compiler.AddEvent(statements);
+        smoothed.AddEvent(statements);
         for (const auto& statement : statements) ifNesting = std::max(ifNesting, IfNestingOf(*statement));
     }
 
@@ -64,6 +66,7 @@ ScriptProduct::ScriptProduct(std::vector<Date> eventDates, const std::vector<std
     m_events = std::move(events);
     m_variableNames = indexer.VariableNames();
     m_compiled = std::move(compiler).Result();
+    m_compiledSmoothed = std::move(smoothed).Result();
     m_ifNesting = ifNesting;
 }
 

@@ -1,6 +1,8 @@
 // A prepared script flattened into one instruction stream per event date, run by a tight
-// stack-machine loop: the fast path of Monte Carlo pricing. It gives exactly the values of the
-// tree-walking Evaluator<double>.
+// stack-machine loop: the fast path of Monte Carlo pricing. Compiled sharp, it gives exactly the
+// values of the tree-walking Evaluator<double>; compiled smoothed, those of
+// FuzzyEvaluator<double>, whose conditions are degrees of truth and whose undecided IFs run both
+// branches and blend what they write.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +33,11 @@ namespace zep {
     /* "IF test THEN X = constant ENDIF" over Terms: operand X, value the constant, target */ \
     /* the comparison; a run of such events, one after the other, is one loop */              \
     X(AssignIfEqualTerms) X(AssignIfSupTerms) X(AssignIfSupEqualTerms)                         \
-    X(Assign) X(AssignConst) X(Pays) X(End)
+    X(Assign) X(AssignConst) X(Pays) X(End)                                                   \
+    /* smoothed logic: comparisons give degrees (operand: the script's smoothed tests) */     \
+    X(FuzzyEqual) X(FuzzySup) X(FuzzyAnd) X(FuzzyOr) X(FuzzyNot)                               \
+    /* an IF over a degree (operand: the script's branches; targets: the else branch, the end) */ \
+    X(FuzzyIf) X(FuzzyThenEnd) X(FuzzyEnd)
 
 enum class OpCode : std::uint8_t {
 #define ZEP_OPCODE_ENUMERATOR(name) name,
@@ -67,6 +73,23 @@ struct TermComparison {
     friend bool operator==(const TermComparison&, const TermComparison&) = default;
 };
 
+// The ramp of a smoothed comparison: its own width (negative: the evaluator's default), or for a
+// discrete domain the nearest points below and above zero.
+struct FuzzyTest {
+    bool discrete = false;
+    bool orEqual = false;  // decides a zero-width ">=" from ">"
+    double eps = -1.0;
+    double lower = 0.0;
+    double upper = 0.0;
+};
+
+// The variables the two branches of a smoothed IF write, blended when neither branch is sure:
+// branchVariables[first .. first + count - 1].
+struct FuzzyBranch {
+    std::int32_t first = 0;
+    std::int32_t count = 0;
+};
+
 struct Instruction {
     OpCode op;
     std::int32_t operand = 0;  // variable index
@@ -78,11 +101,22 @@ class CompiledScript {
 public:
     // The working memory of one evaluating thread; make it once, reuse it for every path.
     struct Scratch {
+        // An IF of smoothed logic in progress: its degree and which branches run.
+        enum class Branches : std::uint8_t { ThenOnly, ElseOnly, Both };
+        struct Frame {
+            double degree;
+            Branches branches;
+        };
         std::vector<double> values;
         std::vector<script::SmoothSide> sides;
+        std::vector<Frame> frames;
+        std::vector<double> saved;      // per nesting level, the blended variables before THEN
+        std::vector<double> afterThen;  // and after it
+        double defaultEps = 0.0;        // the width of smoothed comparisons without their own
     };
 
-    Scratch MakeScratch() const;
+    // defaultEps matters to a script compiled smoothed only.
+    Scratch MakeScratch(double defaultEps = 0.0) const;
 
     // Runs the statements of one event date on the caller's variables; allocates nothing.
     void RunEvent(std::size_t event, double spot, double numeraire, double* variables,
@@ -108,6 +142,11 @@ private:
 
     std::vector<Instruction> m_code;
     std::vector<TermComparison> m_comparisons;
+    std::vector<FuzzyTest> m_fuzzyTests;
+    std::vector<FuzzyBranch> m_branches;
+    std::vector<std::int32_t> m_branchVariables;
+    std::size_t m_ifNesting = 0;
+    std::size_t m_blendWidth = 0;  // the most variables one IF blends
     std::vector<std::size_t> m_eventStart;
     std::size_t m_stackSize = 0;
     std::size_t m_smoothNesting = 0;

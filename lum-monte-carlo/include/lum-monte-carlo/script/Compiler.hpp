@@ -1,6 +1,7 @@
 // Turns prepared statement trees into a CompiledScript. Constant subtrees become one constant,
 // comparisons that guard an IF become one compare-and-branch, and binary operations whose
-// right operand is a constant or a variable take it from the instruction.
+// right operand is a constant or a variable take it from the instruction. Compiled smoothed,
+// conditions become degrees of truth and each IF a blend of its branches.
 #pragma once
 
 #include <optional>
@@ -12,6 +13,8 @@ namespace zep {
 
 class Compiler : public ConstVisitor {
 public:
+    explicit Compiler(bool smoothed = false) : m_smoothed(smoothed) {}
+
     // Compiles the next event date's statements.
     void AddEvent(const Statements& statements);
     CompiledScript Result() &&;
@@ -38,10 +41,14 @@ private:
     std::optional<TermTest> AsTermTest(const Node& condition);
     // Emits the condition's test and a jump taken when it fails; returns the jump to patch.
     std::size_t JumpUnless(const Node& condition);
+    void SmoothedIf(const NodeIf& node, std::size_t elseStart);
+    void SmoothedComparison(const compNode& node, OpCode op, bool orEqual);
 
     CompiledScript m_script;
     std::ptrdiff_t m_depth = 0;
     std::size_t m_smoothDepth = 0;
+    bool m_smoothed;
+    std::size_t m_ifDepth = 0;
 };
 
 }  // namespace zep

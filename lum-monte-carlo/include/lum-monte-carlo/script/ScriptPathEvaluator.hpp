@@ -1,6 +1,6 @@
 // Evaluates a ScriptProduct on simulated paths. One evaluator per thread, built once and
-// reused for every path: it owns the stacks and save areas of the compiled stream and of the
-// two tree-walking evaluators, so no evaluation allocates.
+// reused for every path: it owns the stacks and save areas of the two compiled streams (sharp and
+// smoothed) and of the two tree-walking evaluators, so no evaluation allocates.
 //
 // A scenario holds, per event date in date order, the simulated spot and the numeraire factor
 // by which that date's payments are multiplied. Every call starts from variables at zero and
@@ -24,8 +24,10 @@ public:
     void Evaluate(std::span<const ScenarioPoint> scenario, std::span<double> variables);
     // Sharp logic by walking the trees (Evaluator<double>); same values, slower.
     void EvaluateTree(std::span<const ScenarioPoint> scenario, std::span<double> variables);
-    // Smoothed logic (FuzzyEvaluator<double>), for stable sensitivities.
+    // Smoothed logic through the compiled smoothed stream, for stable sensitivities.
     void EvaluateFuzzy(std::span<const ScenarioPoint> scenario, std::span<double> variables);
+    // Smoothed logic by walking the trees (FuzzyEvaluator<double>); same values, slower.
+    void EvaluateFuzzyTree(std::span<const ScenarioPoint> scenario, std::span<double> variables);
 
     // One event date at a time, for pricers that evaluate while they simulate; variables carry
     // over from the previous event and are not reset.
@@ -41,6 +43,7 @@ private:
 
     const ScriptProduct& m_product;
     CompiledScript::Scratch m_scratch;
+    CompiledScript::Scratch m_smoothedScratch;
     Evaluator<double> m_evaluator;
     FuzzyEvaluator<double> m_fuzzyEvaluator;
 };

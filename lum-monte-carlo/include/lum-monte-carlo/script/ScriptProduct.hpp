@@ -37,6 +37,8 @@ public:
     // The prepared statements of each event date.
     const std::vector<Statements>& Events() const { return m_events; }
     const CompiledScript& Compiled() const { return m_compiled; }
+    // The same statements with smoothed logic, for the sensitivities' re-pricings.
+    const CompiledScript& CompiledSmoothed() const { return m_compiledSmoothed; }
     // Deepest nesting of IF statements, which sizes the fuzzy evaluator's save areas.
     std::size_t IfNesting() const { return m_ifNesting; }
     // The prepared trees as printed by Debugger, under one heading per event date.
@@ -47,6 +49,7 @@ private:
     std::vector<Statements> m_events;
     std::vector<std::string> m_variableNames;
     CompiledScript m_compiled;
+    CompiledScript m_compiledSmoothed;
     std::size_t m_ifNesting = 0;
 };
 
