@@ -154,6 +154,9 @@ INSTANTIATE_TEST_SUITE_P(
         FuzzyCase{"N = 0 IF SPOT() > 100; 0.5 THEN N = 1 ENDIF IF N >= 1 THEN X = 7 ENDIF", 100.125, "X", 0.75 * 7},
         // N - 1 = 0 over {-1, 0}: 1 - x / l with x = -0.25, l = -1.
         FuzzyCase{"N = 0 IF SPOT() > 100; 0.5 THEN N = 1 ENDIF IF N = 1 THEN X = 7 ENDIF", 100.125, "X", 0.75 * 7},
+        // The daily knock-in check, one step for a run of dates: x = 0.7 - 0.7025, degree 0.25,
+        // blended with the value KI had.
+        FuzzyCase{"S0 = 100 KI = 0.5 IF SPOT() / S0 < 0.7 THEN KI = 1 ENDIF", 70.25, "KI", 0.25 * 1 + 0.75 * 0.5},
         // A script eps of zero is a sharp test.
         FuzzyCase{"IF SPOT() >= 100; 0 THEN X = 1 ELSE X = 2 ENDIF", 100.0, "X", 1.0},
         FuzzyCase{"IF SPOT() > 100; 0 THEN X = 1 ELSE X = 2 ENDIF", 100.0, "X", 2.0}),

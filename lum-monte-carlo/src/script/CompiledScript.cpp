@@ -184,6 +184,24 @@ OpEnd:
     spot = points->spot;
     numeraire = points->numeraire;
     NEXT;
+// A smoothed knock-in check: THEN alone sets the constant, an undecided degree blends it with
+// the value the variable had (what saving, running THEN, restoring and blending come to).
+#define FUZZY_ASSIGN_IF(Degree)                                                                \
+    for (const FuzzyTest test = fuzzyTests[in->target];;) {                                    \
+        const double d = Degree(test, Difference(comparisons[test.comparison], spot, x), defaultEps); \
+        double& value = x[in->operand];                                                        \
+        if (d > 0.999999999999) value = in->value;                                             \
+        else if (!(d < 1e-12)) value = d * in->value + (1.0 - d) * value;                      \
+        if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;             \
+        in += 2;                                                                               \
+        ++points;                                                                              \
+        spot = points->spot;                                                                   \
+        numeraire = points->numeraire;                                                         \
+    }                                                                                          \
+    NEXT
+OpFuzzyAssignIfEqualTerms: FUZZY_ASSIGN_IF(EqualDegree);
+OpFuzzyAssignIfSupTerms: FUZZY_ASSIGN_IF(AboveDegree);
+#undef FUZZY_ASSIGN_IF
 OpFuzzyEqual: top[-1] = EqualDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzySup: top[-1] = AboveDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzyAnd: --top; top[-1] = top[-1] * top[0]; NEXT;

@@ -157,21 +157,30 @@ void Compiler::Visit(const NodeIf& node) {
     // Conditions known in advance take their branch with no test at all.
     if (dynamic_cast<const NodeTrue*>(&condition)) return compile(1, elseStart);
     if (dynamic_cast<const NodeFalse*>(&condition)) return compile(elseStart, count);
-    if (m_smoothed) return SmoothedIf(node, elseStart);
     // "IF test THEN X = constant ENDIF", the knock-in check, is one instruction.
     if (count == 2 && node.firstElse < 0) {
         const auto* assign = dynamic_cast<const NodeAssign*>(node.arguments[1].get());
         if (assign && assign->arguments[1]->isConst) {
             if (const auto test = AsTermTest(condition)) {
-                static constexpr OpCode kAssigns[] = {OpCode::AssignIfEqualTerms, OpCode::AssignIfSupTerms,
-                                                      OpCode::AssignIfSupEqualTerms};
-                const std::size_t at = Emit(kAssigns[test->comparator], IndexOf(*assign->arguments[0]),
-                                            assign->arguments[1]->constVal);
-                m_script.m_code[at].target = test->comparison;
+                if (!m_smoothed) {
+                    static constexpr OpCode kAssigns[] = {OpCode::AssignIfEqualTerms, OpCode::AssignIfSupTerms,
+                                                          OpCode::AssignIfSupEqualTerms};
+                    const std::size_t at = Emit(kAssigns[test->comparator], IndexOf(*assign->arguments[0]),
+                                                assign->arguments[1]->constVal);
+                    m_script.m_code[at].target = test->comparison;
+                    return;
+                }
+                const bool equal = test->comparator == TermTest::Equal;
+                const std::size_t at = Emit(equal ? OpCode::FuzzyAssignIfEqualTerms : OpCode::FuzzyAssignIfSupTerms,
+                                            IndexOf(*assign->arguments[0]), assign->arguments[1]->constVal);
+                m_script.m_code[at].target = SmoothedTest(static_cast<const compNode&>(condition),
+                                                          test->comparator == TermTest::SupEqual,
+                                                          test->comparison);
                 return;
             }
         }
     }
+    if (m_smoothed) return SmoothedIf(node, elseStart);
     const std::size_t toElse = JumpUnless(condition);
     compile(1, elseStart);
     if (elseStart == count) return PatchJump(toElse);
@@ -203,10 +212,17 @@ void Compiler::SmoothedIf(const NodeIf& node, std::size_t elseStart) {
     --m_ifDepth;
 }
 
+std::int32_t Compiler::SmoothedTest(const compNode& node, bool orEqual, std::int32_t comparison) {
+    const FuzzyTest test{node.discrete, orEqual, node.eps, node.lowerBound, node.upperBound, comparison};
+    auto& tests = m_script.m_fuzzyTests;
+    auto found = std::find(tests.begin(), tests.end(), test);
+    if (found == tests.end()) found = tests.insert(found, test);
+    return static_cast<std::int32_t>(found - tests.begin());
+}
+
 void Compiler::SmoothedComparison(const compNode& node, OpCode op, bool orEqual) {
     Expression(*node.arguments[0]);
-    Emit(op, static_cast<std::int32_t>(m_script.m_fuzzyTests.size()));
-    m_script.m_fuzzyTests.push_back(FuzzyTest{node.discrete, orEqual, node.eps, node.lowerBound, node.upperBound});
+    Emit(op, SmoothedTest(node, orEqual));
 }
 
 void Compiler::Visit(const NodeCollect&) {}

@@ -37,7 +37,10 @@ namespace zep {
     /* smoothed logic: comparisons give degrees (operand: the script's smoothed tests) */     \
     X(FuzzyEqual) X(FuzzySup) X(FuzzyAnd) X(FuzzyOr) X(FuzzyNot)                               \
     /* an IF over a degree (operand: the script's branches; targets: the else branch, the end) */ \
-    X(FuzzyIf) X(FuzzyThenEnd) X(FuzzyEnd)
+    X(FuzzyIf) X(FuzzyThenEnd) X(FuzzyEnd)                                                    \
+    /* "IF test THEN X = constant ENDIF" over Terms, smoothed: operand X, value the constant, */ \
+    /* target the smoothed test (whose comparison holds the Terms); runs of them loop */         \
+    X(FuzzyAssignIfEqualTerms) X(FuzzyAssignIfSupTerms)
 
 enum class OpCode : std::uint8_t {
 #define ZEP_OPCODE_ENUMERATOR(name) name,
@@ -81,6 +84,9 @@ struct FuzzyTest {
     double eps = -1.0;
     double lower = 0.0;
     double upper = 0.0;
+    std::int32_t comparison = -1;  // the Terms compared, for the fused guards
+
+    friend bool operator==(const FuzzyTest&, const FuzzyTest&) = default;
 };
 
 // The variables the two branches of a smoothed IF write, blended when neither branch is sure:

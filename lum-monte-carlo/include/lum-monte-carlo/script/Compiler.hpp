@@ -43,6 +43,9 @@ private:
     std::size_t JumpUnless(const Node& condition);
     void SmoothedIf(const NodeIf& node, std::size_t elseStart);
     void SmoothedComparison(const compNode& node, OpCode op, bool orEqual);
+    // The index of the smoothed test of `node` (shared by equal tests, so that runs of identical
+    // events are recognised).
+    std::int32_t SmoothedTest(const compNode& node, bool orEqual, std::int32_t comparison = -1);
 
     CompiledScript m_script;
     std::ptrdiff_t m_depth = 0;
