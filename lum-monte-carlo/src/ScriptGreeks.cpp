@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
+#include <vector>
 
 #include "lum-auxiliary/Error.hpp"
 
@@ -13,8 +13,9 @@ namespace {
 constexpr double kVolPoint = 0.01;
 constexpr double kBasisPoint = 0.0001;
 
-// Re-prices a product under shifted markets, remembering each shift's value so that Greeks
-// computed together (BasicGreeks, AllGreeks) share their re-pricings.
+// Re-prices a product under shifted markets. A set of Greeks is computed twice over: a first
+// pass only lists the shifts its formulas ask for (every value reads 0), so that they are all
+// simulated together, sharing each path's draws; the second pass reads their values.
 class Revaluer {
 public:
     explicit Revaluer(const XScriptStructure& product) : m_product(product) {}
@@ -23,24 +24,34 @@ public:
     const XScriptInputs& Inputs() const { return m_product.Inputs(); }
 
     double operator()(double spot, double volatility, double rate1 = 0.0, std::int32_t days = 0) {
-        const auto key = std::make_tuple(spot, volatility, rate1, days);
-        if (const auto found = m_values.find(key); found != m_values.end()) return found->second;
         MarketShift shift;
         shift.spot = spot;
         shift.volatility = volatility;
         shift.rate1 = rate1;
         shift.timeDays = days;
+        if (m_listing) {
+            m_listed.push_back(shift);
+            return 0.0;
+        }
         const bool base = spot == 0.0 && volatility == 0.0 && rate1 == 0.0 && days == 0;
-        const double value =
-            base ? m_product.RepriceShifted(shift, "GetBasePrice: not find result when pricing!")
-                 : m_product.RepriceShifted(shift);
-        m_values.emplace(key, value);
-        return value;
+        return base ? m_product.RepriceShifted(shift, "GetBasePrice: not find result when pricing!")
+                    : m_product.RepriceShifted(shift);
+    }
+
+    // Runs `greeks` once listing, simulates what it listed, and returns its second run.
+    template <class Greeks>
+    auto Together(Greeks&& greeks) {
+        m_listing = true;
+        greeks(*this);
+        m_listing = false;
+        m_product.SimulateTogether(m_listed, m_product.RepricingPaths(), true);
+        return greeks(*this);
     }
 
 private:
     const XScriptStructure& m_product;
-    std::map<std::tuple<double, double, double, std::int32_t>, double> m_values;
+    bool m_listing = false;
+    std::vector<MarketShift> m_listed;
 };
 
 double VolPoint(const XScriptInputs& in) { return in.model == 2 ? kVolPoint * in.spot : kVolPoint; }
@@ -102,8 +113,7 @@ double ForwardDeltaOf(Revaluer& value) {
 
 template <double (*Greek)(Revaluer&)>
 double Alone(const XScriptStructure& product) {
-    Revaluer value(product);
-    return Greek(value);
+    return Revaluer(product).Together(Greek);
 }
 
 std::map<std::string, double> BasicGreeksOf(Revaluer& value) {
@@ -158,17 +168,17 @@ double Rho(const XScriptStructure& product) { return Alone<RhoOf>(product); }
 double ForwardDelta(const XScriptStructure& product) { return Alone<ForwardDeltaOf>(product); }
 
 std::map<std::string, double> BasicGreeks(const XScriptStructure& product) {
-    Revaluer value(product);
-    return BasicGreeksOf(value);
+    return Revaluer(product).Together(BasicGreeksOf);
 }
 
 std::map<std::string, double> AllGreeks(const XScriptStructure& product) {
-    Revaluer value(product);
-    auto greeks = BasicGreeksOf(value);
-    greeks["Vanna"] = VannaOf(value);
-    greeks["Volga"] = VolgaOf(value);
-    greeks["ForwardDelta"] = ForwardDeltaOf(value);
-    return greeks;
+    return Revaluer(product).Together([](Revaluer& value) {
+        auto greeks = BasicGreeksOf(value);
+        greeks["Vanna"] = VannaOf(value);
+        greeks["Volga"] = VolgaOf(value);
+        greeks["ForwardDelta"] = ForwardDeltaOf(value);
+        return greeks;
+    });
 }
 
 }  // namespace zep

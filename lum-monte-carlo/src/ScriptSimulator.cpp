@@ -5,19 +5,32 @@
 namespace zep {
 
 template <class T>
-ScriptSimulator<T>::ScriptSimulator(std::unique_ptr<ScriptModelApi<T>> model,
+ScriptSimulator<T>::ScriptSimulator(std::vector<ScriptMarket<T>> markets,
                                     std::unique_ptr<RandomGen> generator, SimulationGrid grid,
-                                    std::vector<T> numeraires,
-                                    std::shared_ptr<const PathPayoff> payoff, T spot,
-                                    bool smoothed)
-    : MonteCarloSimulator<T>(std::move(generator), payoff->VariableNames().size()),
-      m_model(std::move(model)),
+                                    std::shared_ptr<const PathPayoff> payoff, bool smoothed)
+    : MonteCarloSimulator<T>(std::move(generator), markets.size() * payoff->VariableNames().size()),
+      m_markets(std::move(markets)),
       m_grid(std::move(grid)),
-      m_numeraires(std::move(numeraires)),
       m_payoff(std::move(payoff)),
-      m_spot(spot),
       m_smoothed(smoothed) {
-    m_model->SetGrid(m_grid.times);
+    for (auto& market : m_markets) market.model->SetGrid(m_grid.times);
+}
+
+template <class T>
+std::vector<SimulationResult> ScriptSimulator<T>::RunMarkets(std::size_t paths, std::size_t threads) {
+    // The frame averages market after market: columns [k * variables, (k + 1) * variables).
+    const SimulationResult all = this->Run(paths, threads);
+    const std::size_t variables = m_payoff->VariableNames().size();
+    std::vector<SimulationResult> results(m_markets.size());
+    for (std::size_t k = 0; k < m_markets.size(); ++k) {
+        const auto first = static_cast<std::ptrdiff_t>(k * variables);
+        const auto last = first + static_cast<std::ptrdiff_t>(variables);
+        results[k].mean.assign(all.mean.begin() + first, all.mean.begin() + last);
+        results[k].standardError.assign(all.standardError.begin() + first, all.standardError.begin() + last);
+        results[k].paths = all.paths;
+        results[k].threads = all.threads;
+    }
+    return results;
 }
 
 template <class T>
@@ -28,21 +41,23 @@ void ScriptSimulator<T>::SimulatePaths(RandomGen& generator, std::uint64_t first
     std::vector<T> spots(m_grid.Steps());
     const std::size_t events = m_grid.eventStep.size();
     std::vector<ScenarioPoint> scenario(events);
-    for (std::size_t e = 0; e < events; ++e) scenario[e].numeraire = m_numeraires[e];
     const std::size_t variables = m_payoff->VariableNames().size();
     const auto evaluator = m_payoff->NewEvaluator(m_smoothed);
 
     for (std::uint64_t path = first; path < last; ++path) {
         generator.StartPath(path);
         generator.NextPath(normals.data(), normals.size());
-        m_model->SimulatePath(normals.data(), spots.data());
-        for (std::size_t e = 0; e < events; ++e) {
-            const std::int32_t step = m_grid.eventStep[e];
-            scenario[e].spot = step < 0 ? m_spot : spots[step];
+        T* row = out + (path - first) * variables * m_markets.size();
+        for (const ScriptMarket<T>& market : m_markets) {
+            market.model->SimulatePath(normals.data(), spots.data());
+            for (std::size_t e = 0; e < events; ++e) {
+                const std::int32_t step = m_grid.eventStep[e];
+                scenario[e] = {step < 0 ? market.spot : spots[step], market.numeraires[e]};
+            }
+            std::fill(row, row + variables, T(0));
+            evaluator->Evaluate(scenario.data(), row);
+            row += variables;
         }
-        T* row = out + (path - first) * variables;
-        std::fill(row, row + variables, T(0));
-        evaluator->Evaluate(scenario.data(), row);
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <map>
+#include <set>
 #include <sstream>
 #include <thread>
 
@@ -130,55 +132,92 @@ XScriptStructure::XScriptStructure(XScriptInputs inputs, std::shared_ptr<const P
     m_localVol = std::move(surface);
 }
 
-PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t paths,
-                                          bool smoothed) const {
+OutcomeKey XScriptStructure::KeyOf(const MarketShift& shift, std::int64_t paths, bool smoothed) const {
     const RunMode mode = EffectiveRunMode(EnvironmentValue("ZEP_RUNMODE"));
     const std::size_t threads =
         mode == RunMode::SingleThread
             ? 1
             : ThreadCount(static_cast<std::size_t>(paths), std::thread::hardware_concurrency(),
                           EnvironmentValue("ZEP_NUM_THREADS"));
-    const OutcomeKey key{shift.spot, shift.volatility, shift.rate1, shift.rate2, shift.discount,
-                         shift.spotDays, shift.timeDays, paths, smoothed,
-                         DailyStepsForced(EnvironmentValue("ZEP_BS_DAILY_STEPS")), threads};
-    return m_outcomes.Get(key, [&] { return Run(shift, paths, smoothed, threads); });
+    return OutcomeKey{shift.spot, shift.volatility, shift.rate1, shift.rate2, shift.discount,
+                      shift.spotDays, shift.timeDays, paths, smoothed,
+                      DailyStepsForced(EnvironmentValue("ZEP_BS_DAILY_STEPS")), threads};
 }
 
-PricingOutcome XScriptStructure::Run(const MarketShift& shift, std::int64_t paths, bool smoothed,
-                                     std::size_t threads) const {
+PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t paths,
+                                          bool smoothed) const {
+    const OutcomeKey key = KeyOf(shift, paths, smoothed);
+    return m_outcomes.Get(key, [&] { return Run({shift}, paths, smoothed, key.threads).front(); });
+}
+
+void XScriptStructure::SimulateTogether(const std::vector<MarketShift>& shifts, std::int64_t paths,
+                                        bool smoothed) const {
+    // Every market of a shared simulation keeps its values of every path until the paths are
+    // summed; past this many values the markets are simulated in several groups.
+    constexpr std::size_t kValuesPerSimulation = std::size_t(1) << 25;
+    std::map<std::pair<std::int32_t, std::int32_t>, std::vector<MarketShift>> byDates;
+    std::set<OutcomeKey> pending;
+    for (const MarketShift& shift : shifts) {
+        const OutcomeKey key = KeyOf(shift, paths, smoothed);
+        if (!m_outcomes.Contains(key) && pending.insert(key).second)
+            byDates[{shift.timeDays, shift.spotDays}].push_back(shift);
+    }
+    const std::size_t valuesPerMarket =
+        static_cast<std::size_t>(paths) * std::max<std::size_t>(m_payoff->VariableNames().size(), 1);
+    const std::size_t marketsPerRun = std::max<std::size_t>(1, kValuesPerSimulation / valuesPerMarket);
+    for (const auto& [dates, group] : byDates) {
+        for (std::size_t first = 0; first < group.size(); first += marketsPerRun) {
+            const std::vector<MarketShift> markets(
+                group.begin() + static_cast<std::ptrdiff_t>(first),
+                group.begin() + static_cast<std::ptrdiff_t>(std::min(group.size(), first + marketsPerRun)));
+            const std::size_t threads = KeyOf(markets.front(), paths, smoothed).threads;
+            std::vector<PricingOutcome> outcomes = Run(markets, paths, smoothed, threads);
+            for (std::size_t k = 0; k < markets.size(); ++k)
+                m_outcomes.Put(KeyOf(markets[k], paths, smoothed), std::move(outcomes[k]));
+        }
+    }
+}
+
+std::vector<PricingOutcome> XScriptStructure::Run(const std::vector<MarketShift>& shifts,
+                                                  std::int64_t paths, bool smoothed,
+                                                  std::size_t threads) const {
+    const MarketShift& dates = shifts.front();
     const Date modelDate = ShiftedDate(
-        ShiftedDate(m_inputs.today, shift.timeDays,
+        ShiftedDate(m_inputs.today, dates.timeDays,
                     "Invalid date: today + delta_days < 1 in time calculation"),
-        shift.spotDays, "Invalid date: today + delta_days < 1 in spot_time calculation");
-    const Date discountDate = ShiftedDate(m_inputs.today, shift.timeDays,
+        dates.spotDays, "Invalid date: today + delta_days < 1 in spot_time calculation");
+    const Date discountDate = ShiftedDate(m_inputs.today, dates.timeDays,
                                           "Invalid date: today + delta_days < 1 in time calculation");
 
-    auto model = MakeScriptModel(m_inputs.model, ShiftedModelInputs(m_inputs, shift), m_inputs.spot);
-
-    std::vector<std::int32_t> modelDays;
-    std::vector<double> numeraires;
-    const double discountRate = m_inputs.rate1 + shift.rate1 + shift.discount;
-    for (const Date& event : m_inputs.eventDates) {
-        modelDays.push_back(event.SerialNumber() - modelDate.SerialNumber());
-        const double t = std::max(event.SerialNumber() - discountDate.SerialNumber(), 0) /
-                         m_inputs.dayBasis;
-        numeraires.push_back(std::exp(-discountRate * t));
+    std::vector<ScriptMarket<double>> markets;
+    for (const MarketShift& shift : shifts) {
+        ScriptMarket<double> market{MakeScriptModel(m_inputs.model, ShiftedModelInputs(m_inputs, shift), m_inputs.spot),
+                                    {}, m_inputs.spot + shift.spot};
+        const double discountRate = m_inputs.rate1 + shift.rate1 + shift.discount;
+        for (const Date& event : m_inputs.eventDates) {
+            const double t = std::max(event.SerialNumber() - discountDate.SerialNumber(), 0) /
+                             m_inputs.dayBasis;
+            market.numeraires.push_back(std::exp(-discountRate * t));
+        }
+        markets.push_back(std::move(market));
     }
-    SimulationGrid grid = BuildSimulationGrid(modelDays, m_inputs.dayBasis, MaxStepDays(*model));
+    std::vector<std::int32_t> modelDays;
+    for (const Date& event : m_inputs.eventDates) modelDays.push_back(event.SerialNumber() - modelDate.SerialNumber());
+    SimulationGrid grid = BuildSimulationGrid(modelDays, m_inputs.dayBasis, MaxStepDays(*markets.front().model));
     const std::size_t steps = grid.Steps();
-    const std::size_t draws = steps * model->FactorsPerStep();
+    const std::size_t draws = steps * markets.front().model->FactorsPerStep();
     std::unique_ptr<RandomGen> generator;
     if (m_inputs.quasiRandom)
         generator = std::make_unique<QmcRanGen>(draws);
     else
         generator = std::make_unique<BasicRanGen>(m_inputs.seed);
 
-    ScriptSimulator<double> simulator(std::move(model), std::move(generator), std::move(grid),
-                                      std::move(numeraires), m_payoff, m_inputs.spot + shift.spot,
+    ScriptSimulator<double> simulator(std::move(markets), std::move(generator), std::move(grid), m_payoff,
                                       smoothed);
-    PricingOutcome outcome{m_payoff->VariableNames(),
-                           simulator.Run(static_cast<std::size_t>(paths), threads), steps};
-    return outcome;
+    std::vector<PricingOutcome> outcomes;
+    for (SimulationResult& result : simulator.RunMarkets(static_cast<std::size_t>(paths), threads))
+        outcomes.push_back(PricingOutcome{m_payoff->VariableNames(), std::move(result), steps});
+    return outcomes;
 }
 
 std::size_t XScriptStructure::PriceIndex(const PricingOutcome& outcome,

@@ -44,6 +44,8 @@ public:
     // The outcome under `key`, simulating it with `simulate` the first time. Two threads asking
     // for the same missing outcome may both simulate it; both get the same numbers.
     PricingOutcome Get(const OutcomeKey& key, const std::function<PricingOutcome()>& simulate) const;
+    bool Contains(const OutcomeKey& key) const;
+    void Put(const OutcomeKey& key, PricingOutcome outcome) const;
 
 private:
     // Re-pricings under arbitrary user shifts could grow the map without end; past this size it

@@ -1,8 +1,15 @@
 // Monte Carlo simulation of a scripted product: the model draws each path's spots on the grid,
 // the event dates pick their spots out of it, and the payoff script runs on the scenario.
+//
+// Several markets can share one simulation: the re-pricings of the Greeks move the spot, the
+// volatility or the rates but not the time grid, so each path's normals are drawn once and every
+// market's model steps on them. Market k's values of a path are exactly those a simulation of
+// that market alone gives (the same normals, the same model, the same script), and the threading
+// frame sums them per market in path order.
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "lum-monte-carlo/MonteCarloSimulator.hpp"
 #include "lum-monte-carlo/PathPayoff.hpp"
@@ -12,24 +19,30 @@
 namespace zep {
 
 template <class T>
+struct ScriptMarket {
+    std::unique_ptr<ScriptModelApi<T>> model;
+    std::vector<T> numeraires;  // per event date, the factor its payments are multiplied by
+    T spot;
+};
+
+template <class T>
 class ScriptSimulator final : public MonteCarloSimulator<T> {
 public:
-    // `numeraires`: per event date, the factor its payments are multiplied by.
-    ScriptSimulator(std::unique_ptr<ScriptModelApi<T>> model, std::unique_ptr<RandomGen> generator,
-                    SimulationGrid grid, std::vector<T> numeraires,
-                    std::shared_ptr<const PathPayoff> payoff, T spot, bool smoothed);
+    // Every market's model is of one type (they differ in their inputs only).
+    ScriptSimulator(std::vector<ScriptMarket<T>> markets, std::unique_ptr<RandomGen> generator,
+                    SimulationGrid grid, std::shared_ptr<const PathPayoff> payoff, bool smoothed);
 
-    std::size_t DrawsPerPath() const { return m_grid.Steps() * m_model->FactorsPerStep(); }
+    std::size_t DrawsPerPath() const { return m_grid.Steps() * m_markets.front().model->FactorsPerStep(); }
+    // One result per market, in the order given.
+    std::vector<SimulationResult> RunMarkets(std::size_t paths, std::size_t threads);
 
 private:
     void SimulatePaths(RandomGen& generator, std::uint64_t first, std::uint64_t last,
                        T* out) const override;
 
-    std::unique_ptr<ScriptModelApi<T>> m_model;
+    std::vector<ScriptMarket<T>> m_markets;
     SimulationGrid m_grid;
-    std::vector<T> m_numeraires;
     std::shared_ptr<const PathPayoff> m_payoff;
-    T m_spot;
     bool m_smoothed;
 };
 

@@ -70,6 +70,9 @@ public:
     // A full simulation with `paths` paths under the shifted market; run once per product and
     // settings, then read from the product's outcome cache.
     PricingOutcome Simulate(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
+    // Simulates every shift not simulated yet into the outcome cache; shifts that keep the time
+    // grid (all but moves of the dates) share one simulation of the paths' draws.
+    void SimulateTogether(const std::vector<MarketShift>& shifts, std::int64_t paths, bool smoothed) const;
     double Price() const;
     double PriceStandardError() const;
     std::map<std::string, double> ResultByVariable() const;
@@ -86,8 +89,10 @@ public:
     const LocalVol* SurfaceForDistance() const { return m_localVol.get(); }
 
 private:
-    PricingOutcome Run(const MarketShift& shift, std::int64_t paths, bool smoothed,
-                       std::size_t threads) const;
+    OutcomeKey KeyOf(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
+    // One simulation of the markets of `shifts`, which all move the dates alike.
+    std::vector<PricingOutcome> Run(const std::vector<MarketShift>& shifts, std::int64_t paths,
+                                    bool smoothed, std::size_t threads) const;
     PricingOutcome BaseOutcome() const;
     std::size_t PriceIndex(const PricingOutcome& outcome, const char* missingMessage) const;
 
