@@ -3,6 +3,9 @@
 * zep under Black-Scholes, 100 000 paths, 2 threads, against the same product written as
   vectorised NumPy (same grid: one step per event day);
 * zep with 1 thread against 2 threads;
+* one thread: Price() against NumPy, Price() then PriceStandardError() (one run serves both),
+  BasicGreeks() and AllGreeks() against Price(), with NumPy's price checked against zep's
+  within 4 standard errors;
 * the same product under Heston;
 * path-steps per second for each model.
 
@@ -38,6 +41,7 @@ def note(model=None, parameters=(), paths=PATHS):
 
 
 def best(action, clock=time.perf_counter):
+    """Best of REPEATS calls. A product keeps its results, so timed actions price a new one."""
     times = []
     for _ in range(REPEATS):
         start = clock()
@@ -89,38 +93,61 @@ def main():
     os.environ["ZEP_NUM_THREADS"] = "2"
     bs = note()
     steps = int(bs.Description().split("numPath:")[1].split()[0])
-    t_zep, price = best(bs.Price)
+    t_zep, price = best(lambda: note().Price())
     t_numpy, numpy_price = best(lambda: numpy_autocall(PATHS))
     print(f"Black-Scholes, 2 threads: zep {t_zep:.3f} s (price {price:.5f}), "
           f"NumPy {t_numpy:.3f} s (price {numpy_price:.5f}), zep {t_numpy / t_zep:.2f}x faster")
 
     os.environ["ZEP_NUM_THREADS"] = "1"
-    t_one, _ = best(bs.Price)
+    t_one, _ = best(lambda: note().Price())
     print(f"Threads: 1 thread {t_one:.3f} s, 2 threads {t_zep:.3f} s, speed-up {t_one / t_zep:.2f}x")
     # CPU seconds of one thread against NumPy's (single-threaded) CPU seconds: the work each
     # does, independent of how busy the machine's other core is.
-    cpu_zep, _ = best(bs.Price, time.process_time)
+    cpu_zep, _ = best(lambda: note().Price(), time.process_time)
     cpu_numpy, _ = best(lambda: numpy_autocall(PATHS), time.process_time)
     print(f"CPU time, 1 thread: zep {cpu_zep:.3f} s, NumPy {cpu_numpy:.3f} s, "
           f"zep does the work {cpu_numpy / cpu_zep:.2f}x cheaper")
 
+    # Fresh products: every figure below includes its simulations (nothing cached beforehand).
+    start = time.perf_counter()
+    one = note()
+    one_price = one.Price()
+    t_price = time.perf_counter() - start
+    one_error = one.PriceStandardError()
+    t_with_error = time.perf_counter() - start
+    print(f"1 thread: Price() {t_price:.3f} s, then PriceStandardError() {t_with_error - t_price:.4f} s more; "
+          f"NumPy {t_numpy:.3f} s: zep {t_numpy / t_price:.2f}x faster")
+    assert abs(numpy_price - one_price) < 4 * one_error, (numpy_price, one_price, one_error)
+    print(f"  NumPy's price {numpy_price:.5f} is {abs(numpy_price - one_price) / one_error:.1f} "
+          f"standard errors ({one_error:.5f}) from zep's {one_price:.5f}")
+    for label, greeks in (("BasicGreeks", lambda n: n.BasicGreeks()), ("AllGreeks", lambda n: n.AllGreeks())):
+        fresh = note()
+        start = time.perf_counter()
+        fresh.Price()
+        t_base = time.perf_counter() - start
+        greeks(fresh)
+        t_greeks = time.perf_counter() - start - t_base
+        print(f"  {label}() {t_greeks:.3f} s after Price() {t_base:.3f} s: {t_greeks / t_base:.1f}x the price")
+
     os.environ["ZEP_NUM_THREADS"] = "2"
     heston = note("Heston", (1.5, 0.04, 0.4, -0.6, 0.04))
-    t_heston, heston_price = best(heston.Price)
+    t_heston, heston_price = best(lambda: note("Heston", (1.5, 0.04, 0.4, -0.6, 0.04)).Price())
     heston_steps = int(heston.Description().split("numPath:")[1].split()[0])
     print(f"Heston, 2 threads: {t_heston:.3f} s (price {heston_price:.5f}, {heston_steps} steps)")
 
     print("Path-steps per second, 2 threads:")
     rows = [("BlackScholes", bs, steps, t_zep), ("Heston", heston, heston_steps, t_heston)]
     for model, params in (("Bachelier", ()), ("Dupire", (0.2, -0.1, 0.05, 0.0, 0.05, 1.0))):
-        product = note(model, params)
-        if model == "Bachelier":
+        def build(model=model, params=params):
+            if model != "Bachelier":
+                return note(model, params)
             definition = copy.deepcopy(DEFINITION)
             definition["model"] = {"type": "Bachelier"}
             definition["market"]["volatility"] = 20.0
             definition["simulation"]["paths"] = PATHS
-            product = zep.MXScriptStructure.FromDefinition(json.dumps(definition, default=str))
-        t, _ = best(product.Price)
+            return zep.MXScriptStructure.FromDefinition(json.dumps(definition, default=str))
+        product = build()
+        t, _ = best(lambda: build().Price())
         rows.append((model, product, int(product.Description().split("numPath:")[1].split()[0]), t))
     for model, _, n_steps, t in rows:
         print(f"  {model:<13} {PATHS * n_steps / t / 1e6:8.1f} M path-steps/s ({n_steps} steps, {t:.3f} s)")
