@@ -160,15 +160,18 @@ OpJumpUnlessSupEqualConstVar: JUMP_IF(!(in->value - x[in->operand] >= 0.0));
 OpJumpUnlessEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) == 0.0));
 OpJumpUnlessSupTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) > 0.0));
 OpJumpUnlessSupEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) >= 0.0));
-// The same event again and again (a daily barrier check) runs as one loop over its dates.
+// The same event again and again (a daily barrier check) runs as one loop over its dates: on to
+// the next date while its event is this one instruction again.
+#define STAY_IN_RUN_OR_BREAK                                                                   \
+    if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;                \
+    in += 2;                                                                                   \
+    ++points;                                                                                  \
+    spot = points->spot;                                                                       \
+    numeraire = points->numeraire
 #define ASSIGN_IF(test)                                                                        \
     for (const TermComparison comparison = comparisons[in->target];;) {                       \
         if (test(Difference(comparison, spot, x))) x[in->operand] = in->value;                \
-        if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;            \
-        in += 2;                                                                               \
-        ++points;                                                                              \
-        spot = points->spot;                                                                   \
-        numeraire = points->numeraire;                                                         \
+        STAY_IN_RUN_OR_BREAK;                                                                  \
     }                                                                                          \
     NEXT
 OpAssignIfEqualTerms: ASSIGN_IF([](double d) { return d == 0.0; });
@@ -192,16 +195,13 @@ OpEnd:
         double& value = x[in->operand];                                                        \
         if (d > 0.999999999999) value = in->value;                                             \
         else if (!(d < 1e-12)) value = d * in->value + (1.0 - d) * value;                      \
-        if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;             \
-        in += 2;                                                                               \
-        ++points;                                                                              \
-        spot = points->spot;                                                                   \
-        numeraire = points->numeraire;                                                         \
+        STAY_IN_RUN_OR_BREAK;                                                                  \
     }                                                                                          \
     NEXT
 OpFuzzyAssignIfEqualTerms: FUZZY_ASSIGN_IF(EqualDegree);
 OpFuzzyAssignIfSupTerms: FUZZY_ASSIGN_IF(AboveDegree);
 #undef FUZZY_ASSIGN_IF
+#undef STAY_IN_RUN_OR_BREAK
 OpFuzzyEqual: top[-1] = EqualDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzySup: top[-1] = AboveDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzyAnd: --top; top[-1] = top[-1] * top[0]; NEXT;
