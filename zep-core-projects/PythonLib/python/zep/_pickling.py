@@ -109,7 +109,7 @@ def _recording_init(cls):
     @functools.wraps(build)
     def __init__(self, *args, **kwargs):
         build(self, *args, **kwargs)
-        self.__dict__[_RECIPE] = (cls, None, args, kwargs, [])
+        self.__dict__[_RECIPE] = (type(self), None, args, kwargs, [])  # a subclass rebuilds as itself
     return __init__
 
 
