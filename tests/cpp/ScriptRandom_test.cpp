@@ -150,6 +150,46 @@ TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandom
     EXPECT_GT(built, 1400);
 }
 
+// Runs of identical guard events, checked as one run, against the tree evaluators date by date:
+// every comparison form, sharp and smoothed (a narrow band, a wide one), a guard that reads the
+// variable it sets (checked date by date), and spots that sit on the barrier, cross it at every
+// position of a run or are NaN.
+TEST(ScriptCompiler, RunsOfIdenticalGuardsGiveTheTreeEvaluatorsValues) {
+    const std::vector<std::string> guards = {
+        "IF SPOT() / S0 < KI THEN HIT = 1 ENDIF",   "IF SPOT() / S0 <= KI THEN HIT = 1 ENDIF",
+        "IF SPOT() / S0 = KI THEN HIT = 1 ENDIF",   "IF SPOT() * 0.01 > 1.3; 0.05 THEN HIT = 2 ENDIF",
+        "IF SPOT() >= 130; 0 THEN HIT = 3 ENDIF",   "IF HIT < SPOT() / S0 THEN HIT = 0.9 ENDIF"};
+    std::mt19937 random(20241124);
+    std::normal_distribution<double> step(0.0, 0.03);
+    for (const std::string& guard : guards) {
+        constexpr int kDates = 23;  // five runs of four and a tail
+        std::vector<std::string> scripts = {"S0 = 100 KI = 0.7 HIT = 0.25"};
+        for (int d = 0; d < kDates; ++d) scripts.push_back(guard);
+        scripts.push_back("P PAYS HIT");
+        const zep::ScriptProduct product(zep::testing::MonthlyDates(scripts.size()), scripts);
+        zep::ScriptPathEvaluator narrow(product), wide(product, 0.5);
+        std::vector<double> compiled(product.VariableCount()), tree(product.VariableCount());
+        for (int path = 0; path < 400; ++path) {
+            std::vector<ScenarioPoint> points(scripts.size(), ScenarioPoint{100.0, 1.0});
+            double spot = 100.0;
+            for (int d = 1; d <= kDates; ++d) points[d].spot = spot *= std::exp(step(random) * (1 + path % 7));
+            if (path % 5 == 0) points[1 + path % kDates].spot = 70.0;   // on the barrier
+            if (path % 11 == 0) points[1 + path % kDates].spot = 130.0;
+            if (path % 13 == 0) points[1 + path % kDates].spot = NAN;
+            for (auto* evaluator : {&narrow, &wide}) {
+                evaluator->Evaluate(points, compiled);
+                evaluator->EvaluateTree(points, tree);
+                for (std::size_t v = 0; v < tree.size(); ++v)
+                    ASSERT_TRUE(SameDouble(compiled[v], tree[v])) << guard << " sharp, path " << path;
+                evaluator->EvaluateFuzzy(points, compiled);
+                evaluator->EvaluateFuzzyTree(points, tree);
+                for (std::size_t v = 0; v < tree.size(); ++v)
+                    ASSERT_TRUE(SameDouble(compiled[v], tree[v])) << guard << " smoothed, path " << path;
+            }
+        }
+    }
+}
+
 // Feeds a string to the whole pipeline, evaluating it when it builds.
 void Digest(const std::string& script) {
     try {

@@ -1,6 +1,9 @@
 #include "lum-monte-carlo/script/CompiledScript.hpp"
 
+#include <algorithm>
 #include <cmath>
+
+#include "GuardRuns.hpp"
 
 namespace zep {
 
@@ -16,22 +19,27 @@ CompiledScript::Scratch CompiledScript::MakeScratch(double defaultEps) const {
 
 namespace {
 
-// The same operations, in the same order, as the tree evaluator applies to these nodes.
-inline double Value(const Term& term, double spot, const double* x) {
-    const double base = term.fromSpot ? spot : 1.0;
-    const double factor = term.variableFactor ? x[term.index] : term.value;
-    return term.divides ? base / factor : base * factor;
+using detail::Difference;
+using detail::FirstPassing;
+using detail::Passing;
+
+bool IsGuard(OpCode op) {
+    switch (op) {
+        case OpCode::AssignIfEqualTerms: case OpCode::AssignIfSupTerms: case OpCode::AssignIfSupEqualTerms:
+        case OpCode::FuzzyAssignIfEqualTerms: case OpCode::FuzzyAssignIfSupTerms:
+            return true;
+        default:
+            return false;
+    }
 }
+
+bool Reads(const Term& term, std::int32_t variable) { return term.variableFactor && term.index == variable; }
 
 // True when `event` is a one-instruction event, and `next` (the instruction after its end,
 // where the next event starts) is that same instruction.
 inline bool SameSingleInstructionEvent(const Instruction* event, const Instruction* next) {
     return event[1].op == OpCode::End && next->op == event->op && next->operand == event->operand &&
            next->target == event->target && next->value == event->value;
-}
-
-inline double Difference(const TermComparison& comparison, double spot, const double* x) {
-    return Value(comparison.left, spot, x) - Value(comparison.right, spot, x);
 }
 
 // The degrees of truth of smoothed comparisons of the difference x, in the same operations and
@@ -61,7 +69,35 @@ inline double EqualDegree(const FuzzyTest& test, double x, double defaultEps) {
     return -h <= x && x <= h ? (h - std::abs(x)) / h : 0.0;
 }
 
+// The dates of a guard's run still within this call's points.
+inline std::size_t RunLength(const Instruction& guard, const ScenarioPoint* points, const ScenarioPoint* lastPoint) {
+    return std::min(static_cast<std::size_t>(guard.run), static_cast<std::size_t>(lastPoint - points) + 1);
+}
+
+// A test the dates whose smoothed degree can be above zero pass (a superset: the degree itself
+// decides). Below the ramp, outside the tent or a discrete domain's lower point, it is zero.
+inline std::pair<Passing, double> MaybeAboveZero(const FuzzyTest& test, bool above, double defaultEps) {
+    if (test.discrete) return {Passing::NotBelow, test.lower};
+    const double w = test.eps < 0.0 ? defaultEps : test.eps;
+    if (above && w == 0.0) return {test.orEqual ? Passing::AtLeast : Passing::Above, 0.0};
+    return {Passing::NotBelow, -(w / 2)};
+}
+
 }  // namespace
+
+void CompiledScript::MarkGuardRuns() {
+    // From the last event back: a guard event continues the run of the next date's event when
+    // that event is the same guard.
+    for (std::size_t e = m_eventStart.size(); e-- > 0;) {
+        Instruction& guard = m_code[m_eventStart[e]];
+        if (!IsGuard(guard.op) || m_code[m_eventStart[e] + 1].op != OpCode::End) continue;
+        const bool smoothed = guard.op == OpCode::FuzzyAssignIfEqualTerms || guard.op == OpCode::FuzzyAssignIfSupTerms;
+        const TermComparison& sides = m_comparisons[smoothed ? m_fuzzyTests[guard.target].comparison : guard.target];
+        if (Reads(sides.left, guard.operand) || Reads(sides.right, guard.operand)) continue;
+        if (e + 1 < m_eventStart.size() && SameSingleInstructionEvent(&guard, &m_code[m_eventStart[e + 1]]))
+            guard.run = m_code[m_eventStart[e + 1]].run + 1;
+    }
+}
 
 // Dispatch by computed goto: each handler ends in its own indirect jump, which the processor
 // predicts far better than the single jump of a switch.
@@ -160,23 +196,24 @@ OpJumpUnlessSupEqualConstVar: JUMP_IF(!(in->value - x[in->operand] >= 0.0));
 OpJumpUnlessEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) == 0.0));
 OpJumpUnlessSupTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) > 0.0));
 OpJumpUnlessSupEqualTerms: JUMP_IF(!(Difference(comparisons[in->operand], spot, x) >= 0.0));
-// The same event again and again (a daily barrier check) runs as one loop over its dates: on to
-// the next date while its event is this one instruction again.
-#define STAY_IN_RUN_OR_BREAK                                                                   \
-    if (points == lastPoint || !SameSingleInstructionEvent(in, in + 2)) break;                \
-    in += 2;                                                                                   \
-    ++points;                                                                                  \
+// A run of dates with one and the same guard (a daily barrier check) is checked in one go: the
+// guard sets its constant when any date passes, since no date of the run reads what it sets.
+#define TO_THE_RUN_END(dates)                                                                  \
+    in += 2 * ((dates) - 1);                                                                   \
+    points += (dates) - 1;                                                                     \
     spot = points->spot;                                                                       \
     numeraire = points->numeraire
-#define ASSIGN_IF(test)                                                                        \
-    for (const TermComparison comparison = comparisons[in->target];;) {                       \
-        if (test(Difference(comparison, spot, x))) x[in->operand] = in->value;                \
-        STAY_IN_RUN_OR_BREAK;                                                                  \
+#define ASSIGN_IF(rule)                                                                        \
+    {                                                                                          \
+        const std::size_t dates = RunLength(*in, points, lastPoint);                           \
+        if (FirstPassing(rule, 0.0, comparisons[in->target], points, dates, x) < dates)         \
+            x[in->operand] = in->value;                                                        \
+        TO_THE_RUN_END(dates);                                                                 \
     }                                                                                          \
     NEXT
-OpAssignIfEqualTerms: ASSIGN_IF([](double d) { return d == 0.0; });
-OpAssignIfSupTerms: ASSIGN_IF([](double d) { return d > 0.0; });
-OpAssignIfSupEqualTerms: ASSIGN_IF([](double d) { return d >= 0.0; });
+OpAssignIfEqualTerms: ASSIGN_IF(Passing::Equal);
+OpAssignIfSupTerms: ASSIGN_IF(Passing::Above);
+OpAssignIfSupEqualTerms: ASSIGN_IF(Passing::AtLeast);
 #undef ASSIGN_IF
 OpAssign: x[in->operand] = *--top; NEXT;
 OpAssignConst: x[in->operand] = in->value; NEXT;
@@ -188,20 +225,29 @@ OpEnd:
     numeraire = points->numeraire;
     NEXT;
 // A smoothed knock-in check: THEN alone sets the constant, an undecided degree blends it with
-// the value the variable had (what saving, running THEN, restoring and blending come to).
+// the value the variable had (what saving, running THEN, restoring and blending come to). Over
+// a run of dates, only those whose degree can be above zero are visited, in date order.
 #define FUZZY_ASSIGN_IF(Degree)                                                                \
-    for (const FuzzyTest test = fuzzyTests[in->target];;) {                                    \
-        const double d = Degree(test, Difference(comparisons[test.comparison], spot, x), defaultEps); \
+    {                                                                                          \
+        const FuzzyTest& test = fuzzyTests[in->target];                                        \
+        const TermComparison& comparison = comparisons[test.comparison];                      \
+        const std::size_t dates = RunLength(*in, points, lastPoint);                           \
+        const auto [rule, bound] = MaybeAboveZero(test, in->op == OpCode::FuzzyAssignIfSupTerms, defaultEps); \
         double& value = x[in->operand];                                                        \
-        if (d > 0.999999999999) value = in->value;                                             \
-        else if (!(d < 1e-12)) value = d * in->value + (1.0 - d) * value;                      \
-        STAY_IN_RUN_OR_BREAK;                                                                  \
+        for (std::size_t date = 0;; ++date) {                                                  \
+            date += FirstPassing(rule, bound, comparison, points + date, dates - date, x);     \
+            if (date >= dates) break;                                                          \
+            const double d = Degree(test, Difference(comparison, points[date].spot, x), defaultEps); \
+            if (d > 0.999999999999) value = in->value;                                         \
+            else if (!(d < 1e-12)) value = d * in->value + (1.0 - d) * value;                  \
+        }                                                                                      \
+        TO_THE_RUN_END(dates);                                                                 \
     }                                                                                          \
     NEXT
 OpFuzzyAssignIfEqualTerms: FUZZY_ASSIGN_IF(EqualDegree);
 OpFuzzyAssignIfSupTerms: FUZZY_ASSIGN_IF(AboveDegree);
 #undef FUZZY_ASSIGN_IF
-#undef STAY_IN_RUN_OR_BREAK
+#undef TO_THE_RUN_END
 OpFuzzyEqual: top[-1] = EqualDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzySup: top[-1] = AboveDegree(fuzzyTests[in->operand], top[-1], defaultEps); NEXT;
 OpFuzzyAnd: --top; top[-1] = top[-1] * top[0]; NEXT;

@@ -45,7 +45,7 @@ std::optional<Term> AsTerm(const Node& node) {
 }  // namespace
 
 std::size_t Compiler::Emit(OpCode op, std::int32_t operand, double value) {
-    m_script.m_code.push_back(Instruction{op, operand, 0, value});
+    m_script.m_code.push_back(Instruction{op, operand, 0, 1, value});
     m_depth += StackEffect(op);
     m_script.m_stackSize = std::max(m_script.m_stackSize, static_cast<std::size_t>(std::max<std::ptrdiff_t>(m_depth, 0)));
     return m_script.m_code.size() - 1;
@@ -57,7 +57,10 @@ void Compiler::AddEvent(const Statements& statements) {
     Emit(OpCode::End);
 }
 
-CompiledScript Compiler::Result() && { return std::move(m_script); }
+CompiledScript Compiler::Result() && {
+    m_script.MarkGuardRuns();
+    return std::move(m_script);
+}
 
 void Compiler::Expression(const Node& node) {
     if (node.isConst) Emit(OpCode::PushConst, 0, node.constVal);

@@ -100,6 +100,10 @@ struct Instruction {
     OpCode op;
     std::int32_t operand = 0;  // variable index
     std::int32_t target = 0;   // jump target
+    // A guard that is its date's whole event: how many dates in a row, from this one, have this
+    // same guard as their event and can be checked as one run (1 when the guard reads the
+    // variable it sets, so that every date must see the one before).
+    std::int32_t run = 1;
     double value = 0.0;        // constant operand
 };
 
@@ -141,6 +145,8 @@ public:
 private:
     friend class Compiler;
 
+    // Counts the runs of identical guard events (Instruction::run).
+    void MarkGuardRuns();
     // Events first .. first + count - 1, whose points are points[0 .. count - 1]. The events'
     // streams lie back to back, so the end of one leads straight into the next.
     void Run(std::size_t first, std::size_t count, const ScenarioPoint* points, double* variables,

@@ -1,0 +1,68 @@
+#include "GuardRuns.hpp"
+
+#if defined(__x86_64__)
+// AVX2 without FMA: a product and a difference must not be fused, or a lane's difference would
+// round otherwise than the one-date instruction's.
+#pragma GCC target("avx2")
+#include <immintrin.h>
+#endif
+
+namespace zep::detail {
+
+namespace {
+
+std::size_t FirstPassingOneByOne(Passing rule, double bound, const TermComparison& comparison,
+                                 const ScenarioPoint* points, std::size_t count, const double* x) {
+    for (std::size_t i = 0; i < count; ++i)
+        if (Passes(rule, Difference(comparison, points[i].spot, x), bound)) return i;
+    return count;
+}
+
+#if defined(__x86_64__)
+const bool kFourLanes = __builtin_cpu_supports("avx2");
+
+__m256d ValueLanes(const Term& term, __m256d spots, const double* x) {
+    const __m256d base = term.fromSpot ? spots : _mm256_set1_pd(1.0);
+    const __m256d factor = _mm256_set1_pd(term.variableFactor ? x[term.index] : term.value);
+    return term.divides ? _mm256_div_pd(base, factor) : _mm256_mul_pd(base, factor);
+}
+
+template <int Predicate>
+std::size_t FirstInLanes(double bound, const TermComparison& comparison, const ScenarioPoint* points,
+                         std::size_t count, const double* x) {
+    const __m256d bounds = _mm256_set1_pd(bound);
+    std::size_t i = 0;
+    for (; i + 4 <= count; i += 4) {
+        // Two points a register: (s0, n0, s1, n1) and (s2, n2, s3, n3); the spots in date order.
+        const __m256d first = _mm256_loadu_pd(&points[i].spot);
+        const __m256d second = _mm256_loadu_pd(&points[i + 2].spot);
+        const __m256d spots = _mm256_permute4x64_pd(_mm256_unpacklo_pd(first, second), 0xD8);
+        const __m256d difference =
+            _mm256_sub_pd(ValueLanes(comparison.left, spots, x), ValueLanes(comparison.right, spots, x));
+        if (const int passing = _mm256_movemask_pd(_mm256_cmp_pd(difference, bounds, Predicate)))
+            return i + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(passing)));
+    }
+    return i;
+}
+#endif
+
+}  // namespace
+
+std::size_t FirstPassing(Passing rule, double bound, const TermComparison& comparison,
+                         const ScenarioPoint* points, std::size_t count, const double* x) {
+    // The lanes stop at the first passing date or before the last partial four; one by one from there.
+    std::size_t scanned = 0;
+#if defined(__x86_64__)
+    if (kFourLanes) {
+        switch (rule) {
+            case Passing::Above: scanned = FirstInLanes<_CMP_GT_OQ>(bound, comparison, points, count, x); break;
+            case Passing::AtLeast: scanned = FirstInLanes<_CMP_GE_OQ>(bound, comparison, points, count, x); break;
+            case Passing::Equal: scanned = FirstInLanes<_CMP_EQ_OQ>(bound, comparison, points, count, x); break;
+            case Passing::NotBelow: scanned = FirstInLanes<_CMP_NLT_UQ>(bound, comparison, points, count, x); break;
+        }
+    }
+#endif
+    return scanned + FirstPassingOneByOne(rule, bound, comparison, points + scanned, count - scanned, x);
+}
+
+}  // namespace zep::detail
