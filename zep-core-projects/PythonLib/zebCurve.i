@@ -133,7 +133,7 @@ DiscountFactors(array) evaluates a whole NumPy array of times or dates in one ca
         zep::python::FillDiscountFactorsAtSerials(*$self, serials, out);
     }
     %pythoncode %{
-        def DiscountFactors(self, points):
+        def DiscountFactors(self, points: "numpy.typing.ArrayLike") -> "numpy.typing.NDArray[numpy.float64]":
             """Discount factors at a NumPy array (or any sequence) of times in years, of
             numpy.datetime64 dates, or of date texts / datetime.date values; returns an array
             of the same shape, computed in one native loop."""

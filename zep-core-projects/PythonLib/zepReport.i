@@ -15,7 +15,7 @@
 %include "lum-monte-carlo/ScriptingReporter.hpp"
 
 %pythoncode %{
-def report_to_html(markdown_path, html_path=None):
+def report_to_html(markdown_path: "str", html_path: "str | None" = None) -> "str":
     """Writes a standalone HTML view of a pricing report, its two plot markers drawn as charts
     from the data the report embeds, and returns the HTML file's path."""
     from .report_html import report_to_html as convert

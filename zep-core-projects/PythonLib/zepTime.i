@@ -159,12 +159,12 @@ Period(frequency) for the coupon period of a regular frequency.";
             # Equal dates hash alike, and alike with the datetime.date they equal.
             return hash(0) if self.IsNull() else hash(self.to_date())
 
-        def Increment(self):
+        def Increment(self) -> "Date":
             """Moves the date one day on, in place, and returns it, as the prefix ++ does."""
             self._Increment()
             return self
 
-        def Decrement(self):
+        def Decrement(self) -> "Date":
             """Moves the date one day back, in place, and returns it, as the prefix -- does."""
             self._Decrement()
             return self
@@ -184,7 +184,7 @@ Period(frequency) for the coupon period of a regular frequency.";
         def __gt__(self, other): return self._compare(other, int.__gt__)
         def __ge__(self, other): return self._compare(other, int.__ge__)
 
-        def to_date(self):
+        def to_date(self) -> "datetime.date":
             """The date as a datetime.date; ValueError for the null date, which has none."""
             import datetime
             if self.IsNull():
@@ -192,11 +192,11 @@ Period(frequency) for the coupon period of a regular frequency.";
             return datetime.date(self.Year(), self.Month(), self.DayOfMonth())
 
         @classmethod
-        def from_date(cls, value):
+        def from_date(cls, value: "datetime.date") -> "Date":
             """The zep.Date of a datetime.date (the constructor takes one too)."""
             return cls(value)
 
-        def to_datetime64(self):
+        def to_datetime64(self) -> "numpy.datetime64":
             """The date as a numpy.datetime64 day; NaT for the null date."""
             import numpy
             if self.IsNull():
@@ -210,7 +210,7 @@ Period(frequency) for the coupon period of a regular frequency.";
             return numpy.where(numpy.isnat(days), 0, days.astype(numpy.int64) + 25569)
 
         @staticmethod
-        def from_datetime64(values):
+        def from_datetime64(values: "numpy.typing.ArrayLike") -> "Date | list[Date]":
             """A zep.Date of a numpy.datetime64 scalar, or a list of them of an array of any
             datetime64 unit (cut to the day); NaT gives the null date."""
             import numpy
@@ -220,7 +220,7 @@ Period(frequency) for the coupon period of a regular frequency.";
             return [Date(int(serial)) for serial in serials.ravel()]
 
         @staticmethod
-        def datetime64_array(dates):
+        def datetime64_array(dates: "Sequence[Date | str | datetime.date]") -> "numpy.typing.NDArray[numpy.datetime64]":
             """A numpy datetime64[D] array of a sequence of dates (zep.Date, text or
             datetime.date); the null date gives NaT."""
             import numpy

@@ -138,7 +138,11 @@ def _book_columns(*columns):
     return [numpy.ascontiguousarray(a.reshape(-1)) for a in arrays], arrays[0].shape
 
 
-def PriceVanillaBook(types, strikes, vols, expiries, deliveries, rd, rf, spots):
+def PriceVanillaBook(types: "numpy.typing.ArrayLike", strikes: "numpy.typing.ArrayLike",
+                     vols: "numpy.typing.ArrayLike", expiries: "numpy.typing.ArrayLike",
+                     deliveries: "numpy.typing.ArrayLike", rd: "numpy.typing.ArrayLike",
+                     rf: "numpy.typing.ArrayLike", spots: "numpy.typing.ArrayLike"
+                     ) -> "tuple[numpy.typing.NDArray[numpy.float64], ...]":
     """Price a book of vanillas in one call.
 
     Arguments are arrays (or scalars, broadcast): option type 0 call / 1 put, strike, volatility,
@@ -152,8 +156,11 @@ def PriceVanillaBook(types, strikes, vols, expiries, deliveries, rd, rf, spots):
     return tuple(o.reshape(shape) for o in outputs)
 
 
-def ImpliedVolatilityBook(types, strikes, expiries, deliveries, rd, rf, spots, premiums,
-                          volatilityLimit=1e-4):
+def ImpliedVolatilityBook(types: "numpy.typing.ArrayLike", strikes: "numpy.typing.ArrayLike",
+                          expiries: "numpy.typing.ArrayLike", deliveries: "numpy.typing.ArrayLike",
+                          rd: "numpy.typing.ArrayLike", rf: "numpy.typing.ArrayLike",
+                          spots: "numpy.typing.ArrayLike", premiums: "numpy.typing.ArrayLike",
+                          volatilityLimit: "float" = 1e-4) -> "numpy.typing.NDArray[numpy.float64]":
     """Implied volatilities of a book of premiums (BSVanilla.VolImpliedFromPrice row by row).
 
     Arrays or broadcast scalars as for PriceVanillaBook, plus each premium; NaN where the

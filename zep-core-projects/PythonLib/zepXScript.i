@@ -42,7 +42,8 @@ Environment: ZEP_RUNMODE, ZEP_NUM_THREADS, ZEP_BS_DAILY_STEPS, ZEP_SDP_NUMSIMULA
 
 %extend zep::python::MXScriptStructure {
     %pythoncode %{
-        def WriteReport(self, directory, reportName, levels=None, greeks=None):
+        def WriteReport(self, directory: "str", reportName: "str", levels: "dict[str, float] | None" = None,
+                        greeks: "dict[str, float] | None" = None) -> "str":
             """Prices the product and writes its Markdown report to
             <directory>/<reportName>_xscript.md; returns the path. levels: {name: value} drawn
             beside the simulated paths (barriers, triggers); greeks: {name: value} to show,
