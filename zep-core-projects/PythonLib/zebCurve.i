@@ -145,8 +145,7 @@ DiscountFactors(array) evaluates a whole NumPy array of times or dates in one ca
                 self._FillAtTimes(times, out)
                 return out
             if values.dtype.kind == "M":
-                days = values.astype("datetime64[D]").astype(numpy.int64)
-                serials = days + 25569  # serial number of 1970-01-01
+                serials = Date._serials_of_datetime64(values)
             else:
                 serials = numpy.array([Date(p).SerialNumber() for p in values.ravel()]).reshape(values.shape)
             serials = numpy.ascontiguousarray(serials, dtype=numpy.int32)

@@ -128,7 +128,6 @@ Period(frequency) for the coupon period of a regular frequency.";
 %include "lum-time/Date.hpp"
 %include "lum-time/Period.hpp"
 
-// numpy.datetime64 scalars count days from 1970-01-01, serial 25569.
 %pythonprepend zep::Date::Date %{
     if len(args) == 1 and type(args[0]).__name__ == "datetime64":
         args = (Date._serials_of_datetime64(args[0]).item(),)
@@ -201,13 +200,16 @@ Period(frequency) for the coupon period of a regular frequency.";
             import numpy
             if self.IsNull():
                 return numpy.datetime64("NaT", "D")
-            return numpy.datetime64(self.SerialNumber() - 25569, "D")
+            return numpy.datetime64(self.SerialNumber() - Date._EPOCH_SERIAL, "D")
+
+        # numpy.datetime64 counts days from 1970-01-01, this serial number.
+        _EPOCH_SERIAL = 25569
 
         @staticmethod
         def _serials_of_datetime64(values):
             import numpy
             days = numpy.asarray(values).astype("datetime64[D]")
-            return numpy.where(numpy.isnat(days), 0, days.astype(numpy.int64) + 25569)
+            return numpy.where(numpy.isnat(days), 0, days.astype(numpy.int64) + Date._EPOCH_SERIAL)
 
         @staticmethod
         def from_datetime64(values: "numpy.typing.ArrayLike") -> "Date | list[Date]":
@@ -224,9 +226,9 @@ Period(frequency) for the coupon period of a regular frequency.";
             """A numpy datetime64[D] array of a sequence of dates (zep.Date, text or
             datetime.date); the null date gives NaT."""
             import numpy
-            serials = numpy.fromiter((Date(d).SerialNumber() if not isinstance(d, Date) else d.SerialNumber()
-                                      for d in dates), dtype=numpy.int64)
-            days = (serials - 25569).astype("datetime64[D]")
+            serials = numpy.fromiter(((d if isinstance(d, Date) else Date(d)).SerialNumber() for d in dates),
+                                     dtype=numpy.int64)
+            days = (serials - Date._EPOCH_SERIAL).astype("datetime64[D]")
             days[serials == 0] = numpy.datetime64("NaT")
             return days
     %}
