@@ -44,7 +44,7 @@ TEST(BasicRanGen, UniformTakes53BitsFromTwoDraws) {
 // The polar method written out point by point from the generator's own uniforms: the block
 // generator must keep the same points in the same order (values agree to the few ulp by which
 // a vectorised logarithm may differ from the scalar one).
-std::vector<double> PolarReference(BasicRanGen& uniforms, std::size_t count) {
+std::vector<double> PolarReference(BasicRanGen& uniforms, std::size_t count, double* smallestRadius = nullptr) {
     std::vector<double> normals;
     while (normals.size() < count) {
         double x1, x2, s;
@@ -53,6 +53,7 @@ std::vector<double> PolarReference(BasicRanGen& uniforms, std::size_t count) {
             x2 = 2.0 * uniforms.NextUniform() - 1.0;
             s = x1 * x1 + x2 * x2;
         } while (s >= 1.0 || s <= 0.0 || x1 == 0.0 || x2 == 0.0);
+        if (smallestRadius) *smallestRadius = std::min(*smallestRadius, s);
         const double factor = std::sqrt(-2.0 * std::log(s) / s);
         normals.push_back(x1 * factor);
         normals.push_back(x2 * factor);
@@ -74,10 +75,31 @@ TEST_P(PolarBlocks, KeepThePointsOfThePolarMethodInOrder) {
         for (std::size_t i = 0; i < count; ++i)
             EXPECT_NEAR(normals[i], expected[i], 1e-14 * (1.0 + std::abs(expected[i])))
                 << "path " << path << ", draw " << i << " of " << count;
+        // Both consumed exactly the draws of their points, rejected ones included.
+        EXPECT_EQ(blocks.NextUniform(), reference.NextUniform()) << "path " << path;
     }
 }
 INSTANTIATE_TEST_SUITE_P(AcrossBlockBoundaries, PolarBlocks, ::testing::Values(1, 2, 7, 127, 128, 129, 266, 1001),
                          [](const ::testing::TestParamInfo<PolarBlocks::ParamType>& info) { return std::to_string(info.param) + "Points"; });
+
+// About one pair in ten thousand has s <= 0.0001 and takes the rescaled formula: paths are
+// scanned until a few such pairs have gone through the block generator.
+TEST(BasicRanGen, SmallRadiiKeepTheirPlaceInTheBlock) {
+    int smallPairs = 0;
+    for (std::uint64_t path = 0; smallPairs < 3 && path < 2000; ++path) {
+        BasicRanGen blocks(99), reference(99);
+        blocks.StartPath(path);
+        reference.StartPath(path);
+        double smallest = 1.0;
+        const std::vector<double> expected = PolarReference(reference, 255, &smallest);
+        std::vector<double> normals(255);
+        blocks.NextPath(normals.data(), normals.size());
+        for (std::size_t i = 0; i < normals.size(); ++i)
+            ASSERT_NEAR(normals[i], expected[i], 1e-14 * (1.0 + std::abs(expected[i]))) << "path " << path << ", draw " << i;
+        smallPairs += smallest <= 0.0001;
+    }
+    EXPECT_EQ(smallPairs, 3);
+}
 
 TEST(BasicRanGen, AnOddPathKeepsItsSpareForTheNextCall) {
     BasicRanGen split(5), whole(5);

@@ -56,6 +56,8 @@ private:
     // Below s = 0.0001 the pair is scaled by a power of two before the logarithm, to keep
     // precision, and ln(4) per power is added back.
     static void RescaledPair(double x1, double x2, double* out);
+    // Replaces the block's points of small radius by their normals, with a factor of one.
+    void RescaleSmallRadii(std::size_t pairs);
 
     std::uint64_t m_seed;
     std::uint64_t m_state = 0;
