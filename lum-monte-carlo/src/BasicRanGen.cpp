@@ -69,32 +69,31 @@ __attribute__((target("avx512f,avx512dq"))) std::uint64_t DrawPointsInDiscSixtee
         const __m512i seconds = _mm512_slli_epi64(_mm512_unpackhi_epi64(outEarly, outLate), 21);
         const __m512d uniforms = _mm512_mul_pd(_mm512_cvtepu64_pd(_mm512_or_si512(firsts, seconds)),
                                                _mm512_set1_pd(0x1.0p-53));
-        const __m512d x = _mm512_sub_pd(_mm512_mul_pd(two, uniforms), one);
+        // Reordered to [x1 A, x1 B, x1 C, x1 D, x2 A, x2 B, x2 C, x2 D]: stream order, x2 four lanes on.
+        const __m512d x = _mm512_permutexvar_pd(_mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7),
+                                                _mm512_sub_pd(_mm512_mul_pd(two, uniforms), one));
         const __m512d squares = _mm512_mul_pd(x, x);
-        // Swapping the 128-bit blocks within each half puts x2^2 beside x1^2.
-        const __m512d radius = _mm512_add_pd(squares, _mm512_shuffle_f64x2(squares, squares, 0xB1));
-        const __mmask8 nonZero = _mm512_cmp_pd_mask(x, zero, _CMP_NEQ_OQ);
-        const __mmask8 swappedNonZero = static_cast<__mmask8>(((nonZero & 0x33) << 2) | ((nonZero & 0xCC) >> 2));
+        const __m512d radius = _mm512_add_pd(squares, _mm512_shuffle_f64x2(squares, squares, 0x4E));
+        const unsigned nonZero = _mm512_cmp_pd_mask(x, zero, _CMP_NEQ_OQ);
         const unsigned taken = _mm512_cmp_pd_mask(radius, one, _CMP_LT_OQ) &
-                               _mm512_cmp_pd_mask(radius, zero, _CMP_GT_OQ) & nonZero & swappedNonZero;
-        alignas(64) double xs[8], radii[8];
-        _mm512_store_pd(xs, x);
-        _mm512_store_pd(radii, radius);
+                               _mm512_cmp_pd_mask(radius, zero, _CMP_GT_OQ) & nonZero & (nonZero >> 4) & 0xFU;
+        // The kept points packed to the front and stored whole: the lanes past them land in
+        // the arrays' slack and are overwritten by the next step.
+        _mm512_storeu_pd(x1 + kept, _mm512_maskz_compress_pd(static_cast<__mmask8>(taken), x));
+        _mm512_storeu_pd(x2 + kept, _mm512_maskz_compress_pd(static_cast<__mmask8>(taken),
+                                                             _mm512_shuffle_f64x2(x, x, 0x4E)));
+        _mm512_storeu_pd(s + kept, _mm512_maskz_compress_pd(static_cast<__mmask8>(taken), radius));
+        const auto count = static_cast<std::size_t>(__builtin_popcount(taken));
         early = _mm512_add_epi64(_mm512_mullo_epi64(early, jumpVector), jumpIncrementVector);
-        // Points A, B, C, D in stream order: their x1 lanes, x2 lanes follow two lanes later.
-        for (const int lane : {0, 4, 1, 5}) {
-            x1[kept] = xs[lane];
-            x2[kept] = xs[lane + 2];
-            s[kept] = radii[lane];
-            kept += (taken >> lane) & 1U;
-            if (kept == pairs) {
-                // The state after this point: the next point's first draw.
-                if (lane == 0) return lanes[4];
-                if (lane == 4) return lanes[8];
-                if (lane == 1) return lanes[12];
-                return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm512_castsi512_si128(early)));
-            }
+        if (kept + count >= pairs) {
+            // The state after the point that completes the block: the next point's first draw.
+            unsigned remaining = taken;
+            for (std::size_t k = kept + 1; k < pairs; ++k) remaining &= remaining - 1;
+            const int last = __builtin_ctz(remaining);
+            if (last < 3) return lanes[4 * (last + 1)];
+            return static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm512_castsi512_si128(early)));
         }
+        kept += count;
         late = _mm512_add_epi64(_mm512_mullo_epi64(late, jumpVector), jumpIncrementVector);
         _mm512_store_si512(lanes, early);
         _mm512_store_si512(lanes + 8, late);
@@ -184,15 +183,17 @@ void BasicRanGen::NextPath(double* normals, std::size_t count) {
     while (i < count) {
         const std::size_t pairs = std::min((count - i + 1) / 2, kBlockPairs);
         DrawPointsInDisc(pairs);
-        std::copy(m_s, m_s + pairs, m_factor);
+        double smallest = 1.0;
+        for (std::size_t k = 0; k < pairs; ++k) {
+            m_factor[k] = m_s[k];
+            smallest = std::min(smallest, m_s[k]);
+        }
         LogInPlace(m_factor, pairs);
         for (std::size_t k = 0; k < pairs; ++k) m_factor[k] = -2.0 * m_factor[k] / m_s[k];
         SqrtInPlace(m_factor, pairs);
         // The normals are formed in place by loops the compiler vectorises; a rare small radius
         // gets its pair from the rescaled formula and a factor of one.
-        bool anySmall = false;
-        for (std::size_t k = 0; k < pairs; ++k) anySmall |= m_s[k] <= 0.0001;
-        if (anySmall) [[unlikely]] RescaleSmallRadii(pairs);
+        if (smallest <= 0.0001) [[unlikely]] RescaleSmallRadii(pairs);
         for (std::size_t k = 0; k < pairs; ++k) {
             m_x1[k] *= m_factor[k];
             m_x2[k] *= m_factor[k];

@@ -33,32 +33,61 @@ std::vector<SimulationResult> ScriptSimulator<T>::RunMarkets(std::size_t paths, 
     return results;
 }
 
+// Scratch for one thread, allocated once: the path loop allocates nothing.
 template <class T>
-void ScriptSimulator<T>::SimulatePaths(RandomGen& generator, std::uint64_t first,
-                                       std::uint64_t last, T* out) const {
-    // Scratch for the whole thread, allocated once: the path loop allocates nothing.
-    std::vector<T> normals(DrawsPerPath());
-    std::vector<T> spots(m_grid.Steps());
-    const std::size_t events = m_grid.eventStep.size();
-    std::vector<ScenarioPoint> scenario(events);
-    const std::size_t variables = m_payoff->VariableNames().size();
-    const auto evaluator = m_payoff->NewEvaluator(m_smoothed);
+class ScriptSimulator<T>::Worker final : public PathWorker {
+public:
+    static constexpr std::size_t kBlockPaths = 4;
 
-    for (std::uint64_t path = first; path < last; ++path) {
-        generator.StartPath(path);
-        generator.NextPath(normals.data(), normals.size());
-        T* row = out + (path - first) * variables * m_markets.size();
-        for (const ScriptMarket<T>& market : m_markets) {
-            market.model->SimulatePath(normals.data(), spots.data());
-            for (std::size_t e = 0; e < events; ++e) {
-                const std::int32_t step = m_grid.eventStep[e];
-                scenario[e] = {step < 0 ? market.spot : spots[step], market.numeraires[e]};
+    explicit Worker(const ScriptSimulator& simulator)
+        : m_simulator(simulator),
+          m_draws(simulator.DrawsPerPath()),
+          m_steps(simulator.m_grid.Steps()),
+          m_normals(kBlockPaths * m_draws),
+          m_spots(kBlockPaths * m_steps),
+          m_scenario(simulator.m_grid.eventStep.size()),
+          m_evaluator(simulator.m_payoff->NewEvaluator(simulator.m_smoothed)) {}
+
+    void SimulatePaths(RandomGen& generator, std::uint64_t first, std::uint64_t last, T* out) override {
+        const std::vector<ScriptMarket<T>>& markets = m_simulator.m_markets;
+        const std::vector<std::int32_t>& eventStep = m_simulator.m_grid.eventStep;
+        const std::size_t variables = m_simulator.m_payoff->VariableNames().size();
+        for (std::uint64_t block = first; block < last; block += kBlockPaths) {
+            const auto paths = static_cast<std::size_t>(std::min<std::uint64_t>(kBlockPaths, last - block));
+            for (std::size_t p = 0; p < paths; ++p) {
+                generator.StartPath(block + p);
+                generator.NextPath(m_normals.data() + p * m_draws, m_draws);
             }
-            std::fill(row, row + variables, T(0));
-            evaluator->Evaluate(scenario.data(), row);
-            row += variables;
+            for (std::size_t k = 0; k < markets.size(); ++k) {
+                const ScriptMarket<T>& market = markets[k];
+                market.model->SimulatePaths(m_normals.data(), paths, m_steps, m_spots.data());
+                for (std::size_t p = 0; p < paths; ++p) {
+                    const T* spots = m_spots.data() + p * m_steps;
+                    for (std::size_t e = 0; e < eventStep.size(); ++e) {
+                        const std::int32_t step = eventStep[e];
+                        m_scenario[e] = {step < 0 ? market.spot : spots[step], market.numeraires[e]};
+                    }
+                    T* row = out + ((block + p - first) * markets.size() + k) * variables;
+                    std::fill(row, row + variables, T(0));
+                    m_evaluator->Evaluate(m_scenario.data(), row);
+                }
+            }
         }
     }
+
+private:
+    const ScriptSimulator& m_simulator;
+    std::size_t m_draws;
+    std::size_t m_steps;
+    std::vector<T> m_normals;
+    std::vector<T> m_spots;
+    std::vector<ScenarioPoint> m_scenario;
+    std::unique_ptr<PathEvaluator> m_evaluator;
+};
+
+template <class T>
+auto ScriptSimulator<T>::NewWorker() const -> std::unique_ptr<PathWorker> {
+    return std::make_unique<Worker>(*this);
 }
 
 template class ScriptSimulator<double>;

@@ -64,10 +64,12 @@ private:
     std::uint64_t m_increment = 1;
     double m_spareNormal = 0.0;
     bool m_hasSpare = false;
-    // The current block: kept points and, once computed, their polar factors.
-    double m_x1[kBlockPairs];
-    double m_x2[kBlockPairs];
-    double m_s[kBlockPairs];
+    // The current block: kept points and, once computed, their polar factors. The vector draw
+    // stores eight lanes past its last kept point.
+    static constexpr std::size_t kSlack = 8;
+    double m_x1[kBlockPairs + kSlack];
+    double m_x2[kBlockPairs + kSlack];
+    double m_s[kBlockPairs + kSlack];
     double m_factor[kBlockPairs];
 };
 

@@ -41,6 +41,13 @@ public:
     // One path: `normals` holds FactorsPerStep() draws per step; writes the spot at each grid
     // time into `spots`.
     virtual void SimulatePath(const T* normals, T* spots) const = 0;
+    // Several paths of `steps` grid times, their normals and spots one path after the other:
+    // the values SimulatePath gives each. Models whose step is a short recursion interleave
+    // the paths, so that the processor works on several recursions at once.
+    virtual void SimulatePaths(const T* normals, std::size_t paths, std::size_t steps, T* spots) const {
+        const std::size_t draws = steps * FactorsPerStep();
+        for (std::size_t p = 0; p < paths; ++p) SimulatePath(normals + p * draws, spots + p * steps);
+    }
 };
 
 }  // namespace zep

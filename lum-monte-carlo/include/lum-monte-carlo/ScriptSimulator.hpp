@@ -6,6 +6,10 @@
 // market's model steps on them. Market k's values of a path are exactly those a simulation of
 // that market alone gives (the same normals, the same model, the same script), and the threading
 // frame sums them per market in path order.
+//
+// Paths go through the models a few at a time (their normals drawn path by path from the
+// path's own stream), so that a model can interleave their recursions; the script then runs
+// path by path.
 #pragma once
 
 #include <memory>
@@ -37,8 +41,9 @@ public:
     std::vector<SimulationResult> RunMarkets(std::size_t paths, std::size_t threads);
 
 private:
-    void SimulatePaths(RandomGen& generator, std::uint64_t first, std::uint64_t last,
-                       T* out) const override;
+    using PathWorker = typename MonteCarloSimulator<T>::PathWorker;
+    class Worker;
+    std::unique_ptr<PathWorker> NewWorker() const override;
 
     std::vector<ScriptMarket<T>> m_markets;
     SimulationGrid m_grid;

@@ -16,6 +16,7 @@ public:
     bool StepsExactly() const override { return true; }
     void SetGrid(const std::vector<T>& times) override;
     void SimulatePath(const T* normals, T* spots) const override;
+    void SimulatePaths(const T* normals, std::size_t paths, std::size_t steps, T* spots) const override;
 
 private:
     T m_logSpot;
