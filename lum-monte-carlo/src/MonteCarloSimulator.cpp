@@ -62,7 +62,14 @@ SimulationResult Summarise(const ChunkSums& total, std::size_t paths, std::size_
 // The calling thread's view of the run: asks the observer after every chunk it folds.
 class Watch {
 public:
-    explicit Watch(std::uint64_t paths) : m_observer(CurrentRunObserver()), m_paths(paths) {}
+    explicit Watch(std::uint64_t paths) : m_observer(CurrentRunObserver()), m_paths(paths) {
+        if (m_observer) m_observer->Started(paths);
+    }
+    ~Watch() {
+        if (m_observer) m_observer->Finished();
+    }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
     // True when the user asked to stop. An observer that fails stops the run too: the workers
     // must be joined before anything propagates.
     bool Check(std::uint64_t donePaths) noexcept {

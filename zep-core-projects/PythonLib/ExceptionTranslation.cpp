@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-monte-carlo/RunObserver.hpp"
 
 namespace zep::python {
 
@@ -11,6 +12,9 @@ namespace zep::python {
 void SetPythonErrorFromActiveException() noexcept {
     try {
         throw;
+    } catch (const zep::RunInterrupted&) {
+        // Stopped by Ctrl-C or by a failing progress callable: their exception is already set.
+        if (!PyErr_Occurred()) PyErr_SetNone(PyExc_KeyboardInterrupt);
     } catch (const char* text) {
         PyErr_SetString(PyExc_RuntimeError, text);
     } catch (const std::invalid_argument& e) {

@@ -9,6 +9,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-monte-carlo/RunObserver.hpp"
 
 namespace zep::python {
 
@@ -17,6 +18,8 @@ template <class Operation>
 decltype(auto) Guarded(const char* where, Operation&& operation) {
     try {
         return operation();
+    } catch (const RunInterrupted&) {
+        throw;  // nothing failed: the user stopped the run
     } catch (const char* text) {
         throw std::runtime_error(std::string(where) + " failed: " + text);
     } catch (const std::exception& e) {

@@ -1,7 +1,25 @@
-// Scripted products priced by Monte Carlo: MXScriptStructure.
+// Scripted products priced by Monte Carlo: MXScriptStructure, and the progress and Ctrl-C
+// handling of long runs.
 %{
 #include "MXScriptStructure.hpp"
+#include "RunProgress.hpp"
 %}
+
+%init %{
+zep::python::InstallRunObserver();
+%}
+
+%feature("docstring") zep::python::SetProgress
+"Progress of long Monte Carlo runs (prices and Greeks), reported between chunks of paths.
+
+SetProgress(True): a progress bar on standard error; SetProgress(False): none;
+SetProgress(None): the bar in interactive sessions only (the default); SetProgress(callable):
+callable(done, total) with the numbers of paths. Reports start after a second of running and
+come at most ten times a second. Ctrl-C stops a run within a chunk of paths with
+KeyboardInterrupt; an exception raised by the callable stops it too and propagates.";
+namespace zep::python {
+PyObject* SetProgress(PyObject* setting);
+}
 
 %template(DoubleVector) std::vector<double>;
 %template(StringVector) std::vector<std::string>;

@@ -11,10 +11,13 @@ namespace zep {
 class RunObserver {
 public:
     virtual ~RunObserver() = default;
+    virtual void Started(std::uint64_t totalPaths) noexcept = 0;
     // Asked from the thread that started the run, never from a worker. True stops the run:
     // the workers finish their current chunk, are joined, and the run throws RunInterrupted.
     virtual bool StopRequested() = 0;
     virtual void Progress(std::uint64_t donePaths, std::uint64_t totalPaths) = 0;
+    // Called once the run has ended, however it ended.
+    virtual void Finished() noexcept = 0;
 };
 
 // Process-wide; null (the default) for none. The observer must outlive the runs it watches.
