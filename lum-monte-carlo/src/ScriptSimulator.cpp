@@ -45,12 +45,21 @@ public:
           m_steps(simulator.m_grid.Steps()),
           m_normals(kBlockPaths * m_draws),
           m_spots(kBlockPaths * m_steps),
-          m_scenario(simulator.m_grid.eventStep.size()),
-          m_evaluator(simulator.m_payoff->NewEvaluator(simulator.m_smoothed)) {}
+          m_evaluator(simulator.m_payoff->NewEvaluator(simulator.m_smoothed)) {
+        // Each market's numeraires and the spots of events before the grid are the same on
+        // every path: set once, so that a path writes only its grid spots.
+        const std::vector<std::int32_t>& eventStep = simulator.m_grid.eventStep;
+        for (const ScriptMarket<T>& market : simulator.m_markets) {
+            std::vector<ScenarioPoint> scenario(eventStep.size());
+            for (std::size_t e = 0; e < eventStep.size(); ++e) scenario[e] = {market.spot, market.numeraires[e]};
+            m_scenarios.push_back(std::move(scenario));
+        }
+        for (std::size_t e = 0; e < eventStep.size(); ++e)
+            if (eventStep[e] >= 0) m_simulatedEvents.push_back({e, static_cast<std::size_t>(eventStep[e])});
+    }
 
     void SimulatePaths(RandomGen& generator, std::uint64_t first, std::uint64_t last, T* out) override {
         const std::vector<ScriptMarket<T>>& markets = m_simulator.m_markets;
-        const std::vector<std::int32_t>& eventStep = m_simulator.m_grid.eventStep;
         const std::size_t variables = m_simulator.m_payoff->VariableNames().size();
         for (std::uint64_t block = first; block < last; block += kBlockPaths) {
             const auto paths = static_cast<std::size_t>(std::min<std::uint64_t>(kBlockPaths, last - block));
@@ -59,17 +68,14 @@ public:
                 generator.NextPath(m_normals.data() + p * m_draws, m_draws);
             }
             for (std::size_t k = 0; k < markets.size(); ++k) {
-                const ScriptMarket<T>& market = markets[k];
-                market.model->SimulatePaths(m_normals.data(), paths, m_steps, m_spots.data());
+                markets[k].model->SimulatePaths(m_normals.data(), paths, m_steps, m_spots.data());
+                ScenarioPoint* scenario = m_scenarios[k].data();
                 for (std::size_t p = 0; p < paths; ++p) {
                     const T* spots = m_spots.data() + p * m_steps;
-                    for (std::size_t e = 0; e < eventStep.size(); ++e) {
-                        const std::int32_t step = eventStep[e];
-                        m_scenario[e] = {step < 0 ? market.spot : spots[step], market.numeraires[e]};
-                    }
+                    for (const auto [event, step] : m_simulatedEvents) scenario[event].spot = spots[step];
                     T* row = out + ((block + p - first) * markets.size() + k) * variables;
                     std::fill(row, row + variables, T(0));
-                    m_evaluator->Evaluate(m_scenario.data(), row);
+                    m_evaluator->Evaluate(scenario, row);
                 }
             }
         }
@@ -81,8 +87,13 @@ private:
     std::size_t m_steps;
     std::vector<T> m_normals;
     std::vector<T> m_spots;
-    std::vector<ScenarioPoint> m_scenario;
     std::unique_ptr<PathEvaluator> m_evaluator;
+    std::vector<std::vector<ScenarioPoint>> m_scenarios;  // per market
+    struct SimulatedEvent {
+        std::size_t event;
+        std::size_t step;
+    };
+    std::vector<SimulatedEvent> m_simulatedEvents;  // the events on the grid, with their steps
 };
 
 template <class T>
