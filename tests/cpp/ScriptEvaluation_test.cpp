@@ -218,3 +218,17 @@ INSTANTIATE_TEST_SUITE_P(EverySideForm, GuardForms,
                          [](const ::testing::TestParamInfo<std::string>& info) {
                              return "Side_" + zep::testing::NameOf(info.param);
                          });
+
+// Dates without statements only lengthen the path: the compiled script passes over a row of
+// them in one step, and must still read each later date's own spot and numeraire.
+TEST(ScriptEvaluation, EmptyDatesKeepEveryLaterDateOnItsOwnPoint) {
+    const auto product = MakeProduct({"A = SPOT()", "", "", "B = SPOT() - A", "", "C PAYS B + SPOT()", "", ""});
+    std::vector<ScenarioPoint> path;
+    for (int e = 0; e < 8; ++e) path.push_back({100.0 + 10.0 * e, 1.0 - 0.01 * e});
+    for (const auto logic : {Logic::Compiled, Logic::Fuzzy}) {
+        const auto values = RunScript(product, path, logic);
+        EXPECT_EQ(values.at("A"), 100.0);
+        EXPECT_EQ(values.at("B"), 30.0);
+        EXPECT_DOUBLE_EQ(values.at("C"), (30.0 + 150.0) * 0.95);
+    }
+}

@@ -99,6 +99,14 @@ void CompiledScript::MarkGuardRuns() {
     }
 }
 
+void CompiledScript::MarkEmptyEventRuns() {
+    // From the last event back: an event's End also passes over the empty events that follow.
+    for (std::size_t e = m_eventStart.size(); e-- > 1;) {
+        if (m_code[m_eventStart[e]].op != OpCode::End) continue;
+        m_code[m_eventStart[e] - 1].run = m_code[m_eventStart[e]].run + 1;
+    }
+}
+
 // Dispatch by computed goto: each handler ends in its own indirect jump, which the processor
 // predicts far better than the single jump of a switch.
 void CompiledScript::Run(std::size_t first, std::size_t count, const ScenarioPoint* points,
@@ -218,7 +226,13 @@ OpAssignIfSupEqualTerms: ASSIGN_IF(Passing::AtLeast);
 OpAssign: x[in->operand] = *--top; NEXT;
 OpAssignConst: x[in->operand] = in->value; NEXT;
 OpPays: x[in->operand] += *--top * numeraire; NEXT;
-OpEnd:
+OpEnd: {
+    // Empty events after this one only move the path along (an observation date that only
+    // lengthens the path): passed over in one step, up to the last event asked for.
+    const std::ptrdiff_t empty = std::min<std::ptrdiff_t>(in->run - 1, lastPoint - points);
+    in += empty;
+    points += empty;
+}
     if (points == lastPoint) return;
     ++points;
     spot = points->spot;

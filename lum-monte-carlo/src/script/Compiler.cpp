@@ -59,6 +59,7 @@ void Compiler::AddEvent(const Statements& statements) {
 
 CompiledScript Compiler::Result() && {
     m_script.MarkGuardRuns();
+    m_script.MarkEmptyEventRuns();
     return std::move(m_script);
 }
 

@@ -102,7 +102,8 @@ struct Instruction {
     std::int32_t target = 0;   // jump target
     // A guard that is its date's whole event: how many dates in a row, from this one, have this
     // same guard as their event and can be checked as one run (1 when the guard reads the
-    // variable it sets, so that every date must see the one before).
+    // variable it sets, so that every date must see the one before). On an End: 1 plus the
+    // number of empty events that follow it.
     std::int32_t run = 1;
     double value = 0.0;        // constant operand
 };
@@ -145,8 +146,9 @@ public:
 private:
     friend class Compiler;
 
-    // Counts the runs of identical guard events (Instruction::run).
+    // Counts the runs of identical guard events and of empty events (Instruction::run).
     void MarkGuardRuns();
+    void MarkEmptyEventRuns();
     // Events first .. first + count - 1, whose points are points[0 .. count - 1]. The events'
     // streams lie back to back, so the end of one leads straight into the next.
     void Run(std::size_t first, std::size_t count, const ScenarioPoint* points, double* variables,
