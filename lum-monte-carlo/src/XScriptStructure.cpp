@@ -152,9 +152,8 @@ PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t
 
 void XScriptStructure::SimulateTogether(const std::vector<MarketShift>& shifts, std::int64_t paths,
                                         bool smoothed) const {
-    // Every market of a shared simulation keeps its values of every path until the paths are
-    // summed; past this many values the markets are simulated in several groups.
-    constexpr std::size_t kValuesPerSimulation = std::size_t(1) << 25;
+    // Markets on the same dates share one simulation, whatever their number: a run keeps sums
+    // per market, not paths.
     std::map<std::pair<std::int32_t, std::int32_t>, std::vector<MarketShift>> byDates;
     std::set<OutcomeKey> pending;
     for (const MarketShift& shift : shifts) {
@@ -162,19 +161,11 @@ void XScriptStructure::SimulateTogether(const std::vector<MarketShift>& shifts, 
         if (!m_outcomes.Contains(key) && pending.insert(key).second)
             byDates[{shift.timeDays, shift.spotDays}].push_back(shift);
     }
-    const std::size_t valuesPerMarket =
-        static_cast<std::size_t>(paths) * std::max<std::size_t>(m_payoff->VariableNames().size(), 1);
-    const std::size_t marketsPerRun = std::max<std::size_t>(1, kValuesPerSimulation / valuesPerMarket);
-    for (const auto& [dates, group] : byDates) {
-        for (std::size_t first = 0; first < group.size(); first += marketsPerRun) {
-            const std::vector<MarketShift> markets(
-                group.begin() + static_cast<std::ptrdiff_t>(first),
-                group.begin() + static_cast<std::ptrdiff_t>(std::min(group.size(), first + marketsPerRun)));
-            const std::size_t threads = KeyOf(markets.front(), paths, smoothed).threads;
-            std::vector<PricingOutcome> outcomes = Run(markets, paths, smoothed, threads);
-            for (std::size_t k = 0; k < markets.size(); ++k)
-                m_outcomes.Put(KeyOf(markets[k], paths, smoothed), std::move(outcomes[k]));
-        }
+    for (const auto& [dates, markets] : byDates) {
+        const std::size_t threads = KeyOf(markets.front(), paths, smoothed).threads;
+        std::vector<PricingOutcome> outcomes = Run(markets, paths, smoothed, threads);
+        for (std::size_t k = 0; k < markets.size(); ++k)
+            m_outcomes.Put(KeyOf(markets[k], paths, smoothed), std::move(outcomes[k]));
     }
 }
 
