@@ -66,4 +66,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepInterpolation.i"
 %include "zebCurve.i"
 %include "zepVanilla.i"
+%include "zepBarrier.i"
 %include "zepXScript.i"
