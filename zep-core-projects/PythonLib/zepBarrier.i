@@ -1,6 +1,8 @@
-// Barrier options: the Black-Scholes closed forms (EuropeanBarrierBS) and the barrier type codes.
+// Barrier options: the Black-Scholes closed forms (EuropeanBarrierBS), the barrier type codes and
+// the Vanna-Volga barrier (EuropeanBarrierVV_Fisher).
 %{
 #include "lum-closed-form/EuropeanBarrierBS.hpp"
+#include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -19,3 +21,23 @@ BarrierType_DOUBLE_KNOCK_OUT (7). The barrier runs to expiry; carry and discount
 delivery, so that a barrier out of reach gives the BSVanilla price.";
 
 %include "lum-closed-form/EuropeanBarrierBS.hpp"
+
+%feature("docstring") zep::EuropeanBarrierVV_Fisher
+"A barrier option under the Vanna-Volga correction FX desks use: the Black-Scholes knock-out at
+the at-the-money volatility plus the market cost of its vega, vanna and volga, read off the ATM,
+25-delta risk reversal and butterfly pivots, scaled by the no-touch probability. Knock-ins by
+parity against the vanilla at the smile through the three pivots.
+
+EuropeanBarrierVV_Fisher(spot, domesticRate, foreignRate, atmVolatility, timeToExpiry,
+    timeToDelivery, riskReversal25, butterfly25, strike, optionType, barrierType, barrier,
+    deltaType, premiumAdjusted)
+EuropeanBarrierVV_Fisher(..., barrierType, barrierLow, barrierUp, deltaType, premiumAdjusted)
+
+deltaType: 0 spot, 1 forward delta for the 25-delta strikes; premiumAdjusted: premium-included.
+SetTrace(True) (or ZEP_VV_TRACE=1 when built) logs every intermediate at info level.";
+
+%ignore zep::VannaVolgaBase::Pivots;
+%ignore zep::EuropeanBarrierVV_Fisher::GetPivots;
+%ignore zep::EuropeanBarrierVV_Fisher::GetOmega;
+%ignore zep::EuropeanBarrierVV_Fisher::GetCosts;
+%include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
