@@ -1,8 +1,10 @@
-// Barrier options: the Black-Scholes closed forms (EuropeanBarrierBS), the barrier type codes and
-// the Vanna-Volga barrier (EuropeanBarrierVV_Fisher).
+// Barrier and digital options: the Black-Scholes closed forms (EuropeanBarrierBS, DigitalOptionBS),
+// the barrier type codes, and the smile-aware Vanna-Volga barrier and digital.
 %{
 #include "lum-closed-form/EuropeanBarrierBS.hpp"
 #include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
+#include "lum-closed-form/DigitalOptionBS.hpp"
+#include "lum-closed-form/DigitalOptionVV.hpp"
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -41,3 +43,25 @@ SetTrace(True) (or ZEP_VV_TRACE=1 when built) logs every intermediate at info le
 %ignore zep::EuropeanBarrierVV_Fisher::GetOmega;
 %ignore zep::EuropeanBarrierVV_Fisher::GetCosts;
 %include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
+
+%feature("docstring") zep::DigitalOptionBS
+"A digital (binary) option under Black-Scholes with domestic and foreign rates.
+
+DigitalOptionBS(digitalType, strike, volatility, timeToExpiry, timeToDelivery, domesticRate,
+                foreignRate, spot, payout=1.0, pricingMethod=0)
+
+digitalType: 0 cash-or-nothing call, 1 cash-or-nothing put, 2 asset-or-nothing call, 3 asset-or-
+nothing put. pricingMethod: 0 analytic, 1 call spread (vanillas either side of the strike).
+Greeks: Delta, Gamma, Vega (per unit of volatility), Theta (one day), Rho (closed form),
+ComputeRhoSym (+-1bp bump of the domestic rate).";
+%include "lum-closed-form/DigitalOptionBS.hpp"
+
+%feature("docstring") zep::DigitalOptionVV
+"The smile-consistent digital: the Black-Scholes digital at the strike's smile volatility minus
+the vanilla vega times the smile slope there (-dC/dK on the smile). The smile passes through the
+ATM and 25-delta pivots (parabola in log-moneyness, flat beyond the 25-delta strikes).
+
+DigitalOptionVV(spot, domesticRate, foreignRate, atmVolatility, timeToExpiry, timeToDelivery,
+                riskReversal25, butterfly25, strike, digitalType, deltaType, premiumAdjusted,
+                payout=1.0)";
+%include "lum-closed-form/DigitalOptionVV.hpp"
