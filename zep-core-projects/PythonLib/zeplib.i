@@ -67,4 +67,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zebCurve.i"
 %include "zepVanilla.i"
 %include "zepBarrier.i"
+%include "zepPde.i"
 %include "zepXScript.i"

@@ -1,0 +1,88 @@
+"""Finite-difference range engines against their closed forms: second-order convergence of the
+range digital, the daily accrual as the average of the daily range probabilities, and the
+engines' checks and messages."""
+import math
+import os
+import subprocess
+import sys
+from statistics import NormalDist
+
+import pytest
+
+import zep
+
+S, L, H, VOL, T, TD, RD, RF = 1.08, 1.02, 1.14, 0.1, 0.5, 0.51, 0.035, 0.02
+N = NormalDist().cdf
+
+
+def range_probability(t):
+    """P(L < S_t < H) with the spot carried to the delivery forward over [0, T]."""
+    forward = S * math.exp((RD - RF) * TD * t / T)
+
+    def d2(k):
+        return (math.log(forward / k) - VOL * VOL * t / 2) / (VOL * math.sqrt(t))
+
+    return N(d2(L)) - N(d2(H))
+
+
+def digital_error(nodes):
+    engine = zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, nodes, nodes, 0.6, 1.8)
+    return abs(engine.Price() - math.exp(-RD * TD) * range_probability(T))
+
+
+def test_the_range_digital_converges_at_second_order():
+    errors = [digital_error(n) for n in (101, 201, 401)]
+    assert errors[-1] < 2e-5
+    for coarse, fine in zip(errors, errors[1:]):
+        assert 3.0 < coarse / fine < 5.0, errors
+
+
+def test_the_daily_accrual_averages_the_daily_range_probabilities():
+    days = 126
+    exact = math.exp(-RD * TD) * sum(range_probability(T * k / days) for k in range(1, days + 1)) / days
+    engine = zep.FdmDoubleCumulativeEngine(S, L, H, VOL, T, TD, RD, RF, 401, days, 0.6, 1.8, days)
+    assert engine.Price() == pytest.approx(exact, rel=2e-4)
+
+
+@pytest.mark.parametrize("interpolation", ["linear", "cubic"])
+def test_greeks_from_the_grid_agree_with_the_closed_form(interpolation):
+    engine = zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 801, 400, 0.6, 1.8, 1.0, interpolation)
+    forward, root = S * math.exp((RD - RF) * TD), VOL * math.sqrt(T)
+    density = NormalDist().pdf
+    d1 = {k: math.log(forward / k) / root + root / 2 for k in (L, H)}
+    d2 = {k: d1[k] - root for k in (L, H)}
+    discount = math.exp(-RD * TD)
+    delta = discount * (density(d2[L]) - density(d2[H])) / (S * root)
+    gamma = discount * (-density(d2[L]) * d1[L] + density(d2[H]) * d1[H]) / (S * root) ** 2
+    assert engine.Greek("price") == engine.Price()
+    assert engine.Greek("delta") == pytest.approx(delta, rel=1e-3)
+    assert engine.Greek("gamma") == pytest.approx(gamma, rel=1e-3, abs=1e-3)
+
+
+@pytest.mark.parametrize("make, message", [
+    (lambda: zep.FdmDoubleDigitalEngine(S, H, L, VOL, T, TD, RD, RF, 100, 100, 0.6, 1.8), "FdmDoubleDigitalEngine: L must be < H"),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 1, 100, 0.6, 1.8), "FdmDoubleDigitalEngine: N must be >= 2"),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 100, 0, 0.6, 1.8), "FdmDoubleDigitalEngine: M must be >= 1"),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 100, 100, 1.8, 0.6), "Invalid domain, Smax <= Smin!"),
+    (lambda: zep.FdmDoubleCumulativeEngine(S, L, H, VOL, T, TD, RD, RF, 1, 100, 0.6, 1.8, 100), r"N must be >= 2\."),
+    (lambda: zep.FdmDoubleCumulativeEngine(S, L, H, VOL, T, TD, RD, RF, 100, 0, 0.6, 1.8, 100), r"M must be >= 1\."),
+    (lambda: zep.FdmDoubleCumulativeEngine(S, L, H, VOL, T, TD, RD, RF, 100, 10, 1.8, 1.8, 10), "Invalid domain, Smax <= Smin!"),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 100, 10, 0.6, 1.8, 1.0, "spline"),
+     "Only 'linear' and 'cubic' interpolation implemented."),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 3, 10, 0.6, 1.8, 1.0, "cubic"),
+     "Cubic interpolation requires at least 4 points."),
+    (lambda: zep.FdmDoubleDigitalEngine(S, L, H, VOL, T, TD, RD, RF, 100, 10, 0.6, 1.8).Greek("vomma"), "Unknown Greek: vomma"),
+])
+def test_engines_refuse_bad_grids_with_their_message(make, message):
+    with pytest.raises(RuntimeError, match=message):
+        make()
+
+
+def test_an_accrual_stepped_otherwise_than_daily_says_so_in_the_log():
+    script = ("import zep; zep.FdmDoubleCumulativeEngine(1.08, 1.02, 1.14, 0.1, 0.5, 0.51, 0.035, 0.02, "
+              "101, 50, 0.6, 1.8, 126).Price()")
+    environment = dict(os.environ, ZEP_LOGLEVEL="warning", PYTHONPATH=os.path.dirname(os.path.dirname(zep.__file__)))
+    run = subprocess.run([sys.executable, "-c", script], env=environment, capture_output=True, text=True, timeout=60)
+    assert run.returncode == 0, run.stderr
+    assert "[FdmDoubleCumulativeEngine] WARNING: M_ != tradingDays_!" in run.stderr
+    assert "  For day-by-day cumulative logic, best set M = tradingDays." in run.stderr

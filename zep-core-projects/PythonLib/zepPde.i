@@ -1,0 +1,27 @@
+// Finite-difference engines: the range digital and the daily range accrual.
+%{
+#include "zep-pde/FdmDoubleDigitalEngine.hpp"
+#include "zep-pde/FdmDoubleCumulativeEngine.hpp"
+%}
+
+%feature("docstring") zep::FdmDoubleDigitalEngine
+"A European range digital by finite differences (Crank-Nicolson after two implicit half steps,
+the payoff averaged over each node's cell): payout at delivery when the spot at expiry ends
+inside [barrierLow, barrierHigh]. The grid has `nodes` spots on [spotMin, spotMax] and
+`timeSteps` steps; its ends hold the payoff, so put them far from the spot.
+
+FdmDoubleDigitalEngine(spot, barrierLow, barrierHigh, volatility, timeToExpiry, timeToDelivery,
+                       domesticRate, foreignRate, nodes, timeSteps, spotMin, spotMax, payout=1.0,
+                       interpolation='linear')
+Price(); Greek(name) with name 'price', 'delta', 'gamma' or 'theta' (per calendar day).";
+%include "zep-pde/FdmDoubleDigitalEngine.hpp"
+
+%feature("docstring") zep::FdmDoubleCumulativeEngine
+"A daily range accrual by finite differences: payout / timeSteps accrues at each step's close
+inside [barrierLow, barrierHigh], paid at delivery. Meant for day-by-day observation:
+timeSteps should equal tradingDays (a different count is logged as a warning).
+
+FdmDoubleCumulativeEngine(spot, barrierLow, barrierHigh, volatility, timeToExpiry, timeToDelivery,
+                          domesticRate, foreignRate, nodes, timeSteps, spotMin, spotMax,
+                          tradingDays, payout=1.0, interpolation='linear')";
+%include "zep-pde/FdmDoubleCumulativeEngine.hpp"

@@ -1,0 +1,48 @@
+// The Black-Scholes equation for an option's undiscounted value U(t, S) on a uniform spot grid,
+// solved backward from expiry: dU/dt + sigma^2 S^2 / 2 d2U/dS2 + b S dU/dS = 0, with b the drift
+// that carries the spot to its delivery forward (as the closed forms do). Crank-Nicolson in time,
+// started by two fully implicit half steps (Rannacher) so that a discontinuous payoff does not
+// ring; central differences in space, second order. The two end nodes keep their payoff value:
+// put them where the value is settled, several standard deviations from the spot.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+namespace zep {
+
+struct FdGridSpec {
+    std::size_t nodes;      // N, spot nodes including both ends
+    std::size_t timeSteps;  // M
+    double spotMin;
+    double spotMax;
+};
+
+class BlackScholesFdSolver {
+public:
+    BlackScholesFdSolver(const FdGridSpec& grid, double volatility, double drift, double timeToExpiry);
+
+    const std::vector<double>& Spots() const { return m_spots; }
+    double TimeStep() const { return m_dt; }
+
+    // Rolls `values` (one per node, the payoff at expiry on entry) back to time 0. After each
+    // step, `afterStep(stepIndex, values)` may add what the product pays at that date; step
+    // indices count back from M - 1 (the step ending at expiry) to 0 (the one ending today).
+    // `previous` receives the values one step after today, for theta.
+    void Roll(std::vector<double>& values, const std::function<void(std::size_t, std::vector<double>&)>& afterStep,
+              std::vector<double>* previous = nullptr) const;
+
+private:
+    // values <- (I - theta dt L)^-1 (I + (1 - theta) dt L) values, ends held.
+    void Step(std::vector<double>& values, double dt, double theta) const;
+
+    std::vector<double> m_spots;
+    double m_dt;
+    std::size_t m_steps;
+    // The operator L at each interior node: lower, centre and upper coefficients.
+    std::vector<double> m_lower, m_centre, m_upper;
+    mutable std::vector<double> m_scratch, m_rhs;
+};
+
+}  // namespace zep
