@@ -120,3 +120,18 @@ def test_an_unknown_barrier_type_fails_when_priced():
     option = zep.EuropeanBarrierBS(0, 9, 100.0, 120.0, 0.2, 0.5, 0.5, 0.03, 0.01, 100.0)
     with pytest.raises(RuntimeError, match=r"Unknown barrier type in EuropeanBarrierBS::Price\(\)\."):
         option.Price()
+
+
+def test_a_book_prices_each_row_as_the_pricer_and_marks_bad_rows():
+    import numpy
+
+    rows = [(0, DOWN_OUT, 100.0, 90.0, 0.0, 0.2), (1, UP_IN, 95.0, 110.0, 0.0, 0.3), (0, DOUBLE_OUT, 100.0, 80.0, 125.0, 0.25),
+            (1, DOUBLE_IN, 105.0, 85.0, 120.0, 0.15), (0, 9, 100.0, 90.0, 0.0, 0.2), (0, UP_OUT, 100.0, 120.0, 0.0, -0.1)]
+    types, barrier_types, strikes, lows, highs, vols = map(numpy.array, zip(*rows))
+    prices = zep.PriceBarrierBook(types, barrier_types, strikes, lows, highs, vols, 0.5, 0.52, 0.03, 0.01, 100.0)
+    for row, price in zip(rows[:4], prices[:4]):
+        option_type, barrier_type, strike, low, high, vol = row
+        levels = (low, high) if barrier_type in (DOUBLE_IN, DOUBLE_OUT) else (low,)
+        single = zep.EuropeanBarrierBS(option_type, barrier_type, strike, *levels, vol, 0.5, 0.52, 0.03, 0.01, 100.0)
+        assert price == single.Price()
+    assert numpy.isnan(prices[4:]).all()

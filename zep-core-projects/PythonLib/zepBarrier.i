@@ -5,6 +5,7 @@
 #include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
 #include "lum-closed-form/DigitalOptionBS.hpp"
 #include "lum-closed-form/DigitalOptionVV.hpp"
+#include "lum-closed-form/BarrierBook.hpp"
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -65,3 +66,42 @@ DigitalOptionVV(spot, domesticRate, foreignRate, atmVolatility, timeToExpiry, ti
                 riskReversal25, butterfly25, strike, digitalType, deltaType, premiumAdjusted,
                 payout=1.0)";
 %include "lum-closed-form/DigitalOptionVV.hpp"
+
+%ignore zep::BarrierBookInputs;
+%ignore zep::PriceBarrierBook;
+%inline %{
+namespace zep::python {
+// The raw entry point behind PriceBarrierBook below.
+void PriceBarrierBookInto(std::span<const double> types, std::span<const double> barrierTypes,
+                          std::span<const double> strikes, std::span<const double> barriers,
+                          std::span<const double> upperBarriers, std::span<const double> vols,
+                          std::span<const double> expiries, std::span<const double> deliveries,
+                          std::span<const double> domesticRates, std::span<const double> foreignRates,
+                          std::span<const double> spots, std::span<double> prices) {
+    zep::PriceBarrierBook({types, barrierTypes, strikes, barriers, upperBarriers, vols, expiries, deliveries,
+                           domesticRates, foreignRates, spots},
+                          prices);
+}
+}
+%}
+
+%pythoncode %{
+def PriceBarrierBook(types: "numpy.typing.ArrayLike", barrierTypes: "numpy.typing.ArrayLike",
+                     strikes: "numpy.typing.ArrayLike", barriers: "numpy.typing.ArrayLike",
+                     upperBarriers: "numpy.typing.ArrayLike", vols: "numpy.typing.ArrayLike",
+                     expiries: "numpy.typing.ArrayLike", deliveries: "numpy.typing.ArrayLike",
+                     rd: "numpy.typing.ArrayLike", rf: "numpy.typing.ArrayLike",
+                     spots: "numpy.typing.ArrayLike") -> "numpy.typing.NDArray[numpy.float64]":
+    """Price a book of Black-Scholes barrier options (EuropeanBarrierBS) in one call.
+
+    Arrays or broadcast scalars: option type 0 call / 1 put, barrier type 2 to 7, strike, barrier
+    (the lower level of a corridor), upper level (read for corridors only), volatility, years to
+    expiry and to delivery, domestic and foreign continuous rates, spot. Returns the prices as a
+    float64 array of the book's shape; a row the pricer would refuse gives NaN."""
+    import numpy
+    columns, shape = _book_columns(types, barrierTypes, strikes, barriers, upperBarriers, vols, expiries,
+                                   deliveries, rd, rf, spots)
+    prices = numpy.empty(columns[0].size)
+    PriceBarrierBookInto(*columns, prices)
+    return prices.reshape(shape)
+%}
