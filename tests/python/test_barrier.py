@@ -135,3 +135,22 @@ def test_a_book_prices_each_row_as_the_pricer_and_marks_bad_rows():
         single = zep.EuropeanBarrierBS(option_type, barrier_type, strike, *levels, vol, 0.5, 0.52, 0.03, 0.01, 100.0)
         assert price == single.Price()
     assert numpy.isnan(prices[4:]).all()
+
+
+@pytest.mark.parametrize("barrier_type, barrier, shift_sign", [(DOWN_OUT, 92.0, -1.0), (UP_OUT, 112.0, 1.0)])
+def test_a_daily_monitored_barrier_in_monte_carlo_matches_the_shifted_closed_form(barrier_type, barrier, shift_sign):
+    # Broadie, Glasserman and Kou: a barrier watched at steps dt prices like a continuous one moved
+    # away from the spot by exp(0.5826 sigma sqrt(dt)).
+    import datetime
+
+    vol, days = 0.2, 91
+    today = datetime.date(2024, 1, 2)
+    dates = [(today + datetime.timedelta(days=d)).isoformat() for d in range(1, days + 1)]
+    touched = "<=" if barrier_type == DOWN_OUT else ">="
+    scripts = [f"IF SPOT() {touched} {barrier} THEN KO = 1 ENDIF"] * (days - 1)
+    scripts.append(f"IF SPOT() {touched} {barrier} THEN KO = 1 ENDIF C PAYS (1 - KO) * MAX(SPOT() - 100, 0)")
+    note = zep.MXScriptStructure(today.isoformat(), 100.0, vol, 0.03, 0.01, 1, [], dates, scripts, 200_000)
+    shifted = barrier * math.exp(shift_sign * 0.5826 * vol * math.sqrt(1 / 365))
+    t = days / 365
+    exact = zep.EuropeanBarrierBS(0, barrier_type, 100.0, shifted, vol, t, t, 0.03, 0.01, 100.0).Price()
+    assert abs(note.Price() - exact) < 4 * note.PriceStandardError()
