@@ -86,3 +86,27 @@ def test_an_accrual_stepped_otherwise_than_daily_says_so_in_the_log():
     assert run.returncode == 0, run.stderr
     assert "[FdmDoubleCumulativeEngine] WARNING: M_ != tradingDays_!" in run.stderr
     assert "  For day-by-day cumulative logic, best set M = tradingDays." in run.stderr
+
+
+BARRIER_CASES = [(option_type, barrier_type, level) for option_type in (0, 1)
+                 for barrier_type, level in ((2, 1.02), (3, 1.02), (4, 1.16), (5, 1.16))]
+
+
+@pytest.mark.parametrize("option_type, barrier_type, level", BARRIER_CASES)
+def test_the_barrier_engine_converges_to_the_closed_form(option_type, barrier_type, level):
+    exact = zep.EuropeanBarrierBS(option_type, barrier_type, 1.10, level, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08).Price()
+
+    def error(nodes):
+        engine = zep.FdmBarrierEngine(option_type, barrier_type, 1.10, level, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08,
+                                      nodes, nodes)
+        return abs(engine.Price() - exact)
+
+    assert error(400) < 3e-6
+    if barrier_type in (4, 5):  # the spot sits between nodes the same way at both sizes
+        assert error(200) / error(400) > 3.0
+
+
+def test_a_barrier_already_touched_leaves_the_knock_in_as_the_vanilla():
+    vanilla = zep.BSVanilla(0, 1.10, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08).Price()
+    assert zep.FdmBarrierEngine(0, 3, 1.10, 1.09, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 100, 100).Price() == 0.0
+    assert zep.FdmBarrierEngine(0, 2, 1.10, 1.09, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 100, 100).Price() == vanilla

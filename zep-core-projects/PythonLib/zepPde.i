@@ -1,5 +1,6 @@
-// Finite-difference engines: the range digital and the daily range accrual.
+// Finite-difference engines: single barriers, the range digital and the daily range accrual.
 %{
+#include "zep-pde/FdmBarrierEngine.hpp"
 #include "zep-pde/FdmDoubleDigitalEngine.hpp"
 #include "zep-pde/FdmDoubleCumulativeEngine.hpp"
 %}
@@ -25,3 +26,15 @@ FdmDoubleCumulativeEngine(spot, barrierLow, barrierHigh, volatility, timeToExpir
                           domesticRate, foreignRate, nodes, timeSteps, spotMin, spotMax,
                           tradingDays, payout=1.0, interpolation='linear')";
 %include "zep-pde/FdmDoubleCumulativeEngine.hpp"
+
+%feature("docstring") zep::FdmBarrierEngine
+"A single-barrier European option by finite differences: the knock-out on a grid ending at the
+barrier (held at zero) and reaching spot * exp(+-6 sigma sqrt T) on the other side, Crank-
+Nicolson after two implicit half steps; knock-ins by parity with the Black-Scholes vanilla.
+
+FdmBarrierEngine(optionType, barrierType, strike, barrier, volatility, timeToExpiry,
+                 timeToDelivery, domesticRate, foreignRate, spot, nodes, timeSteps,
+                 interpolation='linear')
+barrierType 2 to 5 as EuropeanBarrierBS. Greek(name): the knock-out leg's 'price', 'delta',
+'gamma' or 'theta'.";
+%include "zep-pde/FdmBarrierEngine.hpp"

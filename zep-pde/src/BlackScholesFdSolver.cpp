@@ -6,7 +6,8 @@ namespace zep {
 
 BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, double volatility, double drift,
                                            double timeToExpiry)
-    : m_dt(timeToExpiry / static_cast<double>(grid.timeSteps)), m_steps(grid.timeSteps) {
+    : m_lowerBoundary(grid.lower), m_upperBoundary(grid.upper),
+      m_dt(timeToExpiry / static_cast<double>(grid.timeSteps)), m_steps(grid.timeSteps) {
     const std::size_t n = grid.nodes;
     const double h = (grid.spotMax - grid.spotMin) / static_cast<double>(n - 1);
     m_spots.resize(n);
@@ -28,27 +29,43 @@ BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, double volati
 
 void BlackScholesFdSolver::Step(std::vector<double>& values, double dt, double theta) const {
     const std::size_t n = values.size();
-    if (n < 3) return;  // two nodes: both ends, held
-    // Right-hand side, then the tridiagonal system by the Thomas algorithm (ends fixed).
-    for (std::size_t i = 1; i + 1 < n; ++i)
-        m_rhs[i] = values[i] + (1.0 - theta) * dt *
-                                   (m_lower[i] * values[i - 1] + m_centre[i] * values[i] + m_upper[i] * values[i + 1]);
-    m_rhs[1] += theta * dt * m_lower[1] * values[0];
-    m_rhs[n - 2] += theta * dt * m_upper[n - 2] * values[n - 1];
+    if (n < 4) return;  // fewer than two interior nodes: nothing to step
+    // A linear end, V0 = 2 V1 - V2, folds into the first interior row (and likewise at the top),
+    // which keeps the system tridiagonal.
+    const bool linearLow = m_lowerBoundary == FdBoundary::Linear, linearHigh = m_upperBoundary == FdBoundary::Linear;
+    std::vector<double>& diagonal = m_scratch;
+    const auto lower = [&](std::size_t i) { return i == n - 2 && linearHigh ? m_lower[i] - m_upper[i] : m_lower[i]; };
+    const auto centre = [&](std::size_t i) {
+        double c = m_centre[i];
+        if (i == 1 && linearLow) c += 2.0 * m_lower[i];
+        if (i == n - 2 && linearHigh) c += 2.0 * m_upper[i];
+        return c;
+    };
+    const auto upper = [&](std::size_t i) { return i == 1 && linearLow ? m_upper[i] - m_lower[i] : m_upper[i]; };
+    for (std::size_t i = 1; i + 1 < n; ++i) {
+        const double below = i > 1 ? lower(i) * values[i - 1] : (linearLow ? 0.0 : m_lower[i] * values[0]);
+        const double above = i + 2 < n ? upper(i) * values[i + 1] : (linearHigh ? 0.0 : m_upper[i] * values[n - 1]);
+        m_rhs[i] = values[i] + (1.0 - theta) * dt * (below + centre(i) * values[i] + above);
+    }
+    if (!linearLow) m_rhs[1] += theta * dt * m_lower[1] * values[0];
+    if (!linearHigh) m_rhs[n - 2] += theta * dt * m_upper[n - 2] * values[n - 1];
+    // Thomas algorithm on the interior rows.
     double previousUpper = 0.0;
     for (std::size_t i = 1; i + 1 < n; ++i) {
-        const double a = i > 1 ? -theta * dt * m_lower[i] : 0.0;
-        const double b = 1.0 - theta * dt * m_centre[i];
-        const double c = i + 2 < n ? -theta * dt * m_upper[i] : 0.0;
+        const double a = i > 1 ? -theta * dt * lower(i) : 0.0;
+        const double b = 1.0 - theta * dt * centre(i);
+        const double c = i + 2 < n ? -theta * dt * upper(i) : 0.0;
         const double denominator = b - a * previousUpper;
-        m_scratch[i] = c / denominator;
+        diagonal[i] = c / denominator;
         m_rhs[i] = (m_rhs[i] - a * m_rhs[i - 1]) / denominator;
-        previousUpper = m_scratch[i];
+        previousUpper = diagonal[i];
     }
     for (std::size_t i = n - 2; i >= 1; --i) {
-        values[i] = m_rhs[i] - (i + 2 < n ? m_scratch[i] * values[i + 1] : 0.0);
+        values[i] = m_rhs[i] - (i + 2 < n ? diagonal[i] * values[i + 1] : 0.0);
         if (i == 1) break;
     }
+    if (linearLow) values[0] = 2.0 * values[1] - values[2];
+    if (linearHigh) values[n - 1] = 2.0 * values[n - 2] - values[n - 3];
 }
 
 void BlackScholesFdSolver::Roll(std::vector<double>& values,

@@ -2,8 +2,9 @@
 // solved backward from expiry: dU/dt + sigma^2 S^2 / 2 d2U/dS2 + b S dU/dS = 0, with b the drift
 // that carries the spot to its delivery forward (as the closed forms do). Crank-Nicolson in time,
 // started by two fully implicit half steps (Rannacher) so that a discontinuous payoff does not
-// ring; central differences in space, second order. The two end nodes keep their payoff value:
-// put them where the value is settled, several standard deviations from the spot.
+// ring; central differences in space, second order. Each end node either keeps its value (a
+// knocked-out barrier, a level where the value is settled) or follows the interior linearly
+// (no gamma there: far from the strike, any payoff of the spot is close to linear).
 #pragma once
 
 #include <cstddef>
@@ -12,11 +13,15 @@
 
 namespace zep {
 
+enum class FdBoundary { Held, Linear };
+
 struct FdGridSpec {
     std::size_t nodes;      // N, spot nodes including both ends
     std::size_t timeSteps;  // M
     double spotMin;
     double spotMax;
+    FdBoundary lower = FdBoundary::Linear;
+    FdBoundary upper = FdBoundary::Linear;
 };
 
 class BlackScholesFdSolver {
@@ -38,6 +43,7 @@ private:
     void Step(std::vector<double>& values, double dt, double theta) const;
 
     std::vector<double> m_spots;
+    FdBoundary m_lowerBoundary, m_upperBoundary;
     double m_dt;
     std::size_t m_steps;
     // The operator L at each interior node: lower, centre and upper coefficients.
