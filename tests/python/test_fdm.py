@@ -110,3 +110,33 @@ def test_a_barrier_already_touched_leaves_the_knock_in_as_the_vanilla():
     vanilla = zep.BSVanilla(0, 1.10, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08).Price()
     assert zep.FdmBarrierEngine(0, 3, 1.10, 1.09, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 100, 100).Price() == 0.0
     assert zep.FdmBarrierEngine(0, 2, 1.10, 1.09, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 100, 100).Price() == vanilla
+
+
+def booked_range(expiry="2024-07-15", delivery="2024-07-17", low=1.02, high=1.14, spot=S):
+    return zep.DoubleDigitalOption("2024-01-15", expiry, delivery, low, high, 1e6, spot, VOL, RD, RF)
+
+
+def test_a_booked_range_digital_prices_alike_in_closed_form_and_on_the_grid():
+    option = booked_range()
+    t, td = option.GetTimeToExpiry(), option.GetTimeToDelivery()
+    assert (t, td) == (182 / 365, 184 / 365)
+    forward = S * math.exp((RD - RF) * td)
+
+    def above(level):
+        return N(math.log(forward / level) / (VOL * math.sqrt(t)) - VOL * math.sqrt(t) / 2)
+
+    exact = 1e6 * math.exp(-RD * td) * (above(1.02) - above(1.14))
+    assert option.Price() == pytest.approx(exact, rel=1e-13)
+    assert option.Price(1) == pytest.approx(exact, rel=1e-4)
+    assert booked_range(expiry="2024-01-15", delivery="2024-01-15").Price() == 1e6  # expired inside the range
+
+
+@pytest.mark.parametrize("arguments, message", [
+    ({"low": 1.14, "high": 1.02}, "Low barrier must be less than high barrier"),
+    ({"expiry": "2024-01-12"}, "Expiry date must be on or after reference date"),
+    ({"delivery": "2024-07-12"}, "Delivery date must be on or after expiry date"),
+    ({"spot": 0.0}, "Invalid spot price, time or volatility"),
+])
+def test_a_booked_range_digital_refuses_bad_terms(arguments, message):
+    with pytest.raises(RuntimeError, match=message):
+        booked_range(**arguments)

@@ -1,5 +1,7 @@
-// Finite-difference engines: single barriers, the range digital and the daily range accrual.
+// Finite-difference engines: single barriers, the range digital and the daily range accrual; and
+// the booked double digital priced in closed form or by them.
 %{
+#include "lum-closed-form/DoubleDigitalOption.hpp"
 #include "zep-pde/FdmBarrierEngine.hpp"
 #include "zep-pde/FdmDoubleDigitalEngine.hpp"
 #include "zep-pde/FdmDoubleCumulativeEngine.hpp"
@@ -38,3 +40,12 @@ FdmBarrierEngine(optionType, barrierType, strike, barrier, volatility, timeToExp
 barrierType 2 to 5 as EuropeanBarrierBS. Greek(name): the knock-out leg's 'price', 'delta',
 'gamma' or 'theta'.";
 %include "zep-pde/FdmBarrierEngine.hpp"
+
+%feature("docstring") zep::DoubleDigitalOption
+"A double (range) digital as booked: payout at delivery when the spot at expiry ends inside
+[lowBarrier, highBarrier].
+
+DoubleDigitalOption(referenceDate, expiryDate, deliveryDate, lowBarrier, highBarrier, payout,
+                    spot, volatility, domesticRate, foreignRate, dayCounter=DayCounter(Act365Fixed))
+Price(pricingMethod=0): 0 closed form, 1 finite differences.";
+%include "lum-closed-form/DoubleDigitalOption.hpp"
