@@ -48,6 +48,15 @@ CASES = {
                "Evaluate", ([(1.2, 1.0), (1.5, 1.0)],)),
     "scripted product": (lambda: zep.MXScriptStructure("2024-01-02", 100.0, 0.2, 0.03, 0.0, 1, [], ["2025-01-02"],
                                                        ["C PAYS MAX(SPOT() - 100, 0)"], 512), "Price", ()),
+    "barrier": (lambda: zep.EuropeanBarrierBS(0, 7, 1.1, 1.0, 1.2, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08), "Price", ()),
+    "vanna-volga barrier": (lambda: zep.EuropeanBarrierVV_Fisher(1.08, 0.035, 0.02, 0.09, 0.5, 0.505, -0.01, 0.003,
+                                                                 1.1, 0, 4, 1.16, 0, False), "Price", ()),
+    "digital": (lambda: zep.DigitalOptionBS(2, 1.1, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 1e6, 1), "Vega", ()),
+    "range digital": (lambda: zep.DoubleDigitalOption("2024-01-15", "2024-07-15", "2024-07-17", 1.0, 1.15, 1e6,
+                                                      1.08, 0.09, 0.035, 0.02), "Price", ()),
+    "finite differences": (lambda: zep.FdmBarrierEngine(0, 3, 1.1, 1.02, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 50, 50),
+                           "Greek", ("delta",)),
+    "schedule": (lambda: zep.Schedule("2024-01-10", "2025-03-15", "3M", "TARGET", stub=1), "PaymentDates", ()),
 }
 
 

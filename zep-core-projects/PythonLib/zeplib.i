@@ -63,6 +63,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepReport.i"
 %include "zepScript.i"
 %include "zepCalendar.i"
+%include "zepSchedule.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"
 %include "zepVanilla.i"

@@ -152,6 +152,15 @@ _RECORDED = {
     zeplib.MVanillaOption: (("FromForward",), ("SetPremium", "Dispose")),
     zeplib.MScriptProduct: ((), ()),
     zeplib.MXScriptStructure: (("FromDefinition",), ()),
+    zeplib.EuropeanBarrierBS: ((), ()),
+    zeplib.EuropeanBarrierVV_Fisher: ((), ("SetTrace",)),
+    zeplib.DigitalOptionBS: ((), ()),
+    zeplib.DigitalOptionVV: ((), ("SetTrace",)),
+    zeplib.DoubleDigitalOption: ((), ()),
+    zeplib.FdmBarrierEngine: ((), ()),
+    zeplib.FdmDoubleDigitalEngine: ((), ()),
+    zeplib.FdmDoubleCumulativeEngine: ((), ()),
+    zeplib.Schedule: ((), ()),
 }
 
 
