@@ -1,0 +1,84 @@
+#include "lum-monte-carlo/ProductDefinition.hpp"
+
+#include <gtest/gtest.h>
+
+#include "ParamNames.hpp"
+
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
+#include "lum-monte-carlo/script/ScriptProduct.hpp"
+
+namespace {
+
+// A definition whose only field is F, written as `value`, and whose script copies it to X.
+std::string Definition(const std::string& value, bool json) {
+    if (json)
+        return R"({"valuation_date": "2024-01-02", "market": {"spot": 100, "volatility": 0.2, "rate1": 0.03,
+                   "rate2": 0.01}, "model": {"type": "BlackScholes"}, "fields": {"F": )" +
+               value + R"(}, "events": [{"date": "2025-01-02", "script": "X = F"}]})";
+    return "valuation_date: 2024-01-02\n"
+           "market: {spot: 100, volatility: 0.2, rate1: 0.03, rate2: 0.01}\n"
+           "model: {type: BlackScholes}\n"
+           "fields: {F: " + value + "}\n"
+           "events:\n"
+           "  - {date: 2025-01-02, script: X = F}\n";
+}
+
+// The value of X once the first event's script (the field assignment, then X = F) has run.
+double ScriptValueOfX(const zep::XScriptInputs& inputs) {
+    const zep::ScriptProduct product({inputs.eventDates.front()}, {inputs.eventScripts.front()});
+    zep::ScriptPathEvaluator evaluator(product);
+    std::vector<double> values(product.VariableCount());
+    const zep::ScenarioPoint point{100.0, 1.0};
+    evaluator.EvaluateTree({&point, 1}, values);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        if (product.VariableNames()[i] == "X") return values[i];
+    return -1.0;
+}
+
+struct FieldCase {
+    const char* text;
+    double value;
+};
+
+class ProductDefinitionField : public ::testing::TestWithParam<FieldCase> {};
+
+// Values a plain decimal or exponent notation spells, down to the smallest normal number; the
+// script must see the very double the definition gives, whatever its size.
+TEST_P(ProductDefinitionField, ReachesTheScriptsExactly) {
+    const auto& [text, value] = GetParam();
+    for (const bool json : {true, false}) {
+        const double seen = ScriptValueOfX(zep::ProductDefinitionFromText(Definition(text, json)));
+        EXPECT_EQ(std::memcmp(&seen, &value, sizeof value), 0)
+            << text << (json ? " in JSON" : " in YAML") << " reaches the script as " << seen;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, ProductDefinitionField,
+    ::testing::Values(FieldCase{"0.0075", 0.0075}, FieldCase{"1e-6", 1e-6}, FieldCase{"-2.5E-9", -2.5e-9},
+                      FieldCase{"1e+20", 1e20}, FieldCase{"123456789.125", 123456789.125},
+                      FieldCase{"0.1", 0.1}, FieldCase{"-0.0", -0.0}, FieldCase{"1.7976931348623157e308", 1.7976931348623157e308},
+                      FieldCase{"2.2250738585072014e-308", 2.2250738585072014e-308}),
+    [](const ::testing::TestParamInfo<FieldCase>& info) { return zep::testing::NameOf(info.param.text); });
+
+// YAML reads "nan" and "inf" as numbers, and any text reads a subnormal number; the script
+// language holds none of them.
+TEST(ProductDefinition, RefusesFieldsTheScriptsCannotHold) {
+    for (const char* text : {"nan", "inf", "-infinity", "1e-310"}) {
+        try {
+            zep::ProductDefinitionFromText(Definition(text, false));
+            ADD_FAILURE() << text << " was accepted";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_EQ(std::string(e.what()), "Product definition: field 'fields.F' must be a finite number, zero or at "
+                                             "least 2.2250738585072014e-308 in size")
+                << text;
+        }
+    }
+}
+
+}  // namespace
