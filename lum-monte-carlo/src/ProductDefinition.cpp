@@ -8,6 +8,7 @@
 #include <limits>
 #include <map>
 #include <sstream>
+#include <type_traits>
 
 #include <nlohmann/json.hpp>
 #include <yaml-cpp/yaml.h>
@@ -120,9 +121,20 @@ private:
     std::string m_path;
 };
 
+// The integer a number of the definition stands for, its fraction cut off. A number the integer
+// type cannot hold is refused: converting it would be undefined.
+template <class Integer>
+Integer IntegerOf(double value, const std::string& field, const std::string& problem) {
+    const double beyond = std::ldexp(1.0, std::numeric_limits<Integer>::digits);  // 2^31, 2^63, 2^64
+    const double lowest = std::is_signed_v<Integer> ? -beyond : 0.0;
+    if (!(value >= lowest && value < beyond)) Malformed(field, problem);
+    return static_cast<Integer>(value);
+}
+
 std::int32_t ModelCode(const Reader& model) {
     const Reader type = model.Child("type");
-    if (type.Node().is_number()) return static_cast<std::int32_t>(type.Node().get<double>());
+    if (type.Node().is_number())
+        return IntegerOf<std::int32_t>(type.Node().get<double>(), type.Where(), "must be a model name or code");
     if (!type.Node().is_string()) Malformed(type.Where(), "must be a model name or code");
     std::string name = type.Node().get<std::string>();
     std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -194,8 +206,10 @@ XScriptInputs FromTree(const Json& tree) {
     }
     if (root.Has("simulation")) {
         const Reader sim = root.Child("simulation");
-        in.numSimulations = static_cast<std::int64_t>(sim.Number("paths", static_cast<double>(in.numSimulations)));
-        in.seed = static_cast<std::uint64_t>(sim.Number("seed", static_cast<double>(in.seed)));
+        in.numSimulations = IntegerOf<std::int64_t>(sim.Number("paths", static_cast<double>(in.numSimulations)),
+                                                    sim.Path("paths"), "is out of range for a number of paths");
+        in.seed = IntegerOf<std::uint64_t>(sim.Number("seed", static_cast<double>(in.seed)), sim.Path("seed"),
+                                           "is out of range for a seed");
         in.dayBasis = sim.Number("day_basis", in.dayBasis);
         in.quasiRandom = sim.Flag("quasi_random", in.quasiRandom);
         in.adaptiveShift = sim.Flag("adaptive_shift", in.adaptiveShift);

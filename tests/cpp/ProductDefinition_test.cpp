@@ -81,4 +81,33 @@ TEST(ProductDefinition, RefusesFieldsTheScriptsCannotHold) {
     }
 }
 
+// Counts and codes are integers: a number beyond what their integer type holds is refused.
+TEST(ProductDefinition, RefusesCountsAndCodesBeyondTheirRange) {
+    const std::string base = Definition("1", false);
+    const struct {
+        const char* from;
+        const char* to;
+        const char* message;
+    } cases[] = {
+        {"{type: BlackScholes}", "{type: 1e10}", "field 'model.type' must be a model name or code"},
+        {"{type: BlackScholes}", "{type: nan}", "field 'model.type' must be a model name or code"},
+        {"fields:", "simulation: {paths: 1e300}\nfields:", "field 'simulation.paths' is out of range for a number of paths"},
+        {"fields:", "simulation: {seed: -1}\nfields:", "field 'simulation.seed' is out of range for a seed"},
+        {"fields:", "simulation: {seed: 18446744073709551616}\nfields:", "field 'simulation.seed' is out of range for a seed"},
+    };
+    for (const auto& [from, to, message] : cases) {
+        std::string text = base;
+        text.replace(text.find(from), std::string(from).size(), to);
+        try {
+            zep::ProductDefinitionFromText(text);
+            ADD_FAILURE() << to << " was accepted";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_EQ(std::string(e.what()), std::string("Product definition: ") + message) << to;
+        }
+    }
+    std::string largest = base;
+    largest.replace(largest.find("fields:"), 7, "simulation: {seed: 18446744073709549568}\nfields:");
+    EXPECT_EQ(zep::ProductDefinitionFromText(largest).seed, 18446744073709549568u);
+}
+
 }  // namespace
