@@ -38,16 +38,27 @@ Json ScalarFromYaml(const std::string& text) {
     return text;
 }
 
-Json FromYaml(const YAML::Node& node) {
+// An alias repeats the subtree of its anchor, even one that holds the alias itself, so a short
+// YAML text can stand for an endless or exponentially large tree. A product definition is a few
+// levels deep and a few thousand nodes large; reading stops well beyond that.
+constexpr int kMaxYamlDepth = 64;
+constexpr std::size_t kMaxYamlNodes = 100000;
+
+Json FromYaml(const YAML::Node& node, int depth, std::size_t& nodesLeft) {
+    if (depth > kMaxYamlDepth || nodesLeft == 0)
+        throw std::invalid_argument("Product definition: malformed YAML: more than 100000 nodes or 64 levels once "
+                                    "its aliases are expanded");
+    --nodesLeft;
     switch (node.Type()) {
         case YAML::NodeType::Sequence: {
             Json list = Json::array();
-            for (const auto& item : node) list.push_back(FromYaml(item));
+            for (const auto& item : node) list.push_back(FromYaml(item, depth + 1, nodesLeft));
             return list;
         }
         case YAML::NodeType::Map: {
             Json object = Json::object();
-            for (const auto& item : node) object[item.first.as<std::string>()] = FromYaml(item.second);
+            for (const auto& item : node)
+                object[item.first.as<std::string>()] = FromYaml(item.second, depth + 1, nodesLeft);
             return object;
         }
         case YAML::NodeType::Scalar: return ScalarFromYaml(node.Scalar());
@@ -59,7 +70,8 @@ Json Parsed(const std::string& text) {
     const auto first = std::find_if(text.begin(), text.end(), [](unsigned char c) { return !std::isspace(c); });
     try {
         if (first != text.end() && *first == '{') return Json::parse(text);
-        return FromYaml(YAML::Load(text));
+        std::size_t nodesLeft = kMaxYamlNodes;
+        return FromYaml(YAML::Load(text), 1, nodesLeft);
     } catch (const Json::exception& e) {
         throw std::invalid_argument(std::string("Product definition: malformed JSON: ") + e.what());
     } catch (const YAML::Exception& e) {

@@ -110,4 +110,27 @@ TEST(ProductDefinition, RefusesCountsAndCodesBeyondTheirRange) {
     EXPECT_EQ(zep::ProductDefinitionFromText(largest).seed, 18446744073709549568u);
 }
 
+// An alias inside its own anchor stands for an endless tree, nested aliases for an exponentially
+// large one: both are refused, not followed until the stack or the memory runs out.
+TEST(ProductDefinition, RefusesYamlAliasesThatExpandWithoutBound) {
+    std::string laughs = "a0: &a0 [1, 1, 1, 1, 1, 1, 1, 1, 1, 1]\n";
+    for (int level = 1; level <= 8; ++level) {
+        const std::string previous = "*a" + std::to_string(level - 1);
+        laughs += "a" + std::to_string(level) + ": &a" + std::to_string(level) + " [";
+        for (int i = 0; i < 10; ++i) laughs += (i ? ", " : "") + previous;
+        laughs += "]\n";
+    }
+    for (const std::string& text : {Definition("1", false) + "loop: &loop [*loop]\n",
+                                    Definition("1", false) + "loop: &loop {again: *loop}\n",
+                                    Definition("1", false) + laughs}) {
+        try {
+            zep::ProductDefinitionFromText(text);
+            ADD_FAILURE() << text << "\nwas accepted";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_EQ(std::string(e.what()), "Product definition: malformed YAML: more than 100000 nodes or 64 levels "
+                                             "once its aliases are expanded");
+        }
+    }
+}
+
 }  // namespace
