@@ -9,3 +9,4 @@ bash scripts/check_wheel.sh
 .venv/bin/ctest --test-dir build/py --output-on-failure -j 2
 # Run from the tests folder so that `import zep` finds the installed module, not the sources.
 cd tests/python && ../../.venv/bin/python -m pytest -q -p no:cacheprovider .
+bash ../../scripts/fuzz.sh  # the libFuzzer targets, a short run each (tests/fuzz/README.md)

@@ -38,24 +38,26 @@ Error::Error(const std::string& file, std::uint32_t line, const std::string& fun
 namespace detail {
 
 std::size_t NameStart(std::string_view signature, std::size_t nameEnd) {
-    // The return type, if any, ends at the last blank outside template brackets.
+    // The return type, if any, ends at the last blank, '*' or '&' outside template brackets
+    // (clang++ writes "Probe &zep::Probe::operator++()", g++ "Probe& zep::...").
     int depth = 0;
     std::size_t start = 0;
     for (std::size_t i = 0; i < nameEnd; ++i) {
         const char c = signature[i];
         if (c == '<') ++depth;
         else if (c == '>') --depth;
-        else if (c == ' ' && depth == 0) start = i + 1;
+        else if ((c == ' ' || c == '*' || c == '&') && depth == 0) start = i + 1;
     }
     return start;
 }
 
-// Helpers in unnamed namespaces report under their enclosing namespace: "{anonymous}::" is an
-// artefact of the compiler's spelling, not part of the name a user can look up.
+// Helpers in unnamed namespaces report under their enclosing namespace: "{anonymous}::" (g++)
+// and "(anonymous namespace)::" (clang++) are artefacts of the compiler's spelling, not part of
+// the name a user can look up.
 std::string WithoutAnonymousNamespaces(std::string name) {
-    constexpr std::string_view anonymous = "{anonymous}::";
-    for (auto at = name.find(anonymous); at != std::string::npos; at = name.find(anonymous, at))
-        name.erase(at, anonymous.size());
+    for (const std::string_view anonymous : {"{anonymous}::", "(anonymous namespace)::"})
+        for (auto at = name.find(anonymous); at != std::string::npos; at = name.find(anonymous, at))
+            name.erase(at, anonymous.size());
     return name;
 }
 
@@ -87,8 +89,9 @@ std::string SpelledName(const char* prettyFunction) {
     return std::string(text.substr(start, end - start));
 }
 
+// The unnamed namespaces go first: clang's spelling holds parentheses that would end the name.
 std::string QualifiedFunctionName(const char* prettyFunction) {
-    return WithoutAnonymousNamespaces(SpelledName(prettyFunction));
+    return SpelledName(WithoutAnonymousNamespaces(prettyFunction).c_str());
 }
 
 }  // namespace detail

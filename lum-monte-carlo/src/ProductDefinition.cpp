@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <sstream>
+#include <type_traits>
 
 #include <nlohmann/json.hpp>
 #include <yaml-cpp/yaml.h>
@@ -34,16 +38,27 @@ Json ScalarFromYaml(const std::string& text) {
     return text;
 }
 
-Json FromYaml(const YAML::Node& node) {
+// An alias repeats the subtree of its anchor, even one that holds the alias itself, so a short
+// YAML text can stand for an endless or exponentially large tree. A product definition is a few
+// levels deep and a few thousand nodes large; reading stops well beyond that.
+constexpr int kMaxYamlDepth = 64;
+constexpr std::size_t kMaxYamlNodes = 100000;
+
+Json FromYaml(const YAML::Node& node, int depth, std::size_t& nodesLeft) {
+    if (depth > kMaxYamlDepth || nodesLeft == 0)
+        throw std::invalid_argument("Product definition: malformed YAML: more than 100000 nodes or 64 levels once "
+                                    "its aliases are expanded");
+    --nodesLeft;
     switch (node.Type()) {
         case YAML::NodeType::Sequence: {
             Json list = Json::array();
-            for (const auto& item : node) list.push_back(FromYaml(item));
+            for (const auto& item : node) list.push_back(FromYaml(item, depth + 1, nodesLeft));
             return list;
         }
         case YAML::NodeType::Map: {
             Json object = Json::object();
-            for (const auto& item : node) object[item.first.as<std::string>()] = FromYaml(item.second);
+            for (const auto& item : node)
+                object[item.first.as<std::string>()] = FromYaml(item.second, depth + 1, nodesLeft);
             return object;
         }
         case YAML::NodeType::Scalar: return ScalarFromYaml(node.Scalar());
@@ -55,7 +70,8 @@ Json Parsed(const std::string& text) {
     const auto first = std::find_if(text.begin(), text.end(), [](unsigned char c) { return !std::isspace(c); });
     try {
         if (first != text.end() && *first == '{') return Json::parse(text);
-        return FromYaml(YAML::Load(text));
+        std::size_t nodesLeft = kMaxYamlNodes;
+        return FromYaml(YAML::Load(text), 1, nodesLeft);
     } catch (const Json::exception& e) {
         throw std::invalid_argument(std::string("Product definition: malformed JSON: ") + e.what());
     } catch (const YAML::Exception& e) {
@@ -117,9 +133,20 @@ private:
     std::string m_path;
 };
 
+// The integer a number of the definition stands for, its fraction cut off. A number the integer
+// type cannot hold is refused: converting it would be undefined.
+template <class Integer>
+Integer IntegerOf(double value, const std::string& field, const std::string& problem) {
+    const double beyond = std::ldexp(1.0, std::numeric_limits<Integer>::digits);  // 2^31, 2^63, 2^64
+    const double lowest = std::is_signed_v<Integer> ? -beyond : 0.0;
+    if (!(value >= lowest && value < beyond)) Malformed(field, problem);
+    return static_cast<Integer>(value);
+}
+
 std::int32_t ModelCode(const Reader& model) {
     const Reader type = model.Child("type");
-    if (type.Node().is_number()) return static_cast<std::int32_t>(type.Node().get<double>());
+    if (type.Node().is_number())
+        return IntegerOf<std::int32_t>(type.Node().get<double>(), type.Where(), "must be a model name or code");
     if (!type.Node().is_string()) Malformed(type.Where(), "must be a model name or code");
     std::string name = type.Node().get<std::string>();
     std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -144,18 +171,31 @@ std::vector<Date> ScheduleDates(const Reader& schedule) {
     return dates;
 }
 
+// A field's value as the script language reads it back exactly: one word of digits and a point,
+// never an exponent (the tokeniser would read the sign of "1e-05" as a subtraction), with the
+// fewest digits that give the same double. The language holds neither infinities, NaN nor
+// subnormal numbers.
+std::string ScriptNumber(const Reader& fields, const std::string& name, double value) {
+    if (!std::isfinite(value) || (value != 0.0 && std::abs(value) < std::numeric_limits<double>::min()))
+        Malformed(fields.Path(name), "must be a finite number, zero or at least 2.2250738585072014e-308 in size");
+    // The longest such text, the smallest normal number, has 326 characters.
+    std::string text(512, '\0');
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    text.resize(static_cast<std::size_t>(written.ptr - text.data()));
+    return text;
+}
+
 std::string FieldAssignments(const Reader& root) {
     if (!root.Has("fields")) return "";
     const Reader fields = root.Child("fields");
     if (!fields.Node().is_object()) Malformed(fields.Where(), "must be a mapping of names to numbers");
-    std::ostringstream script;
-    script.precision(17);
+    std::string script;
     for (const auto& [name, value] : fields.Node().items()) {
         ValidateFieldName("product", name);
         if (!value.is_number()) Malformed(fields.Path(name), "must be a number");
-        script << name << " = " << value.get<double>() << "\n";
+        script += name + " = " + ScriptNumber(fields, name, value.get<double>()) + "\n";
     }
-    return script.str();
+    return script;
 }
 
 XScriptInputs FromTree(const Json& tree) {
@@ -178,8 +218,10 @@ XScriptInputs FromTree(const Json& tree) {
     }
     if (root.Has("simulation")) {
         const Reader sim = root.Child("simulation");
-        in.numSimulations = static_cast<std::int64_t>(sim.Number("paths", static_cast<double>(in.numSimulations)));
-        in.seed = static_cast<std::uint64_t>(sim.Number("seed", static_cast<double>(in.seed)));
+        in.numSimulations = IntegerOf<std::int64_t>(sim.Number("paths", static_cast<double>(in.numSimulations)),
+                                                    sim.Path("paths"), "is out of range for a number of paths");
+        in.seed = IntegerOf<std::uint64_t>(sim.Number("seed", static_cast<double>(in.seed)), sim.Path("seed"),
+                                           "is out of range for a seed");
         in.dayBasis = sim.Number("day_basis", in.dayBasis);
         in.quasiRandom = sim.Flag("quasi_random", in.quasiRandom);
         in.adaptiveShift = sim.Flag("adaptive_shift", in.adaptiveShift);

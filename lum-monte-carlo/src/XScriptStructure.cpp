@@ -15,6 +15,7 @@
 #include "lum-monte-carlo/ScriptPayoff.hpp"
 #include "lum-monte-carlo/ScriptSimulator.hpp"
 #include "lum-monte-carlo/SimpleDupire.hpp"
+#include "lum-monte-carlo/SimulationGrid.hpp"
 
 namespace zep {
 
@@ -46,6 +47,9 @@ void CheckInputs(const XScriptInputs& in) {
     ZEP_REQUIRE(std::isfinite(in.rate2), "no underlying rate!");
     ZEP_REQUIRE(!in.today.IsNull(), "XScriptStructure needs a valuation date");
     ZEP_REQUIRE(!in.eventDates.empty(), "XScriptStructure needs at least one event date");
+    // Refused here, not at the first simulation: a product that builds can always be priced
+    // and described.
+    ZEP_REQUIRE(in.eventDates.size() <= kMaxObservationDays, "The supported maxium oberservation days is 1098!");
     ZEP_REQUIRE(in.eventDates.size() == in.eventScripts.size(),
                 "XScriptStructure needs one script per event date");
     for (std::size_t i = 0; i < in.eventDates.size(); ++i) {

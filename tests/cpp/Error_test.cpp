@@ -47,6 +47,16 @@ TEST(Error, MacroNamesTheQualifiedFunction) {
               std::string::npos);
 }
 
+// The signatures as clang++ spells them name the same functions as g++'s do.
+TEST(Error, NamesFunctionsFromClangSignatures) {
+    EXPECT_EQ(detail::QualifiedFunctionName("void zep::(anonymous namespace)::Probe::Member() const"),
+              "zep::Probe::Member");
+    EXPECT_EQ(detail::QualifiedFunctionName(
+                  "zep::(anonymous namespace)::Probe &zep::(anonymous namespace)::Probe::operator++()"),
+              "zep::Probe::operator ++");
+    EXPECT_EQ(detail::QualifiedFunctionName("const char *zep::Date::Name(int) const"), "zep::Date::Name");
+}
+
 TEST(TypeCheckedCast, NamesOperationAndExpectedType) {
     const boost::any held = 3.5;
     EXPECT_DOUBLE_EQ(TypeCheckedCast<double>(held, "Op"), 3.5);

@@ -301,6 +301,19 @@ TEST(XScriptStructure, ConstructionChecksInputs) {
     EXPECT_EQ(FailureOf(in), "Event date 01/01/2024 is before the valuation date 02/01/2024");
 }
 
+// Every event date is an observation of the simulation, which takes at most 1098 of them.
+TEST(XScriptStructure, RefusesMoreEventDatesThanASimulationObserves) {
+    auto in = OneYearInputs(1, 10);
+    in.eventDates.clear();
+    for (std::int32_t day = 1; day <= 1099; ++day) in.eventDates.push_back(in.today + day);
+    in.eventScripts.assign(in.eventDates.size(), "X = 1");
+    EXPECT_EQ(FailureOf(in), "The supported maxium oberservation days is 1098!");
+    in.eventDates.pop_back();
+    in.eventScripts.pop_back();
+    EXPECT_EQ(FailureOf(in), "");
+    EXPECT_NE(XScriptStructure(in).Description().find("numPath: 1098"), std::string::npos);
+}
+
 TEST(ScriptModels, CheckTheirParameters) {
     ModelInputs inputs{100, 0.2, 0.01, 0.0, {1, 0.04, 0.3, 0.5}};
     try {

@@ -1,10 +1,12 @@
 #include "GuardRuns.hpp"
 
 #if defined(__x86_64__)
-// AVX2 without FMA: a product and a difference must not be fused, or a lane's difference would
-// round otherwise than the one-date instruction's.
-#pragma GCC target("avx2")
 #include <immintrin.h>
+
+// AVX2 without FMA: a product and a difference must not be fused, or a lane's difference would
+// round otherwise than the one-date instruction's. A function attribute, not a pragma, so that
+// g++ and clang++ both compile the lanes for AVX2 (clang ignores "#pragma GCC target").
+#define ZEP_AVX2_LANES __attribute__((target("avx2")))
 #endif
 
 namespace zep::detail {
@@ -21,14 +23,14 @@ std::size_t FirstPassingOneByOne(Passing rule, double bound, const TermCompariso
 #if defined(__x86_64__)
 const bool kFourLanes = __builtin_cpu_supports("avx2");
 
-__m256d ValueLanes(const Term& term, __m256d spots, const double* x) {
+ZEP_AVX2_LANES __m256d ValueLanes(const Term& term, __m256d spots, const double* x) {
     const __m256d base = term.fromSpot ? spots : _mm256_set1_pd(1.0);
     const __m256d factor = _mm256_set1_pd(term.variableFactor ? x[term.index] : term.value);
     return term.divides ? _mm256_div_pd(base, factor) : _mm256_mul_pd(base, factor);
 }
 
 template <int Predicate>
-std::size_t FirstInLanes(double bound, const TermComparison& comparison, const ScenarioPoint* points,
+ZEP_AVX2_LANES std::size_t FirstInLanes(double bound, const TermComparison& comparison, const ScenarioPoint* points,
                          std::size_t count, const double* x) {
     const __m256d bounds = _mm256_set1_pd(bound);
     std::size_t i = 0;

@@ -1,0 +1,74 @@
+// Payoff scripts as users write them, one script per event date, the events separated by '|'
+// (a character the script language drops). A product the scripts build evaluates on a path;
+// the compiled stream gives the tree walker's values, sharp and smoothed alike.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Invariant.hpp"
+#include "LibraryFailures.hpp"
+#include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
+#include "lum-monte-carlo/script/ScriptProduct.hpp"
+
+namespace {
+
+constexpr std::size_t kMaxEvents = 8;
+// A path through the usual levels of an autocallable's checks, a spot of zero and extremes.
+constexpr double kSpots[kMaxEvents] = {100.0, 69.5, 100.0, 130.25, 0.0, 1.0, 1e6, 100.0};
+
+std::vector<std::string> EventScripts(std::string_view text) {
+    std::vector<std::string> scripts;
+    while (scripts.size() + 1 < kMaxEvents) {
+        const std::size_t bar = text.find('|');
+        if (bar == std::string_view::npos) break;
+        scripts.emplace_back(text.substr(0, bar));
+        text.remove_prefix(bar + 1);
+    }
+    scripts.emplace_back(text);
+    return scripts;
+}
+
+std::vector<zep::Date> MonthlyDates(std::size_t count) {
+    std::vector<zep::Date> dates;
+    for (std::size_t i = 0; i < count; ++i) dates.push_back(zep::Date(15, 1, 2030).Advance(static_cast<std::int32_t>(i), zep::Months));
+    return dates;
+}
+
+bool Same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+void RequireSameValues(const zep::ScriptProduct& product, const std::vector<double>& compiled,
+                       const std::vector<double>& tree, const char* logic) {
+    for (std::size_t i = 0; i < compiled.size(); ++i)
+        ZEP_FUZZ_REQUIRE(Same(compiled[i], tree[i]),
+                         std::string(logic) + " logic: " + product.VariableNames()[i] + " is " +
+                             std::to_string(compiled[i]) + " compiled but " + std::to_string(tree[i]) +
+                             " by the tree\n" + product.DebugText());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::vector<std::string> scripts =
+        EventScripts(std::string_view(reinterpret_cast<const char*>(data), size));
+    const auto product = zep::fuzz::Attempt([&] { return zep::ScriptProduct(MonthlyDates(scripts.size()), scripts); });
+    if (!product) return 0;
+    (void)product->DebugText();
+
+    std::vector<zep::ScenarioPoint> path;
+    for (std::size_t i = 0; i < scripts.size(); ++i) path.push_back({kSpots[i], std::pow(0.99, static_cast<double>(i))});
+    const std::size_t count = product->VariableCount();
+    std::vector<double> compiled(count), tree(count), fuzzy(count), fuzzyTree(count);
+    zep::fuzz::Attempt([&] {
+        zep::ScriptPathEvaluator evaluator(*product);
+        evaluator.Evaluate(path, compiled);
+        evaluator.EvaluateTree(path, tree);
+        evaluator.EvaluateFuzzy(path, fuzzy);
+        evaluator.EvaluateFuzzyTree(path, fuzzyTree);
+        RequireSameValues(*product, compiled, tree, "sharp");
+        RequireSameValues(*product, fuzzy, fuzzyTree, "smoothed");
+    });
+    return 0;
+}
