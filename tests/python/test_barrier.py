@@ -154,3 +154,35 @@ def test_a_daily_monitored_barrier_in_monte_carlo_matches_the_shifted_closed_for
     t = days / 365
     exact = zep.EuropeanBarrierBS(0, barrier_type, 100.0, shifted, vol, t, t, 0.03, 0.01, 100.0).Price()
     assert abs(note.Price() - exact) < 4 * note.PriceStandardError()
+
+
+def booked_barrier(method_dates=("2024-01-15", "2024-07-15", "2024-07-17", "2024-07-17", "2024-07-17"), **quotes):
+    reference, expiry, settlement, premium, delivery = method_dates
+    return zep.VanillaBarriers(-1, 0, 2e6, 1.10, DOWN_OUT, 1.02, 0.0, 1.08, reference, expiry, settlement, premium,
+                               delivery, 0.035, 0.02, 0.09, **quotes)
+
+
+def test_a_booked_barrier_prices_as_its_engines():
+    option = booked_barrier(riskReversal25=-0.01, butterfly25=0.003)
+    t, td = option.GetTimeToExpiry(), option.GetTimeToDelivery()
+    closed_form = zep.EuropeanBarrierBS(0, DOWN_OUT, 1.10, 1.02, 0.09, t, td, 0.035, 0.02, 1.08).Price()
+    smile = zep.EuropeanBarrierVV_Fisher(1.08, 0.035, 0.02, 0.09, t, td, -0.01, 0.003, 1.10, 0, DOWN_OUT, 1.02, 0, False)
+    assert option.PV() == pytest.approx(-2e6 * closed_form, rel=1e-15)
+    assert option.Price(1) == pytest.approx(smile.Price(), rel=1e-15)
+    assert option.Price(2) == pytest.approx(closed_form, rel=1e-4)
+    bump = 1e-4
+    up = zep.EuropeanBarrierBS(0, DOWN_OUT, 1.10, 1.02, 0.09 + bump, t, td, 0.035, 0.02, 1.08).Price()
+    down = zep.EuropeanBarrierBS(0, DOWN_OUT, 1.10, 1.02, 0.09 - bump, t, td, 0.035, 0.02, 1.08).Price()
+    assert option.DeltaPrice("spot_Volatility", bump) == pytest.approx((up - down) / (2 * bump), rel=1e-12)
+
+
+@pytest.mark.parametrize("call, message", [
+    (lambda: booked_barrier().Price(3), "BSREPLICATE not supported for VanillaBarrier!"),
+    (lambda: booked_barrier().Price(7), "PricingMethod not supported for VanillaBarrier!"),
+    (lambda: booked_barrier().DeltaPrice("spot", 0.01), "not supported fieldName!"),
+    (lambda: booked_barrier(("2024-01-15", "2024-07-15", "2024-07-17", "2024-07-18", "2024-07-17")),
+     "Premium date should not later than settlement date!"),
+])
+def test_a_booked_barrier_refuses_what_it_lacks(call, message):
+    with pytest.raises(RuntimeError, match=message):
+        call()

@@ -6,6 +6,8 @@
 #include "lum-closed-form/DigitalOptionBS.hpp"
 #include "lum-closed-form/DigitalOptionVV.hpp"
 #include "lum-closed-form/BarrierBook.hpp"
+#include "lum-closed-form/VanillaBarriers.hpp"
+#include <cmath>
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -105,3 +107,47 @@ def PriceBarrierBook(types: "numpy.typing.ArrayLike", barrierTypes: "numpy.typin
     PriceBarrierBookInto(*columns, prices)
     return prices.reshape(shape)
 %}
+
+%feature("docstring") zep::VanillaBarriers
+"A European barrier option as booked: side, notional, strike, barrier(s), dates and market.
+
+VanillaBarriers(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, spot,
+                referenceDate, expiryDate, settlementDate, premiumDate, deliveryDate, rd, rf, vol,
+                riskReversal25=nan, butterfly25=nan, deltaType=0, premiumAdjusted=False,
+                dayCounter=DayCounter(Act365Fixed))
+
+barrierUp is read for corridors (types 6, 7). Price(method)/PV(method): 0 Black-Scholes,
+1 Vanna-Volga (needs riskReversal25 and butterfly25), 2 finite differences (single barriers),
+3 BSREPLICATE refused. DeltaPrice('spot_Volatility', bump, method): the volatility sensitivity.";
+
+%ignore zep::VanillaBarriers::VanillaBarriers(const Terms&, double, double, double, boost::shared_ptr<const VolatilitySource>, std::optional<SmileQuotes>);
+%ignore zep::VanillaBarriers::Terms;
+%ignore zep::VanillaBarriers::SmileQuotes;
+%include "lum-closed-form/VanillaBarriers.hpp"
+%extend zep::VanillaBarriers {
+    VanillaBarriers(int buySell, int callPut, double faceValue, double strike, int barrierType, double barrier,
+                    double barrierUp, double spot, const zep::Date& referenceDate, const zep::Date& expiryDate,
+                    const zep::Date& settlementDate, const zep::Date& premiumDate, const zep::Date& deliveryDate,
+                    double rd, double rf, double vol, double riskReversal25 = NAN, double butterfly25 = NAN,
+                    int deltaType = 0, bool premiumAdjusted = false,
+                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed)) {
+        zep::VanillaBarriers::Terms terms;
+        terms.buySell = buySell;
+        terms.callPut = callPut;
+        terms.faceValue = faceValue;
+        terms.strike = strike;
+        terms.barrierType = barrierType;
+        terms.barrier = barrier;
+        terms.barrierUp = barrierUp;
+        terms.referenceDate = referenceDate;
+        terms.expiryDate = expiryDate;
+        terms.settlementDate = settlementDate;
+        terms.premiumDate = premiumDate;
+        terms.deliveryDate = deliveryDate;
+        terms.dayCounter = dayCounter;
+        std::optional<zep::VanillaBarriers::SmileQuotes> smile;
+        if (std::isfinite(riskReversal25) && std::isfinite(butterfly25))
+            smile = zep::VanillaBarriers::SmileQuotes{riskReversal25, butterfly25, deltaType, premiumAdjusted};
+        return new zep::VanillaBarriers(terms, spot, rd, rf, boost::make_shared<zep::FlatVolatility>(vol), smile);
+    }
+}

@@ -161,6 +161,7 @@ _RECORDED = {
     zeplib.FdmDoubleDigitalEngine: ((), ()),
     zeplib.FdmDoubleCumulativeEngine: ((), ()),
     zeplib.Schedule: ((), ()),
+    zeplib.VanillaBarriers: ((), ()),
 }
 
 
