@@ -11,4 +11,6 @@ echo
 echo
 .venv/bin/python examples/barrier_demo.py
 echo
+.venv/bin/python examples/curve_demo.py
+echo
 .venv/bin/python examples/price_autocallable.py

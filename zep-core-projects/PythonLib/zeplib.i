@@ -70,3 +70,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepBarrier.i"
 %include "zepPde.i"
 %include "zepXScript.i"
+// Bootstrapping takes lists of texts, whose conversion the scripted products declare.
+%include "zepBootstrap.i"

@@ -1,0 +1,82 @@
+// Curves bootstrapped from deposit, FRA and swap quotes.
+%{
+#include "lum-interest-rates/CurveBootstrap.hpp"
+%}
+
+%inline %{
+namespace zep::python {
+// The raw entry point behind BootstrapYieldCurve below: one entry per quote in each list.
+boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
+        const zep::Date& referenceDate, const std::vector<double>& instruments, const std::vector<std::string>& starts,
+        const std::vector<std::string>& tenors, const std::vector<double>& rates, int spotLagDays,
+        const std::string& centres, int rollRule, const zep::DayCounter& depositDayCounter,
+        const std::string& fixedTenor, const zep::DayCounter& fixedDayCounter,
+        const zep::DayCounter& curveDayCounter, int interpolatedVariable, int interpolationMethod) {
+    if (instruments.size() != tenors.size() || starts.size() != tenors.size() || rates.size() != tenors.size())
+        throw std::invalid_argument("BootstrapYieldCurve: one instrument, start, tenor and rate per quote");
+    std::vector<zep::RateQuote> quotes;
+    for (std::size_t i = 0; i < tenors.size(); ++i) {
+        if (instruments[i] != 0 && instruments[i] != 1 && instruments[i] != 2)
+            throw std::invalid_argument("BootstrapYieldCurve: instruments are DEPOSIT, FRA or SWAP");
+        zep::RateQuote quote;
+        quote.instrument = static_cast<zep::RateInstrument>(static_cast<int>(instruments[i]));
+        if (!starts[i].empty()) quote.start = zep::Period(starts[i]);
+        quote.tenor = zep::Period(tenors[i]);
+        quote.rate = rates[i];
+        quotes.push_back(quote);
+    }
+    zep::BootstrapConventions conventions;
+    conventions.spotLagDays = spotLagDays;
+    conventions.centres = centres;
+    conventions.rollRule = rollRule;
+    conventions.depositDayCounter = depositDayCounter;
+    conventions.fixedTenor = zep::Period(fixedTenor);
+    conventions.fixedDayCounter = fixedDayCounter;
+    conventions.curveDayCounter = curveDayCounter;
+    conventions.interpolatedVariable = interpolatedVariable;
+    conventions.interpolationMethod = interpolationMethod;
+    return zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared()).Curve();
+}
+}
+%}
+
+%pythoncode %{
+def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list[tuple[str, str, float]]", spotLagDays: "int" = 2,
+                        centres: "str" = "TARGET", rollRule: "int" = 2,
+                        depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
+                        fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
+                        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2) -> "YieldCurve":
+    """A discount curve bootstrapped pillar by pillar from market quotes.
+
+    quotes: (instrument, tenor, rate) with instrument "DEPOSIT" (tenor "3M"), "FRA" (tenor "3x6":
+    start and end months from spot) or "SWAP" (tenor "5Y": par rate of a fixed leg paying every
+    fixedTenor against the same curve's floating leg); also accepted as dicts with these keys or
+    a pandas DataFrame with these columns. Instruments start spotLagDays business days after the
+    reference date on the centres; dates roll by rollRule. Day counts: deposits and FRAs Act/360,
+    the fixed leg 30/360, the curve Act/365 Fixed unless given. The curve interpolates
+    interpolatedVariable (1 continuous zero rates, 2 discount factors) by interpolationMethod
+    (2 linear, 4 log-linear, 6 cubic)."""
+    if hasattr(quotes, "to_dict"):  # a pandas DataFrame
+        quotes = quotes.to_dict("records")
+    rows = [(q["instrument"], q["tenor"], q["rate"]) if isinstance(q, dict) else tuple(q) for q in quotes]
+    kinds = {"DEPOSIT": 0, "FRA": 1, "SWAP": 2}
+    instruments, starts, tenors, rates = [], [], [], []
+    for instrument, tenor, rate in rows:
+        kind = kinds.get(str(instrument).upper())
+        if kind is None:
+            raise ValueError(f"BootstrapYieldCurve: unknown instrument {instrument!r}: DEPOSIT, FRA or SWAP")
+        start, end = ("", tenor)
+        if kind == 1:
+            parts = str(tenor).upper().split("X")
+            if len(parts) != 2:
+                raise ValueError(f"BootstrapYieldCurve: an FRA tenor reads like '3x6', not {tenor!r}")
+            start, end = parts[0] + "M", parts[1] + "M"
+        instruments.append(float(kind))
+        starts.append(start)
+        tenors.append(end)
+        rates.append(float(rate))
+    return BootstrapYieldCurveFrom(referenceDate, instruments, starts, tenors, rates, spotLagDays, centres, rollRule,
+                                   depositDayCounter or DayCounter(Act360), fixedTenor,
+                                   fixedDayCounter or DayCounter(Thirty360), curveDayCounter or DayCounter(Act365Fixed),
+                                   interpolatedVariable, interpolationMethod)
+%}
