@@ -26,9 +26,10 @@ Date CurveBootstrap::MaturityOf(const RateQuote& quote) const {
     return m_calendar.Adjust(m_spotDate + quote.tenor, m_conventions.rollRule, m_conventions.centres);
 }
 
-double CurveBootstrap::ImpliedRate(const RateQuote& quote, const YieldCurve& curve) const {
+CurveBootstrap::Flows CurveBootstrap::FlowsOf(const RateQuote& quote) const {
     const BootstrapConventions& c = m_conventions;
-    const Date end = MaturityOf(quote);
+    const auto timeOf = [&](const Date& date) { return c.curveDayCounter.YearFraction(m_referenceDate, date); };
+    Flows flows;
     if (quote.instrument == RateInstrument::Swap) {
         ScheduleRules rules;
         rules.tenor = c.fixedTenor;
@@ -38,16 +39,32 @@ double CurveBootstrap::ImpliedRate(const RateQuote& quote, const YieldCurve& cur
         rules.dayCounter = c.fixedDayCounter;
         rules.fixingLagDays = 0;
         const Schedule fixedLeg(m_spotDate, m_spotDate + quote.tenor, rules, m_calendar);
-        double annuity = 0.0;
-        for (const SchedulePeriod& period : fixedLeg.Periods())
-            annuity += period.accrualFraction * curve.DiscountFactor(period.payment);
-        return (curve.DiscountFactor(m_spotDate) - curve.DiscountFactor(fixedLeg.Periods().back().payment)) / annuity;
+        for (const SchedulePeriod& period : fixedLeg.Periods()) {
+            flows.payments.push_back(timeOf(period.payment));
+            flows.fractions.push_back(period.accrualFraction);
+        }
+        flows.start = timeOf(m_spotDate);
+        flows.end = flows.payments.back();
+        return flows;
     }
     const Date start = quote.instrument == RateInstrument::FRA
                            ? m_calendar.Adjust(m_spotDate + quote.start, c.rollRule, c.centres)
                            : m_spotDate;
-    const double tau = c.depositDayCounter.YearFraction(start, end);
-    return (curve.DiscountFactor(start) / curve.DiscountFactor(end) - 1.0) / tau;
+    const Date end = MaturityOf(quote);
+    flows.start = timeOf(start);
+    flows.end = timeOf(end);
+    flows.accrual = c.depositDayCounter.YearFraction(start, end);
+    return flows;
+}
+
+double CurveBootstrap::ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve) const {
+    if (quote.instrument == RateInstrument::Swap) {
+        double annuity = 0.0;
+        for (std::size_t i = 0; i < flows.payments.size(); ++i)
+            annuity += flows.fractions[i] * curve.DiscountFactor(flows.payments[i]);
+        return (curve.DiscountFactor(flows.start) - curve.DiscountFactor(flows.end)) / annuity;
+    }
+    return (curve.DiscountFactor(flows.start) / curve.DiscountFactor(flows.end) - 1.0) / flows.accrual;
 }
 
 CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote> quotes,
@@ -70,6 +87,7 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
         m_pillars.push_back(maturity);
     }
     m_quotes = std::move(quotes);
+    for (const RateQuote& quote : m_quotes) m_flows.push_back(FlowsOf(quote));
 
     // Pillar by pillar: the zero rate at the new pillar that reprices its quote; the later
     // pillars, not yet known, continue flat.
@@ -83,7 +101,7 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
                               conventions.interpolatedVariable, conventions.interpolationMethod);
         };
         const RateQuote& quote = m_quotes[i];
-        const auto mismatch = [&](double zero) { return ImpliedRate(quote, curveWith(zero)) - quote.rate; };
+        const auto mismatch = [&](double zero) { return ImpliedRate(quote, m_flows[i], curveWith(zero)) - quote.rate; };
         double zero;
         try {
             zero = BrentSolve(mismatch, -0.5, 1.0, {1e-14, 200});
@@ -100,7 +118,7 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
 
 std::vector<double> CurveBootstrap::ImpliedRates() const {
     std::vector<double> rates;
-    for (const RateQuote& quote : m_quotes) rates.push_back(ImpliedRate(quote, *m_curve));
+    for (std::size_t i = 0; i < m_quotes.size(); ++i) rates.push_back(ImpliedRate(m_quotes[i], m_flows[i], *m_curve));
     return rates;
 }
 

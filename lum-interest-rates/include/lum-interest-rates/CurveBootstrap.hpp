@@ -58,7 +58,17 @@ public:
     const std::vector<Date>& Pillars() const { return m_pillars; }
 
 private:
-    double ImpliedRate(const RateQuote& quote, const YieldCurve& curve) const;
+    // A quote's cash flows laid out once, as the curve's times of the dates the implied rate
+    // reads off the curve.
+    struct Flows {
+        double start = 0.0;            // the spot date, or an FRA's accrual start
+        double end = 0.0;              // the maturity (the last fixed payment of a swap)
+        double accrual = 0.0;          // deposit and FRA: tau(start, end)
+        std::vector<double> payments;  // swap: the fixed leg's payment dates
+        std::vector<double> fractions;
+    };
+    Flows FlowsOf(const RateQuote& quote) const;
+    double ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve) const;
     Date MaturityOf(const RateQuote& quote) const;
 
     Date m_referenceDate;
@@ -67,6 +77,7 @@ private:
     BootstrapConventions m_conventions;
     const Calendar& m_calendar;
     std::vector<Date> m_pillars;
+    std::vector<Flows> m_flows;
     boost::shared_ptr<YieldCurve> m_curve;
 };
 
