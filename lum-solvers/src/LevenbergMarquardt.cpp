@@ -76,18 +76,28 @@ OptimizationResult LevenbergMarquardt::Minimize(const Residuals& residuals, std:
                 gradient[j] -= jacobian[i * n + j] * r[i];
                 for (std::size_t k = 0; k < n; ++k) normal[j * n + k] += jacobian[i * n + j] * jacobian[i * n + k];
             }
+        // Marquardt's scaling by the diagonal, floored so that a parameter the residuals barely
+        // see is still damped.
+        double diagonalFloor = 0.0;
+        for (std::size_t j = 0; j < n; ++j) diagonalFloor = std::max(diagonalFloor, normal[j * n + j]);
+        diagonalFloor = std::max(diagonalFloor * 1e-9, 1e-300);
         bool improved = false;
         // Raise the damping until a step lowers the cost (bounded: the damping grows tenfold).
         for (int attempt = 0; attempt < 20 && !improved; ++attempt) {
             std::vector<double> damped = normal, step = gradient;
-            for (std::size_t j = 0; j < n; ++j) damped[j * n + j] += damping * std::max(normal[j * n + j], 1e-300);
+            for (std::size_t j = 0; j < n; ++j) damped[j * n + j] += damping * std::max(normal[j * n + j], diagonalFloor);
             if (SolveNormalEquations(damped, step, n)) {
                 std::vector<double> trial = result.x;
                 for (std::size_t j = 0; j < n; ++j) trial[j] = std::clamp(trial[j] + step[j], box.lower[j], box.upper[j]);
                 const std::vector<double> trialResiduals = evaluate(trial);
                 const double trialCost = SumOfSquares(trialResiduals);
                 if (trialCost < cost) {
-                    const bool converged = cost - trialCost <= m_settings.tolerance * std::max(cost, 1e-300);
+                    // Converged when the residuals vanish or the step no longer moves the point; a
+                    // small gain in cost alone is not enough (a narrow valley gains little per step).
+                    bool stepNegligible = true;
+                    for (std::size_t j = 0; j < n; ++j)
+                        stepNegligible &= std::abs(trial[j] - result.x[j]) <= m_settings.tolerance * (std::abs(result.x[j]) + m_settings.tolerance);
+                    const bool converged = trialCost <= 1e-30 || stepNegligible;
                     result.x = trial;
                     r = trialResiduals;
                     cost = trialCost;

@@ -57,6 +57,10 @@ CASES = {
     "finite differences": (lambda: zep.FdmBarrierEngine(0, 3, 1.1, 1.02, 0.09, 0.5, 0.505, 0.035, 0.02, 1.08, 50, 50),
                            "Greek", ("delta",)),
     "schedule": (lambda: zep.Schedule("2024-01-10", "2025-03-15", "3M", "TARGET", stub=1), "PaymentDates", ()),
+    "parametric curve": (lambda: zep.ParametricYieldCurve("2024-01-15", zep.Svensson(0.03, -0.01, 0.02, 0.01, 1.5, 8.0)),
+                         "DiscountFactor", ("2034-01-15",)),
+    "bootstrapped curve": (lambda: zep.BootstrapYieldCurve("2024-01-15", [("DEPOSIT", "6M", 0.035), ("SWAP", "5Y", 0.03)]),
+                           "DiscountFactor", ("2027-01-15",)),
 }
 
 

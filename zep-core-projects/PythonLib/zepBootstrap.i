@@ -1,6 +1,36 @@
-// Curves bootstrapped from deposit, FRA and swap quotes.
+// Curves bootstrapped from deposit, FRA and swap quotes, and curves given by a formula.
 %{
 #include "lum-interest-rates/CurveBootstrap.hpp"
+#include "lum-interest-rates/ParametricCurves.hpp"
+%}
+
+%shared_ptr(zep::ParametricRateModel)
+%shared_ptr(zep::NelsonSiegel)
+%shared_ptr(zep::Svensson)
+%shared_ptr(zep::Vasicek)
+%shared_ptr(zep::CoxIngersollRoss)
+%feature("docstring") zep::NelsonSiegel "Nelson-Siegel zero rates: NelsonSiegel(beta0, beta1, beta2, tau); Rate(t) continuously compounded.";
+%feature("docstring") zep::Svensson "Svensson zero rates: Svensson(beta0, beta1, beta2, beta3, tau1, tau2).";
+%feature("docstring") zep::Vasicek "Vasicek short rate dr = a (b - r) dt + sigma dW: Vasicek(r0, a, b, sigma); DiscountFactor(t), Rate(t).";
+%feature("docstring") zep::CoxIngersollRoss "Cox-Ingersoll-Ross short rate dr = a (b - r) dt + sigma sqrt(r) dW: CoxIngersollRoss(r0, a, b, sigma).";
+%include "lum-interest-rates/ParametricRateModel.hpp"
+%include "lum-interest-rates/ParametricCurves.hpp"
+
+%rename(_ParametricYieldCurve) zep::python::ParametricYieldCurve;
+%inline %{
+namespace zep::python {
+// A discount curve whose zero rates come from a formula (YieldCurve's parametric hook).
+boost::shared_ptr<zep::YieldCurve> ParametricYieldCurve(const zep::Date& referenceDate,
+                                                        boost::shared_ptr<const zep::ParametricRateModel> model,
+                                                        const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed)) {
+    if (!model) throw std::invalid_argument("ParametricYieldCurve: no model");
+    // The pillar only carries the dates and day count; every rate is the model's.
+    auto curve = boost::make_shared<zep::YieldCurve>(referenceDate, std::vector<zep::Date>{referenceDate + 365},
+                                                     std::vector<double>{std::exp(-model->Rate(1.0))}, dayCounter);
+    curve->SetParametricModel(model);
+    return curve;
+}
+}
 %}
 
 %inline %{
@@ -41,6 +71,17 @@ boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
 %}
 
 %pythoncode %{
+def ParametricYieldCurve(referenceDate: "Date | str", model: "ParametricRateModel",
+                         dayCounter: "DayCounter | None" = None) -> "YieldCurve":
+    """A discount curve whose continuously compounded zero rates are the model's (NelsonSiegel,
+    Svensson, Vasicek, CoxIngersollRoss), times from the reference date by the day counter
+    (Act/365 Fixed unless given). It pickles as its formula."""
+    dayCounter = dayCounter or DayCounter(Act365Fixed)
+    curve = _ParametricYieldCurve(referenceDate, model, dayCounter)
+    curve._zep_parametric = (referenceDate, model, dayCounter)
+    return curve
+
+
 def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list[tuple[str, str, float]]", spotLagDays: "int" = 2,
                         centres: "str" = "TARGET", rollRule: "int" = 2,
                         depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",

@@ -13,8 +13,8 @@ namespace zep {
 using Residuals = std::function<std::vector<double>(const std::vector<double>&)>;
 
 struct LeastSquaresSettings {
-    int maxIterations = 200;
-    double tolerance = 1e-14;       // stop when the sum of squares improves by less than this (relative)
+    int maxIterations = 1000;
+    double tolerance = 1e-12;       // stop when a step moves no parameter by more than this (relative)
     double jacobianStep = 1e-7;     // relative step of the finite-difference Jacobian
 };
 

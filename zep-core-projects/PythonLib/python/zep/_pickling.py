@@ -61,6 +61,16 @@ def _yield_curve(fields):
     return zeplib.YieldCurve.FromJson(fields)
 
 
+def _parametric_curve(arguments):
+    return zeplib.ParametricYieldCurve(*arguments)
+
+
+def _curve_state(curve):
+    # A curve on a formula saves the formula: its saved fields hold the pillars only.
+    arguments = getattr(curve, "_zep_parametric", None)
+    return (_parametric_curve, arguments) if arguments else (_yield_curve, curve.ToJson())
+
+
 def _sequence(state):
     cls, items = state
     return cls(items)
@@ -72,7 +82,7 @@ _VALUE_STATE = {
     zeplib.DayCounter: lambda d: (_day_counter, (d.Convention(), d.GetCalendar())),
     zeplib.Calendar: lambda c: (_calendar, {centre: [d.SerialNumber() for d in c.Dates(centre)]
                                             for centre in c.Centres()}),
-    zeplib.YieldCurve: lambda c: (_yield_curve, c.ToJson()),
+    zeplib.YieldCurve: _curve_state,
     zeplib.DoubleVector: lambda v: (_sequence, (zeplib.DoubleVector, tuple(v))),
     zeplib.StringVector: lambda v: (_sequence, (zeplib.StringVector, tuple(v))),
     zeplib.DoubleMatrix: lambda v: (_sequence, (zeplib.DoubleMatrix, tuple(tuple(row) for row in v))),
@@ -162,6 +172,10 @@ _RECORDED = {
     zeplib.FdmDoubleCumulativeEngine: ((), ()),
     zeplib.Schedule: ((), ()),
     zeplib.VanillaBarriers: ((), ()),
+    zeplib.NelsonSiegel: ((), ()),
+    zeplib.Svensson: ((), ()),
+    zeplib.Vasicek: ((), ()),
+    zeplib.CoxIngersollRoss: ((), ()),
 }
 
 
