@@ -65,5 +65,6 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepCalendar.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"
+%include "zepFXVol.i"
 %include "zepVanilla.i"
 %include "zepXScript.i"

@@ -151,6 +151,9 @@ _RECORDED = {
     zeplib.HistVols: ((), ("setAll",)),
     zeplib.MVanillaOption: (("FromForward",), ("SetPremium", "Dispose")),
     zeplib.MScriptProduct: ((), ()),
+    zeplib.FXVolConventions: ((), ()),
+    zeplib.FXVolSurface: (("FromTenors", "FromPillars"), ()),
+    zeplib.MFXVolSurface: (("FromTenors", "FromPillars"), ("Dispose",)),
     zeplib.MXScriptStructure: (("FromDefinition",), ()),
 }
 
