@@ -9,4 +9,6 @@ export ZEP_LOGLEVEL="${ZEP_LOGLEVEL:-warning}"
 echo
 .venv/bin/python examples/vanilla_demo.py
 echo
+.venv/bin/python examples/fx_vol_surface_demo.py
+echo
 .venv/bin/python examples/price_autocallable.py

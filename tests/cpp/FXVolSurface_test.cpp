@@ -12,6 +12,7 @@
 
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/NormalDistribution.hpp"
+#include "lum-closed-form/VanillaOption.hpp"
 #include "lum-fxo-market/FXVolSurface.hpp"
 
 namespace zep {
@@ -471,6 +472,42 @@ TEST(GetStrike, RefusesLabelsThatAreNotDeltas) {
               "DeltaString not suport in GetStrike!");
     EXPECT_EQ(FailureText([&] { surface.GetStrike(kReference + Period("1M"), 0.25, 3, 0, 0); }),
               "unknown pa/deltatype/atmtype!");
+}
+
+// ---- options on the surface ---------------------------------------------------------------------
+
+VanillaOption::Terms CallTerms(double strike) {
+    VanillaOption::Terms terms;
+    terms.callPut = BSVanilla::Call;
+    terms.strike = strike;
+    terms.referenceDate = kReference;
+    terms.expiryDate = terms.settlementDate = terms.deliveryDate = kReference + Period("5M");
+    return terms;
+}
+
+TEST(OptionOnSurface, ReadsItsVolatilityAtItsStrikeAndExpiry) {
+    const auto surface = boost::make_shared<FXVolSurface>(Surface(SmileCubicSpline));
+    const auto carry = VanillaOption::Carry::Curves(FlatCurve(kUsdRate), FlatCurve(kEurRate));
+    for (double strike : {1.02, 1.09, 1.15}) {
+        VanillaOption onSurface(CallTerms(strike), kSpot, carry, surface);
+        const double vol = surface->GetVolatility(kReference + Period("5M"), strike);
+        VanillaOption onFlat(CallTerms(strike), kSpot, carry, boost::make_shared<FlatVolatility>(vol));
+        EXPECT_DOUBLE_EQ(onSurface.GetVol(), vol);
+        EXPECT_DOUBLE_EQ(onSurface.Price(), onFlat.Price());
+    }
+}
+
+TEST(OptionOnSurface, StrikeFromPriceIsSolvedOnTheSmile) {
+    const auto surface = boost::make_shared<FXVolSurface>(Surface(SmileCubicSpline));
+    const auto carry = VanillaOption::Carry::Curves(FlatCurve(kUsdRate), FlatCurve(kEurRate));
+    for (double strike : {1.0, 1.08, 1.16}) {
+        const double premium = VanillaOption(CallTerms(strike), kSpot, carry, surface).Price();
+        VanillaOption elsewhere(CallTerms(1.1), kSpot, carry, surface);
+        EXPECT_NEAR(elsewhere.StrikeImpliedFromPrice(premium), strike, 1e-9) << strike;
+        EXPECT_NEAR(elsewhere.FuncFor_StrikeImpliedFromPrice(strike, premium), 0.0, 1e-15);
+    }
+    VanillaOption flat(CallTerms(1.1), kSpot, carry, boost::make_shared<FlatVolatility>(0.08));
+    EXPECT_EQ(FailureText([&] { flat.FuncFor_StrikeImpliedFromPrice(1.1, 0.01); }), "Support FXVolSurface only!");
 }
 
 }  // namespace

@@ -128,3 +128,24 @@ def test_smile_mode_names_keep_their_spelling():
     assert zep.SmileInterpolationToString(zep.SmileVarianceExtendedSpline) == " Q_VARIANCE_EXTENDED_SPLINE"
     with pytest.raises(RuntimeError, match="^Extrapolation method is an invalid enumeration: 5"):
         zep.SmileInterpolationToString(5)
+
+
+@pytest.mark.parametrize("wrap", [lambda s: s, lambda s: zep.MFXVolSurface.FromTenors(
+    REFERENCE, REFERENCE, SPOT, TENORS, LABELS, QUOTES, flat(USD), flat(EUR), zep.FXVolConventions(), zep.SmileCubicSpline)])
+@pytest.mark.parametrize("strike", [1.02, 1.10, 1.18])
+def test_vanilla_option_reads_the_surface_where_it_took_a_number(wrap, strike):
+    s = surface(zep.SmileCubicSpline)
+    dates = (REFERENCE, "2027-05-18", "2027-05-20", "2027-05-20")
+    on_surface = zep.MVanillaOption(1, 0, 1e6, strike, SPOT, *dates, flat(USD), flat(EUR), wrap(s))
+    vol = s.GetVolatility("2027-05-18", strike)
+    on_number = zep.MVanillaOption(1, 0, 1e6, strike, SPOT, *dates, flat(USD), flat(EUR), vol)
+    assert on_surface.GetVol() == vol
+    assert on_surface.PV() == on_number.PV()
+    assert pickle.loads(pickle.dumps(on_surface)).PV() == on_surface.PV()
+
+
+def test_vanilla_option_refuses_a_missing_surface():
+    with pytest.raises(RuntimeError, match=r"^MVanillaOption::MVanillaOption failed: VolSurface is Null!"):
+        zep.MVanillaOption(1, 0, 1.0, 1.1, SPOT, REFERENCE, "2027-05-18", "2027-05-20", "2027-05-20", USD, EUR, None)
+    with pytest.raises(TypeError):
+        zep.MVanillaOption(1, 0, 1.0, 1.1, SPOT, REFERENCE, "2027-05-18", "2027-05-20", "2027-05-20", USD, EUR, "flat")

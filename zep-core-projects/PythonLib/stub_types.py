@@ -43,6 +43,7 @@ CPP_TO_PYTHON = {
     "str": _TEXT,  # the interface's docstrings already name some types the Python way
     "Date": _DATE,
     "DateInput": _DATE,
+    "VolatilityInput": ("float | FXVolSurface | MFXVolSurface | None", "float"),
     "DayCounter": (DAY_COUNTER_LIKE, "DayCounter"),
     "Frequency": _ENUMERATION,
     "TimeUnit": _ENUMERATION,

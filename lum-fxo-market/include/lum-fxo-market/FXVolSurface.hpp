@@ -103,6 +103,7 @@ public:
     double Volatility(double strike, double timeToExpiry) const override {
         return GetVolatility(timeToExpiry, strike);
     }
+    bool IsFXVolSurface() const override { return true; }
     // The strike of a pillar label ("25P", "10C", "ATM") under the expiry's conventions, on the
     // smile: the strike whose delta at its own volatility is the label's.
     double GetStrike(const Date& expiry, const std::string& deltaString) const;
