@@ -11,6 +11,7 @@
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/NormalDistribution.hpp"
+#include "lum-solvers/Bisection.hpp"
 
 namespace zep {
 
@@ -54,6 +55,13 @@ std::optional<double> NumberBefore(const std::string& text, std::size_t letter) 
     const double value = std::strtod(number.c_str(), &end);
     if (end != number.c_str() + number.size() || !std::isfinite(value)) return std::nullopt;
     return value;
+}
+
+// The delta coordinate of the delta-space modes: N(-d1), the size of the forward put delta,
+// which rises from 0 to 1 with the strike.
+double DeltaCoordinate(double logMoneyness, double vol, double time) {
+    const double sigmaRootT = vol * std::sqrt(time);
+    return NormalCdf((logMoneyness - 0.5 * sigmaRootT * sigmaRootT) / sigmaRootT);
 }
 
 std::vector<Date> DatesFromTenors(const Date& referenceDate, const std::vector<Period>& tenors) {
@@ -136,12 +144,23 @@ FXVolSurface::FXVolSurface(const Date& referenceDate, const Date& spotDate, doub
         case SmileMurexLogMoneyness:
             m_abscissa = Abscissa::StandardisedMoneyness;
             break;
-        case SmileVannaVolga: ZEP_FAIL("No support for VannaVolga!");
-        case SmileOriginalLum: case SmileForwardDeltaNaturalSpline: case SmileModifiedLum:
-        case SmileForwardDeltaImplicitSpline: case SmileInvertedSurfaceLogMoneyness:
+        case SmileOriginalLum: case SmileForwardDeltaNaturalSpline:
+            m_abscissa = Abscissa::SimpleDelta;
+            break;
+        case SmileModifiedLum:
+            m_abscissa = Abscissa::SimpleDelta;
+            m_ordinate = Ordinate::TotalVariance;
+            break;
+        case SmileForwardDeltaImplicitSpline:
+            m_abscissa = Abscissa::ImplicitDelta;
+            break;
         case SmileInvertedSurface:
-            ZEP_FAIL("Smile interpolation " + SmileInterpolationToString(smileInterpolation) +
-                     " is not available yet.");
+            m_abscissa = Abscissa::InvertedStrike;
+            break;
+        case SmileInvertedSurfaceLogMoneyness:
+            m_abscissa = Abscissa::InvertedLogMoneyness;
+            break;
+        case SmileVannaVolga: ZEP_FAIL("No support for VannaVolga!");
         default: ZEP_FAIL("Wrong type smile interpolation!");
     }
     if (smileInterpolation == SmileSVI)
@@ -383,17 +402,33 @@ void FXVolSurface::BuildSmile(Expiry& expiry) const {
         default: break;
     }
     std::vector<double> x;
-    if (m_abscissa == Abscissa::Strike) {
-        x = expiry.strikes;
-    } else if (m_abscissa == Abscissa::StandardisedMoneyness) {
-        ZEP_REQUIRE(!std::isnan(expiry.atmVol), "Not found ATM vol!");
-        for (double k : logMoneyness) x.push_back(k / std::sqrt(ExpiryAtmVariance(expiry)));
-    } else {
-        x = logMoneyness;
+    switch (m_abscissa) {
+        case Abscissa::Strike: x = expiry.strikes; break;
+        case Abscissa::StandardisedMoneyness:
+            ZEP_REQUIRE(!std::isnan(expiry.atmVol), "Not found ATM vol!");
+            for (double k : logMoneyness) x.push_back(k / std::sqrt(ExpiryAtmVariance(expiry)));
+            break;
+        case Abscissa::SimpleDelta:
+            ZEP_REQUIRE(!std::isnan(expiry.atmVol), "Not found ATM vol!");
+            for (double k : logMoneyness) x.push_back(DeltaCoordinate(k, expiry.atmVol, expiry.time));
+            break;
+        case Abscissa::ImplicitDelta: case Abscissa::InvertedStrike: case Abscissa::InvertedLogMoneyness:
+            for (std::size_t i = 0; i < logMoneyness.size(); ++i)
+                x.push_back(DeltaCoordinate(logMoneyness[i], expiry.vols[i], expiry.time));
+            break;
+        default: x = logMoneyness; break;
     }
+    for (std::size_t i = 1; i < x.size(); ++i)
+        ZEP_REQUIRE(x[i] > x[i - 1], "Pillar deltas of expiry '" + expiry.date.ToString() +
+                                         "' do not rise with the strike: the smile is too steep "
+                                         "for a delta-coordinate mode.");
+    if (m_abscissa == Abscissa::InvertedStrike || m_abscissa == Abscissa::InvertedLogMoneyness)
+        expiry.inverse = Interpolation<double, double, double>(
+            x, m_abscissa == Abscissa::InvertedStrike ? expiry.strikes : logMoneyness,
+            CubicInterpolation, FlatExtrapolation);
     const std::vector<double>& y = m_ordinate == Ordinate::TotalVariance ? variances : expiry.vols;
     switch (m_smileMode) {
-        case SmileLinear:
+        case SmileLinear: case SmileOriginalLum: case SmileModifiedLum:
             expiry.spline = Interpolation<double, double, double>(x, y, LinearInterpolation,
                                                                   FlatExtrapolation);
             break;
@@ -495,14 +530,45 @@ double FXVolSurface::SmileVariance(const Expiry& expiry, double logMoneyness) co
             expiry.sabr->Volatility(expiry.forward * std::exp(logMoneyness), expiry.forward, expiry.time);
         return vol * vol * expiry.time;
     }
-    double x = logMoneyness;
-    if (m_abscissa == Abscissa::Strike) x = expiry.forward * std::exp(logMoneyness);
-    else if (m_abscissa == Abscissa::StandardisedMoneyness) x = logMoneyness / std::sqrt(ExpiryAtmVariance(expiry));
-    const double value = expiry.spline.Evaluate(x);
+    const double value = SplineValue(expiry, logMoneyness);
     // At one expiry flat variance is flat volatility; the extended modes carry variance (or
     // volatility) on along the end slopes, floored where a steep wing would turn it negative.
     if (m_ordinate == Ordinate::TotalVariance) return std::max(value, 0.0);
     return std::max(value, 0.0) * std::max(value, 0.0) * expiry.time;
+}
+
+double FXVolSurface::SplineValue(const Expiry& expiry, double logMoneyness) const {
+    switch (m_abscissa) {
+        case Abscissa::Strike: return expiry.spline.Evaluate(expiry.forward * std::exp(logMoneyness));
+        case Abscissa::StandardisedMoneyness:
+            return expiry.spline.Evaluate(logMoneyness / std::sqrt(ExpiryAtmVariance(expiry)));
+        case Abscissa::SimpleDelta:
+            return expiry.spline.Evaluate(DeltaCoordinate(logMoneyness, expiry.atmVol, expiry.time));
+        case Abscissa::ImplicitDelta: {
+            // The coordinate needs the volatility it gives: iterate from the middle pillar's
+            // volatility; a smile's slope in delta is gentle, so the iteration contracts quickly.
+            double vol = expiry.vols[expiry.vols.size() / 2];
+            for (int pass = 0; pass < 200; ++pass) {
+                const double next = expiry.spline.Evaluate(DeltaCoordinate(logMoneyness, vol, expiry.time));
+                if (std::fabs(next - vol) <= 1e-14 * next) return next;
+                vol = next;
+            }
+            ZEP_FAIL("The volatility of the strike does not settle on the delta smile.");
+        }
+        case Abscissa::InvertedStrike: case Abscissa::InvertedLogMoneyness: {
+            const double target = m_abscissa == Abscissa::InvertedStrike
+                                      ? expiry.forward * std::exp(logMoneyness) : logMoneyness;
+            const auto& nodes = expiry.inverse.X();
+            const auto& values = expiry.inverse.Y();
+            if (target <= values.front()) return expiry.spline.Evaluate(nodes.front());
+            if (target >= values.back()) return expiry.spline.Evaluate(nodes.back());
+            Bisection bisection(1e-15, 200);
+            bisection.SetDomain(nodes.front(), nodes.back());
+            const double u = bisection.Solve([&](double x) { return expiry.inverse.Evaluate(x) - target; });
+            return expiry.spline.Evaluate(u);
+        }
+        default: return expiry.spline.Evaluate(logMoneyness);
+    }
 }
 
 double FXVolSurface::GetVolatility(const Date& expiry, double strike) const {

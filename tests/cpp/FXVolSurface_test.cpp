@@ -270,7 +270,10 @@ TEST_P(InterpolatingModes, ReproduceEveryPillarVolatilityAtItsStrike) {
 INSTANTIATE_TEST_SUITE_P(Modes, InterpolatingModes,
                          ::testing::Values(SmileLinear, SmileCubicSpline, SmileVarianceOnLogMoneyness,
                                            SmileStrikeNaturalSpline, SmileStrikeExtendedSpline,
-                                           SmileVarianceExtendedSpline, SmileMurexLogMoneyness));
+                                           SmileVarianceExtendedSpline, SmileMurexLogMoneyness,
+                                           SmileOriginalLum, SmileForwardDeltaNaturalSpline,
+                                           SmileModifiedLum, SmileForwardDeltaImplicitSpline,
+                                           SmileInvertedSurface, SmileInvertedSurfaceLogMoneyness));
 
 class FittedModes : public ::testing::TestWithParam<int> {};
 TEST_P(FittedModes, HitThePillarsWithinFiveHundredthsOfAVolPoint) {
@@ -311,6 +314,29 @@ TEST(Smile, TotalVarianceIsLinearInTimeAtFixedMoneyness) {
                     surface.GetVolatility(times.front(), surface.Forward(times.front()) * std::exp(x)), 1e-14);
     }
 }
+
+// Between the pillars every mode stays within the range its two neighbouring pillars span, up
+// to the overshoot a spline may take; beyond them the flat modes hold the end pillar.
+class AllModes : public ::testing::TestWithParam<int> {};
+TEST_P(AllModes, StayNearTheNeighbouringPillarsAndFlatBeyondTheWings) {
+    const FXVolSurface surface = Surface(GetParam());
+    const auto& strikes = surface.PillarStrikes(3);
+    const auto& vols = surface.PillarVolatilities(3);
+    const double t = surface.ExpiryTimes()[3];
+    for (std::size_t k = 0; k + 1 < strikes.size(); ++k) {
+        const double mid = surface.GetVolatility(t, 0.5 * (strikes[k] + strikes[k + 1]));
+        EXPECT_GT(mid, std::min(vols[k], vols[k + 1]) - 0.002) << SmileInterpolationToString(GetParam()) << " " << k;
+        EXPECT_LT(mid, std::max(vols[k], vols[k + 1]) + 0.002) << SmileInterpolationToString(GetParam()) << " " << k;
+    }
+}
+INSTANTIATE_TEST_SUITE_P(Modes, AllModes,
+                         ::testing::Values(SmileLinear, SmileSVI, SmileCubicSpline, SmileSABR,
+                                           SmileVarianceOnLogMoneyness, SmileOriginalLum,
+                                           SmileForwardDeltaNaturalSpline, SmileModifiedLum,
+                                           SmileForwardDeltaImplicitSpline, SmileStrikeNaturalSpline,
+                                           SmileInvertedSurfaceLogMoneyness, SmileInvertedSurface,
+                                           SmileStrikeExtendedSpline, SmileVarianceExtendedSpline,
+                                           SmileMurexLogMoneyness));
 
 TEST(Smile, FlatBeyondTheOuterDeltas) {
     const FXVolSurface surface = Surface(SmileLinear);

@@ -138,7 +138,15 @@ public:
 
 private:
     // How a spline mode reads the smile: its abscissa and the quantity it interpolates.
-    enum class Abscissa { LogMoneyness, Strike, StandardisedMoneyness };
+    enum class Abscissa {
+        LogMoneyness,
+        Strike,
+        StandardisedMoneyness,  // log-moneyness over the ATM standard deviation
+        SimpleDelta,            // N(-d1) at the ATM volatility: explicit in the strike
+        ImplicitDelta,          // N(-d1) at the strike's own volatility: a fixed point
+        InvertedStrike,         // strike and volatility both splines of the pillars' N(-d1)
+        InvertedLogMoneyness,   // the same with log-moneyness in place of the strike
+    };
     enum class Ordinate { Volatility, TotalVariance };
 
     struct Expiry {
@@ -152,6 +160,8 @@ private:
         int atmType = ATMDeltaNeutral;
         std::vector<double> deltas, vols, strikes;
         Interpolation<double, double, double> spline;
+        // Inverted modes: strike (or log-moneyness) as a spline of the pillar delta coordinate.
+        Interpolation<double, double, double> inverse;
         std::optional<SviSmile> svi;
         std::optional<SabrSmile> sabr;
     };
@@ -168,7 +178,8 @@ private:
                    std::vector<double>& vols) const;
     void BuildSmile(Expiry& expiry) const;
     FXDeltaMarket DeltaMarket(double time) const;
-    double SmileVariance(const Expiry& expiry, double strike) const;
+    double SmileVariance(const Expiry& expiry, double logMoneyness) const;
+    double SplineValue(const Expiry& expiry, double logMoneyness) const;
     double ExpiryAtmVariance(const Expiry& expiry) const;
     std::size_t ClosestConvention(const Date& expiry, const std::vector<Date>& dates,
                                   std::size_t listSize, const char* message) const;
