@@ -149,3 +149,27 @@ def test_vanilla_option_refuses_a_missing_surface():
         zep.MVanillaOption(1, 0, 1.0, 1.1, SPOT, REFERENCE, "2027-05-18", "2027-05-20", "2027-05-20", USD, EUR, None)
     with pytest.raises(TypeError):
         zep.MVanillaOption(1, 0, 1.0, 1.1, SPOT, REFERENCE, "2027-05-18", "2027-05-20", "2027-05-20", USD, EUR, "flat")
+
+
+def test_two_way_surface_reads_bid_mid_and_ask():
+    bid = surface(quotes=QUOTES - np.array([0.001, 0, 0, 0, 0]))
+    ask = surface(quotes=QUOTES + np.array([0.001, 0, 0, 0, 0]))
+    two_way = zep.FXVolSurface2(bid, ask)
+    b, a = two_way.GetVolatility(zep.Bid, 0.5, 1.1), two_way.GetVolatility(zep.Ask, 0.5, 1.1)
+    assert two_way.GetVolatility(zep.Mid, 0.5, 1.1) == pytest.approx(0.5 * (a + b), abs=1e-16)
+    assert two_way.RelativePillarSpreads(2) == pytest.approx((1.0,) * 5, abs=1e-12)
+    with pytest.raises(RuntimeError, match="^BidMidAsk error!"):
+        two_way.GetVolatility(7, 0.5, 1.1)
+    assert pickle.loads(pickle.dumps(two_way)).GetVolatility(zep.Mid, 0.5, 1.1) == two_way.GetVolatility(zep.Mid, 0.5, 1.1)
+
+
+def test_strike_quoted_surface_prices_an_option():
+    expiries = ["2027-02-16", "2027-11-16"]
+    forwards = zep.ForwardCurve2(REFERENCE, SPOT, expiries, [USD - EUR, USD - EUR])
+    vols = zep.VolSurface2(expiries, [[1, 0], [1, 0]], [[1.05, 1.12], [1.0, 1.2]], [[0.08, 0.078], [0.085, 0.083]],
+                           0, forwards)
+    assert vols.GetVolatility("2027-02-16", 1.085) == pytest.approx(0.08 - 0.002 * 0.035 / 0.07, abs=1e-15)
+    option = zep.MVanillaOption(1, 0, 1.0, 1.1, SPOT, REFERENCE, "2027-02-16", "2027-02-18", "2027-02-18", USD, EUR, vols)
+    assert option.GetVol() == vols.GetVolatility("2027-02-16", 1.1)
+    with pytest.raises(RuntimeError, match="^expiry dates size not same with unerlying rates!"):
+        zep.ForwardCurve2(REFERENCE, SPOT, expiries, [0.01])

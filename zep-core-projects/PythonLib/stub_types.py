@@ -43,7 +43,7 @@ CPP_TO_PYTHON = {
     "str": _TEXT,  # the interface's docstrings already name some types the Python way
     "Date": _DATE,
     "DateInput": _DATE,
-    "VolatilityInput": ("float | FXVolSurface | MFXVolSurface | None", "float"),
+    "VolatilityInput": ("float | FXVolSurface | MFXVolSurface | VolSurface2 | None", "float"),
     "DayCounter": (DAY_COUNTER_LIKE, "DayCounter"),
     "Frequency": _ENUMERATION,
     "TimeUnit": _ENUMERATION,
@@ -63,6 +63,8 @@ CPP_TO_PYTHON = {
     "std::vector<Period>": ("Sequence[Period | str]", "Sequence[Period]"),
     "IntVector": ("Sequence[int]", "Sequence[int]"),
     "std::vector<int>": ("Sequence[int]", "Sequence[int]"),
+    "IntMatrix": ("Sequence[Sequence[int]]", "Sequence[Sequence[int]]"),
+    "std::vector<std::vector<int>>": ("Sequence[Sequence[int]]", "Sequence[Sequence[int]]"),
     # Data members of a struct (FXVolConventions) travel as pointers to their vectors.
     "std::vector<Date>*": _DATES,
     "std::vector<Period>*": ("Sequence[Period | str]", "Sequence[Period]"),

@@ -8,25 +8,35 @@
 #include "lum-closed-form/VolatilitySource.hpp"
 #include "lum-fxo-market/FXDeltaConvention.hpp"
 #include "lum-fxo-market/FXVolSurface.hpp"
+#include "lum-fxo-market/FXVolSurface2.hpp"
+#include "lum-fxo-market/ForwardCurve2.hpp"
 #include "lum-fxo-market/SmileInterpolation.hpp"
+#include "lum-fxo-market/VolSurface2.hpp"
 #include "DoubleBuffer.hpp"
 #include "MFXVolSurface.hpp"
 %}
 
 %template(StringVector) std::vector<std::string>;
 %template(IntVector) std::vector<int>;
+%template(IntMatrix) std::vector<std::vector<int>>;
 
 %shared_ptr(zep::VolatilitySource)
 %shared_ptr(zep::FlatVolatility)
 %shared_ptr(zep::FXVolSurface)
+%shared_ptr(zep::FXVolSurface2)
+%shared_ptr(zep::ForwardCurve2)
+%shared_ptr(zep::VolSurface2)
 
-%typemap(out) std::vector<double> ExpiryTimes, std::vector<double> FittedParameters {
+%typemap(out) std::vector<double> ExpiryTimes, std::vector<double> FittedParameters,
+              std::vector<double> RelativePillarSpreads {
     const std::vector<double>& values = $1;
     $result = PyTuple_New(static_cast<Py_ssize_t>(values.size()));
     for (std::size_t i = 0; i < values.size(); ++i) PyTuple_SET_ITEM($result, i, PyFloat_FromDouble(values[i]));
 }
 %typemap(out) const std::vector<double>& PillarDeltas, const std::vector<double>& PillarVolatilities,
-              const std::vector<double>& PillarStrikes, const std::vector<double>& SmileParameters {
+              const std::vector<double>& PillarStrikes, const std::vector<double>& SmileParameters,
+              const std::vector<double>& ExpiryVolatilities, const std::vector<double>& ExpiryStrikes,
+              const std::vector<double>& UnderlyingRates {
     $result = PyTuple_New(static_cast<Py_ssize_t>($1->size()));
     for (std::size_t i = 0; i < $1->size(); ++i) PyTuple_SET_ITEM($result, i, PyFloat_FromDouble((*$1)[i]));
 }
@@ -73,6 +83,15 @@ PremiumExcluded 0 / PremiumIncluded 1, ATMForward 0 / ATMDeltaNeutral 1 / ATMSpo
 smileInterpolation: SmileLinear 0, SmileSVI 1, SmileCubicSpline 2, SmileSABR 4, ...
 GetVolatility(expiry, strike) takes a date or years and a strike, or NumPy arrays of both
 (broadcast) and returns an array; surfaces pickle.";
+%feature("docstring") zep::FXVolSurface2
+"A bid and an ask FXVolSurface on one reference date: GetVolatility(side, expiry, strike) with
+side zep.Bid 0, zep.Mid 1 (the average) or zep.Ask 2; GetSpread, RelativePillarSpreads.";
+%feature("docstring") zep::VolSurface2
+"A strike-quoted surface: VolSurface2(expiryDates, optionTypes, strikes, quotes, quoteKind,
+forwards[, discountRate, interpolation]) with per expiry lists of option types (0 call, 1 put),
+strikes and quotes, quoteKind 0 implied volatilities or 1 premiums (paid at expiry, discounted at
+discountRate), forwards a zep.ForwardCurve2(referenceDate, spot, expiryDates, underlyingRates).
+The smile is linear in strike, total variance linear in time.";
 %feature("docstring") zep::python::MFXVolSurface
 "FXVolSurface in the M-class frame: failures read 'MFXVolSurface::<operation> failed: ...';
 after Dispose() every call reports 'not initialized!'. Surface() hands the library surface to
@@ -83,6 +102,9 @@ the options built on it.";
 %include "lum-fxo-market/SmileInterpolation.hpp"
 %include "lum-fxo-market/FXVolSurface.hpp"
 %include "MFXVolSurface.hpp"
+%include "lum-fxo-market/FXVolSurface2.hpp"
+%include "lum-fxo-market/ForwardCurve2.hpp"
+%include "lum-fxo-market/VolSurface2.hpp"
 
 %extend zep::FXVolConventions {
     FXVolConventions(const std::vector<zep::Date>& expiryDates = std::vector<zep::Date>(),

@@ -24,8 +24,8 @@
     $1 = $input == Py_None || PyFloat_Check($input) || PyLong_Check($input);
 }
 
-// An option's volatility: a number, a zep.FXVolSurface, a zep.MFXVolSurface, or None (refused by
-// the option with "VolSurface is Null!").
+// An option's volatility: a number, a zep.FXVolSurface, a zep.MFXVolSurface, a zep.VolSurface2,
+// or None (refused by the option with "VolSurface is Null!").
 namespace zep::python {
 class VolatilityInput;
 }
@@ -40,6 +40,8 @@ class VolatilityInput;
         converted.emplace(value);
     } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(boost::shared_ptr<zep::FXVolSurface>*), 0)) && pointer) {
         converted.emplace(*static_cast<boost::shared_ptr<zep::FXVolSurface>*>(pointer));
+    } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(boost::shared_ptr<zep::VolSurface2>*), 0)) && pointer) {
+        converted.emplace(*static_cast<boost::shared_ptr<zep::VolSurface2>*>(pointer));
     } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(zep::python::MFXVolSurface*), 0)) && pointer) {
         try {
             converted.emplace(static_cast<zep::python::MFXVolSurface*>(pointer)->Surface());
@@ -48,13 +50,14 @@ class VolatilityInput;
             SWIG_fail;
         }
     } else {
-        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum" " of type 'float | FXVolSurface | MFXVolSurface'");
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum" " of type 'float | FXVolSurface | MFXVolSurface | VolSurface2'");
     }
     $1 = &*converted;
 }
 %typemap(typecheck, precedence=SWIG_TYPECHECK_DOUBLE) const zep::python::VolatilityInput& {
     $1 = $input == Py_None || PyFloat_Check($input) || PyLong_Check($input) ||
          SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(boost::shared_ptr<zep::FXVolSurface>*), SWIG_POINTER_NO_NULL)) ||
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(boost::shared_ptr<zep::VolSurface2>*), SWIG_POINTER_NO_NULL)) ||
          SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(zep::python::MFXVolSurface*), SWIG_POINTER_NO_NULL));
 }
 

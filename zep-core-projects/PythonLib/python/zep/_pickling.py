@@ -154,6 +154,9 @@ _RECORDED = {
     zeplib.FXVolConventions: ((), ()),
     zeplib.FXVolSurface: (("FromTenors", "FromPillars"), ()),
     zeplib.MFXVolSurface: (("FromTenors", "FromPillars"), ("Dispose",)),
+    zeplib.FXVolSurface2: ((), ()),
+    zeplib.ForwardCurve2: ((), ()),
+    zeplib.VolSurface2: ((), ()),
     zeplib.MXScriptStructure: (("FromDefinition",), ()),
 }
 
