@@ -643,6 +643,61 @@ double FXVolSurface::GetStrike(const Date& expiry, double delta, int deltaType, 
     });
 }
 
+// ---- arbitrage ------------------------------------------------------------------------------
+
+std::vector<ArbitrageViolation> FXVolSurface::ArbitrageReport() const {
+    constexpr int kGridPoints = 201;
+    std::vector<ArbitrageViolation> violations;
+    const auto callPrice = [](double forward, double strike, double variance) {
+        const double sd = std::sqrt(variance);
+        const double d1 = (std::log(forward / strike) + 0.5 * variance) / sd;
+        return forward * NormalCdf(d1) - strike * NormalCdf(d1 - sd);
+    };
+    for (std::size_t i = 0; i < m_expiries.size(); ++i) {
+        const Expiry& expiry = m_expiries[i];
+        // Between the outer pillars only: where a smile turns flat beyond its last quoted delta
+        // the join is a kink by construction, and the desk has chosen that convention.
+        const double first = expiry.strikes.front();
+        const double step = (expiry.strikes.back() - first) / (kGridPoints - 1);
+        // Butterfly: undiscounted call prices must be convex in the strike. Report only the
+        // worst point of each run of breaches, so one kink reads as one entry.
+        double worst = 0.0, worstStrike = 0.0;
+        for (int j = 1; j + 1 < kGridPoints; ++j) {
+            const double strike = first + j * step;
+            double prices[3];
+            for (int d = -1; d <= 1; ++d) {
+                const double k = strike + d * step;
+                prices[d + 1] = callPrice(expiry.forward, k, SmileVariance(expiry, std::log(k / expiry.forward)));
+            }
+            const double convexity = (prices[0] - 2.0 * prices[1] + prices[2]) / (step * step);
+            const bool breach = convexity < -1e-9;
+            if (breach && convexity < worst) {
+                worst = convexity;
+                worstStrike = strike;
+            }
+            if ((!breach || j + 2 == kGridPoints) && worst < 0.0) {
+                violations.push_back({expiry.date, worstStrike, "butterfly", -worst});
+                worst = 0.0;
+            }
+        }
+        // Calendar: total variance must not fall towards the next expiry.
+        if (i + 1 == m_expiries.size()) continue;
+        const Expiry& next = m_expiries[i + 1];
+        double drop = 0.0, dropStrike = 0.0;
+        for (int j = 0; j < kGridPoints; ++j) {
+            const double strike = first + j * step;
+            const double k = std::log(strike / expiry.forward);
+            const double fall = SmileVariance(expiry, k) - SmileVariance(next, k);
+            if (fall > 1e-12 && fall > drop) {
+                drop = fall;
+                dropStrike = strike;
+            }
+        }
+        if (drop > 0.0) violations.push_back({next.date, dropStrike * next.forward / expiry.forward, "calendar", drop});
+    }
+    return violations;
+}
+
 // ---- accessors ------------------------------------------------------------------------------
 
 std::vector<Date> FXVolSurface::ExpiryDates() const {

@@ -500,6 +500,34 @@ TEST(GetStrike, RefusesLabelsThatAreNotDeltas) {
               "unknown pa/deltatype/atmtype!");
 }
 
+// ---- arbitrage ------------------------------------------------------------------------------------
+
+TEST(Arbitrage, ARealisticMarketIsClean) {
+    for (int mode : {SmileLinear, SmileCubicSpline, SmileSVI, SmileSABR})
+        EXPECT_TRUE(Surface(mode).ArbitrageReport().empty()) << SmileInterpolationToString(mode);
+}
+
+TEST(Arbitrage, NegativeButterflyAndFallingVarianceBuildButAreReported) {
+    auto quotes = kQuotes;
+    quotes[2][2] = -0.012;  // 3M: 25-delta wings well below ATM, a concave smile
+    quotes[2][4] = -0.004;
+    quotes[4][0] = 0.050;   // 1Y ATM so low that total variance falls from 6M
+    const FXVolSurface surface = Surface(SmileLinear, {}, quotes);
+    const auto report = surface.ArbitrageReport();
+    bool butterfly3M = false, calendar1Y = false;
+    for (const auto& violation : report) {
+        butterfly3M |= violation.kind == "butterfly" && violation.expiry == kReference + Period("3M");
+        calendar1Y |= violation.kind == "calendar" && violation.expiry == kReference + Period("1Y");
+        EXPECT_GT(violation.size, 0.0);
+    }
+    EXPECT_TRUE(butterfly3M);
+    EXPECT_TRUE(calendar1Y);
+    // The 3M kink sits at the ATM pillar, where the linear smile turns from rising to falling.
+    for (const auto& violation : report)
+        if (violation.kind == "butterfly" && violation.expiry == kReference + Period("3M"))
+            EXPECT_NEAR(violation.strike, surface.PillarStrikes(2)[2], 0.01);
+}
+
 // ---- options on the surface ---------------------------------------------------------------------
 
 VanillaOption::Terms CallTerms(double strike) {

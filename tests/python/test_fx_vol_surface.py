@@ -173,3 +173,12 @@ def test_strike_quoted_surface_prices_an_option():
     assert option.GetVol() == vols.GetVolatility("2027-02-16", 1.1)
     with pytest.raises(RuntimeError, match="^expiry dates size not same with unerlying rates!"):
         zep.ForwardCurve2(REFERENCE, SPOT, expiries, [0.01])
+
+
+def test_arbitrage_report_lists_the_offending_expiries():
+    assert surface(zep.SmileCubicSpline).ArbitrageReport() == []
+    quotes = QUOTES.copy()
+    quotes[2, 2], quotes[2, 4] = -0.012, -0.004  # a concave 3M smile
+    report = surface(zep.SmileLinear, quotes=quotes).ArbitrageReport()
+    assert {(str(expiry), kind) for expiry, _, kind, _ in report} == {("16/02/2027", "butterfly")}
+    assert all(size > 0 for *_, size in report)

@@ -78,6 +78,7 @@ CPP_TO_PYTHON = {
     # NumPy arrays read or filled in place through their float64 buffer.
     "std::span<double>": ("numpy.typing.NDArray[numpy.float64]", "numpy.typing.NDArray[numpy.float64]"),
     "std::optional<double>": ("float | None", "float | None"),
+    "std::vector<ArbitrageViolation>": ("Never", "list[tuple[Date, float, str, float]]"),
     "SWIGPY_SLICEOBJECT*": ("slice", "slice"),
     "PyObject*": ("Any", "Any"),
     "double*": _UNREACHABLE,

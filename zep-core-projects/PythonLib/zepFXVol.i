@@ -41,6 +41,19 @@
     for (std::size_t i = 0; i < $1->size(); ++i) PyTuple_SET_ITEM($result, i, PyFloat_FromDouble((*$1)[i]));
 }
 
+// The arbitrage report as a list of (expiry, strike, kind, size) tuples.
+%typemap(out) std::vector<zep::ArbitrageViolation> {
+    const std::vector<zep::ArbitrageViolation>& violations = $1;
+    $result = PyList_New(static_cast<Py_ssize_t>(violations.size()));
+    for (std::size_t i = 0; i < violations.size(); ++i) {
+        const zep::ArbitrageViolation& v = violations[i];
+        PyList_SET_ITEM($result, i, Py_BuildValue("(NdNd)",
+            SWIG_NewPointerObj(new zep::Date(v.expiry), $descriptor(zep::Date*), SWIG_POINTER_OWN),
+            v.strike, PyUnicode_FromString(v.kind.c_str()), v.size));
+    }
+}
+%ignore zep::ArbitrageViolation;
+
 // Tenor construction is the factory FromTenors: a list of tenor texts and a list of date texts
 // would be indistinguishable to a positional constructor.
 %ignore zep::FXVolSurface::FXVolSurface(const Date&, const Date&, double, const std::vector<Period>&, const std::vector<std::string>&, const std::vector<std::vector<double>>&, boost::shared_ptr<const YieldCurve>, boost::shared_ptr<const YieldCurve>, const FXVolConventions&, int, const std::vector<double>&);

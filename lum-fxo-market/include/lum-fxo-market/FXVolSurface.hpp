@@ -39,6 +39,18 @@ struct FXVolConventions {
     std::vector<double> callWingRatios;
 };
 
+// A place where the surface's prices could be arbitraged: a negative butterfly (call prices
+// not convex in the strike) within one expiry, or a calendar spread (total variance falling
+// from one expiry to the next at the same log-forward-moneyness). `size` is the breach: the
+// negative second difference of undiscounted call prices per unit strike squared, or the
+// drop in total variance.
+struct ArbitrageViolation {
+    Date expiry;
+    double strike;
+    std::string kind;  // "butterfly" or "calendar"
+    double size;
+};
+
 class FXVolSurface : public VolatilitySource {
 public:
     // Columns of market-form labels: "ATM", and per delta (25, 10, 05, 02) "RR" and "BF".
@@ -110,6 +122,10 @@ public:
     // The same for a signed delta (0: at the money) under the given conventions.
     double GetStrike(const Date& expiry, double delta, int deltaType, int premiumAdjusted,
                      int atmType) const;
+
+    // Butterfly and calendar arbitrage of the smiles, checked on a strike grid between each
+    // expiry's outer pillars; empty for a clean surface.
+    std::vector<ArbitrageViolation> ArbitrageReport() const;
 
     // The forward to a time from the reference date, spot settling on the spot date.
     double Forward(double timeToExpiry) const;
