@@ -199,6 +199,8 @@ FXVolSurface::FXVolSurface(const Date& referenceDate, const Date& spotDate, doub
     processWingRatios(conventions, referenceDate);
     m_wingDates = DatesFromTenors(referenceDate, conventions.wingTenors);
     m_spotTime = m_dayCounter.YearFraction(referenceDate, spotDate);
+    m_spotDomesticDiscount = m_domesticCurve->DiscountFactor(m_spotTime);
+    m_spotForeignDiscount = m_foreignCurve->DiscountFactor(m_spotTime);
 
     m_expiries.resize(expiryDates.size());
     for (std::size_t i = 0; i < expiryDates.size(); ++i) {
@@ -494,10 +496,8 @@ double FXVolSurface::TimeToExpiry(const Date& expiry) const {
 }
 
 FXDeltaMarket FXVolSurface::DeltaMarket(double time) const {
-    const double foreignDiscount =
-        m_foreignCurve->DiscountFactor(time) / m_foreignCurve->DiscountFactor(m_spotTime);
-    const double domesticDiscount =
-        m_domesticCurve->DiscountFactor(time) / m_domesticCurve->DiscountFactor(m_spotTime);
+    const double foreignDiscount = m_foreignCurve->DiscountFactor(time) / m_spotForeignDiscount;
+    const double domesticDiscount = m_domesticCurve->DiscountFactor(time) / m_spotDomesticDiscount;
     return {m_spot, m_spot * foreignDiscount / domesticDiscount, foreignDiscount, time};
 }
 

@@ -161,6 +161,8 @@ the options built on it.";
             and a strike; with NumPy arrays (or sequences) of expiries and strikes, broadcast
             together, an array of volatilities computed in one native loop. Array expiries are
             years, numpy.datetime64 dates, or dates and date texts."""
+            if isinstance(strike, (float, int)) and isinstance(expiry, (float, int, str, Date)):
+                return self._GetVolatilityAt(expiry, strike)
             import numpy
             if numpy.ndim(strike) == 0 and (isinstance(expiry, (str, Date)) or numpy.ndim(expiry) == 0):
                 return self._GetVolatilityAt(expiry, float(strike))

@@ -206,6 +206,9 @@ private:
     Date m_spotDate;
     double m_spot;
     double m_spotTime;
+    // Discount factors to the spot date, taken once: every forward divides by them.
+    double m_spotDomesticDiscount;
+    double m_spotForeignDiscount;
     DayCounter m_dayCounter{Act365Fixed};
     boost::shared_ptr<const YieldCurve> m_domesticCurve;
     boost::shared_ptr<const YieldCurve> m_foreignCurve;
