@@ -182,3 +182,10 @@ def test_arbitrage_report_lists_the_offending_expiries():
     report = surface(zep.SmileLinear, quotes=quotes).ArbitrageReport()
     assert {(str(expiry), kind) for expiry, _, kind, _ in report} == {("16/02/2027", "butterfly")}
     assert all(size > 0 for *_, size in report)
+
+
+def test_local_volatility_of_a_flat_surface_is_flat_and_pickles():
+    flat_quotes = np.tile([0.08, 0.0, 0.0, 0.0, 0.0], (len(TENORS), 1))
+    local = zep.FXLocalVolSurface(surface(zep.SmileCubicSpline, quotes=flat_quotes))
+    assert local.Volatility(0.7, 1.12) == pytest.approx(0.08, abs=1e-7)
+    assert pickle.loads(pickle.dumps(local)).Volatility(0.7, 1.12) == local.Volatility(0.7, 1.12)

@@ -7,6 +7,7 @@
 
 #include "lum-closed-form/VolatilitySource.hpp"
 #include "lum-fxo-market/FXDeltaConvention.hpp"
+#include "lum-fxo-market/FXLocalVolSurface.hpp"
 #include "lum-fxo-market/FXVolSurface.hpp"
 #include "lum-fxo-market/FXVolSurface2.hpp"
 #include "lum-fxo-market/ForwardCurve2.hpp"
@@ -24,6 +25,7 @@
 %shared_ptr(zep::FlatVolatility)
 %shared_ptr(zep::FXVolSurface)
 %shared_ptr(zep::FXVolSurface2)
+%shared_ptr(zep::FXLocalVolSurface)
 %shared_ptr(zep::ForwardCurve2)
 %shared_ptr(zep::VolSurface2)
 
@@ -116,6 +118,7 @@ the options built on it.";
 %include "lum-fxo-market/FXVolSurface.hpp"
 %include "MFXVolSurface.hpp"
 %include "lum-fxo-market/FXVolSurface2.hpp"
+%include "lum-fxo-market/FXLocalVolSurface.hpp"
 %include "lum-fxo-market/ForwardCurve2.hpp"
 %include "lum-fxo-market/VolSurface2.hpp"
 

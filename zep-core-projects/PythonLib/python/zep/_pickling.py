@@ -155,6 +155,7 @@ _RECORDED = {
     zeplib.FXVolSurface: (("FromTenors", "FromPillars"), ()),
     zeplib.MFXVolSurface: (("FromTenors", "FromPillars"), ("Dispose",)),
     zeplib.FXVolSurface2: ((), ()),
+    zeplib.FXLocalVolSurface: ((), ()),
     zeplib.ForwardCurve2: ((), ()),
     zeplib.VolSurface2: ((), ()),
     zeplib.MXScriptStructure: (("FromDefinition",), ()),
