@@ -127,7 +127,9 @@ FXVolSurface::FXVolSurface(const Date& referenceDate, const Date& spotDate, doub
       m_deltaStrings(deltaStrings), m_quotes(vols), m_conventions(conventions),
       m_smileMode(smileInterpolation), m_smileParameters(smileParameters), m_pillarForm(pillarForm) {
     CheckParameters(referenceDate, spotDate, spot, expiryDates.size(), deltaStrings, vols,
-                    expirySizeMessage);
+                    expirySizeMessage,
+                    pillarForm ? "delta size not same with vols!"
+                               : "DeltaStrings/Tenors/Volatilities size not match!");
     ZEP_REQUIRE(m_domesticCurve, "Domestic YieldCurve is Null!");
     ZEP_REQUIRE(m_foreignCurve, "Foreign YieldCurve is Null!");
     switch (smileInterpolation) {
@@ -272,16 +274,12 @@ void FXVolSurface::CheckParameters(const Date& referenceDate, const Date& spotDa
                                    std::size_t expiryCount,
                                    const std::vector<std::string>& deltaStrings,
                                    const std::vector<std::vector<double>>& vols,
-                                   const char* expirySizeMessage) {
+                                   const char* expirySizeMessage, const char* columnSizeMessage) {
     ZEP_REQUIRE(spot > 0.0 && std::isfinite(spot), "MktVolSurface: no spot price!");
     ZEP_REQUIRE(!(spotDate < referenceDate), "Spot Date should be later than Reference Date!");
     ZEP_REQUIRE(expiryCount > 0 && !vols.empty() && !deltaStrings.empty(), "Check input data size!");
     ZEP_REQUIRE(vols.size() == expiryCount, expirySizeMessage);
-    const bool pillarForm = std::string(expirySizeMessage) == "term size not same with vols!";
-    for (const auto& row : vols)
-        ZEP_REQUIRE(row.size() == deltaStrings.size(),
-                    pillarForm ? "delta size not same with vols!"
-                               : "DeltaStrings/Tenors/Volatilities size not match!");
+    for (const auto& row : vols) ZEP_REQUIRE(row.size() == deltaStrings.size(), columnSizeMessage);
 }
 
 FXVolSurface::QuoteColumns FXVolSurface::processDeltaStrings(

@@ -84,11 +84,12 @@ public:
         boost::shared_ptr<const YieldCurve> foreignCurve, const FXVolConventions& conventions = {},
         int smileInterpolation = SmileLinear, const std::vector<double>& smileParameters = {});
 
-    // Size and range checks of the inputs, with the messages of the construction.
+    // Size and range checks of the inputs. The size messages depend on the form of the
+    // expiries (tenors, dates) and of the labels (market, pillar), so the caller names them.
     static void CheckParameters(const Date& referenceDate, const Date& spotDate, double spot,
                                 std::size_t expiryCount, const std::vector<std::string>& deltaStrings,
                                 const std::vector<std::vector<double>>& vols,
-                                const char* expirySizeMessage);
+                                const char* expirySizeMessage, const char* columnSizeMessage);
     // Which column holds which market quote; ATM and the 25-delta pair are mandatory.
     static QuoteColumns processDeltaStrings(const std::vector<std::string>& deltaStrings);
     // Put and call wing ratios per expiry date, read against the tenors.
