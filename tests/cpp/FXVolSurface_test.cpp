@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "FailureText.hpp"
+#include "ParamNames.hpp"
 
 #include <cmath>
 #include <limits>
@@ -63,6 +64,13 @@ double QuotedPillar(const std::vector<double>& row, double delta) {
     return row[0] + bf + (delta > 0.0 ? 0.5 : -0.5) * rr;
 }
 
+// Case names for the listings: the mode's name, the label, the convention codes.
+std::string ModeName(const ::testing::TestParamInfo<int>& info) {
+    std::string name = SmileInterpolationToString(info.param);
+    std::erase(name, ' ');  // code 19's leading blank
+    return name;
+}
+
 // ---- labels -----------------------------------------------------------------------------------
 
 struct LabelCase { const char* label; double value; };
@@ -73,7 +81,8 @@ TEST_P(PillarLabels, GiveTheirSignedDelta) {
 INSTANTIATE_TEST_SUITE_P(Known, PillarLabels,
                          ::testing::Values(LabelCase{"25P", -0.25}, LabelCase{"10C", 0.10},
                                            LabelCase{"ATMM", 0.0}, LabelCase{"ATM", 0.0},
-                                           LabelCase{"5P", -0.05}, LabelCase{"02C", 0.02}));
+                                           LabelCase{"5P", -0.05}, LabelCase{"02C", 0.02}),
+                         [](const auto& info) { return testing::NameOf(info.param.label); });
 
 class MalformedLabels : public ::testing::TestWithParam<const char*> {};
 TEST_P(MalformedLabels, FailWithTheFormatMessage) {
@@ -81,7 +90,8 @@ TEST_P(MalformedLabels, FailWithTheFormatMessage) {
               "Delta string wrong format!") << GetParam();
 }
 INSTANTIATE_TEST_SUITE_P(Bad, MalformedLabels,
-                         ::testing::Values("-25C", "-25P", "0P", "P25", "C", "25RR", "X"));
+                         ::testing::Values("-25C", "-25P", "0P", "P25", "C", "25RR", "X"),
+                         [](const auto& info) { return testing::NameOf(info.param); });
 
 struct QuoteLabelCase { std::vector<std::string> labels; const char* message; };
 class QuoteLabelSets : public ::testing::TestWithParam<QuoteLabelCase> {};
@@ -95,7 +105,12 @@ INSTANTIATE_TEST_SUITE_P(
                       QuoteLabelCase{{"ATM", "25BF"}, "25BF/25RR is a must!"},
                       QuoteLabelCase{{"25RR", "25BF"}, "Not found ATM vol!"},
                       QuoteLabelCase{{"ATM", "25RR", "25BF", "25SS"}, "Unknown deltaString!"},
-                      QuoteLabelCase{{"ATM", "25RR", "25BF", "15RR"}, "not valid RR/BF/SS delta!"}));
+                      QuoteLabelCase{{"ATM", "25RR", "25BF", "15RR"}, "not valid RR/BF/SS delta!"}),
+    [](const auto& info) {
+        std::string name;
+        for (const std::string& label : info.param.labels) name += (name.empty() ? "" : "_") + label;
+        return name;
+    });
 
 TEST(QuoteLabels, KindFirstWithABlankReadsLikeNumberFirst) {
     const auto columns = FXVolSurface::processDeltaStrings({"RR 25", "ATM", "BF 25", "10 RR", "BF10"});
@@ -187,7 +202,11 @@ INSTANTIATE_TEST_SUITE_P(
                       BadQuoteCase{2, 2, std::numeric_limits<double>::quiet_NaN(),
                                    "Volatility quote '25BF' of expiry '16/02/2027' is not a number."},
                       BadQuoteCase{0, 4, -0.08, "'10P' of expiry '23/11/2026' must be positive"},
-                      BadQuoteCase{0, 4, -0.05, "Pillar strikes of expiry '23/11/2026' do not rise"}));
+                      BadQuoteCase{0, 4, -0.05, "Pillar strikes of expiry '23/11/2026' do not rise"}),
+    [](const auto& info) {
+        return "Row" + std::to_string(info.param.row) + "_Column" + std::to_string(info.param.column) + "_" +
+               testing::NameOf(info.param.value);
+    });
 
 TEST(SurfaceConstruction, RefusesExpiriesThatDoNotRise) {
     const std::vector<Date> dates{kReference + Period("3M"), kReference + Period("1M")};
@@ -273,7 +292,8 @@ INSTANTIATE_TEST_SUITE_P(Modes, InterpolatingModes,
                                            SmileVarianceExtendedSpline, SmileMurexLogMoneyness,
                                            SmileOriginalLum, SmileForwardDeltaNaturalSpline,
                                            SmileModifiedLum, SmileForwardDeltaImplicitSpline,
-                                           SmileInvertedSurface, SmileInvertedSurfaceLogMoneyness));
+                                           SmileInvertedSurface, SmileInvertedSurfaceLogMoneyness),
+                         ModeName);
 
 class FittedModes : public ::testing::TestWithParam<int> {};
 TEST_P(FittedModes, HitThePillarsWithinFiveHundredthsOfAVolPoint) {
@@ -284,7 +304,7 @@ TEST_P(FittedModes, HitThePillarsWithinFiveHundredthsOfAVolPoint) {
                         QuotedPillar(kQuotes[i], surface.PillarDeltas(i)[k]), 0.0005)
                 << SmileInterpolationToString(GetParam()) << " " << kTenors[i].Text() << " pillar " << k;
 }
-INSTANTIATE_TEST_SUITE_P(Modes, FittedModes, ::testing::Values(SmileSVI, SmileSABR));
+INSTANTIATE_TEST_SUITE_P(Modes, FittedModes, ::testing::Values(SmileSVI, SmileSABR), ModeName);
 
 TEST(Smile, FittedParametersAreValidSviAndSabr) {
     const auto svi = Surface(SmileSVI).FittedParameters(3);
@@ -316,9 +336,9 @@ TEST(Smile, TotalVarianceIsLinearInTimeAtFixedMoneyness) {
 }
 
 // Between the pillars every mode stays within the range its two neighbouring pillars span, up
-// to the overshoot a spline may take; beyond them the flat modes hold the end pillar.
+// to the overshoot a spline or a fit may take.
 class AllModes : public ::testing::TestWithParam<int> {};
-TEST_P(AllModes, StayNearTheNeighbouringPillarsAndFlatBeyondTheWings) {
+TEST_P(AllModes, StayNearTheNeighbouringPillars) {
     const FXVolSurface surface = Surface(GetParam());
     const auto& strikes = surface.PillarStrikes(3);
     const auto& vols = surface.PillarVolatilities(3);
@@ -336,7 +356,8 @@ INSTANTIATE_TEST_SUITE_P(Modes, AllModes,
                                            SmileForwardDeltaImplicitSpline, SmileStrikeNaturalSpline,
                                            SmileInvertedSurfaceLogMoneyness, SmileInvertedSurface,
                                            SmileStrikeExtendedSpline, SmileVarianceExtendedSpline,
-                                           SmileMurexLogMoneyness));
+                                           SmileMurexLogMoneyness),
+                         ModeName);
 
 TEST(Smile, FlatBeyondTheOuterDeltas) {
     const FXVolSurface surface = Surface(SmileLinear);
@@ -374,6 +395,13 @@ TEST(Smile, PillarFormReadsLikeTheMarketForm) {
 // ---- strikes from deltas ------------------------------------------------------------------------
 
 struct ConventionCase { int deltaType, premiumAdjusted, atmType; };
+std::string ConventionName(const ::testing::TestParamInfo<ConventionCase>& info) {
+    static const char* const deltas[] = {"Spot", "Forward"};
+    static const char* const premiums[] = {"Plain", "PremiumAdjusted"};
+    static const char* const atms[] = {"AtmForward", "AtmDeltaNeutral", "AtmSpot"};
+    return std::string(deltas[info.param.deltaType]) + "_" + premiums[info.param.premiumAdjusted] + "_" +
+           atms[info.param.atmType];
+}
 class DeltaConventions : public ::testing::TestWithParam<ConventionCase> {};
 
 // The delta the vanilla engine gives the strike at the surface's own volatility there.
@@ -436,7 +464,8 @@ INSTANTIATE_TEST_SUITE_P(
                       ConventionCase{ForwardDelta, PremiumExcluded, ATMDeltaNeutral},
                       ConventionCase{ForwardDelta, PremiumIncluded, ATMDeltaNeutral},
                       ConventionCase{SpotDelta, PremiumExcluded, ATMForward},
-                      ConventionCase{ForwardDelta, PremiumIncluded, ATMSpot}));
+                      ConventionCase{ForwardDelta, PremiumIncluded, ATMSpot}),
+    ConventionName);
 
 // An independent reference for pillar strikes with a spot lag and sloping curves: the forward and
 // the spot-date discounting spelled out here, each delta inverted by plain bisection on the
