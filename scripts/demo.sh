@@ -9,6 +9,8 @@ export ZEP_LOGLEVEL="${ZEP_LOGLEVEL:-warning}"
 echo
 .venv/bin/python examples/vanilla_demo.py
 echo
+.venv/bin/python examples/fx_vol_surface_demo.py
+echo
 .venv/bin/python examples/barrier_demo.py
 echo
 .venv/bin/python examples/curve_demo.py

@@ -6,6 +6,7 @@
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/StrikeQuote.hpp"
+#include "lum-solvers/ModifiedSecant.hpp"
 
 namespace zep {
 
@@ -212,7 +213,26 @@ double VanillaOption::StrikeImpliedFromForwardDelta(double targetDelta, bool spo
         spotDelta ? DeltaKind::Forward : DeltaKind::ForwardPremiumAdjusted);
 }
 
+double VanillaOption::FuncFor_StrikeImpliedFromPrice(double strike, double targetPrice) const {
+    if (!m_volatilitySource->IsFXVolSurface()) ZEP_FAIL("Support FXVolSurface only!");
+    const double volatility = m_volatilitySource->Volatility(strike, m_timeToExpiry);
+    return BSVanilla::FromForward(m_terms.callPut, strike, volatility, m_timeToExpiry,
+                                  m_timeToDelivery, m_accRate, m_undRate, m_engine.GetForward(),
+                                  m_engine.GetSpot())
+               .Price() -
+           targetPrice;
+}
+
 double VanillaOption::StrikeImpliedFromPrice(double targetPrice) {
+    if (m_volatilitySource->IsFXVolSurface()) {
+        // The premium falls monotonically with the strike for a call and rises for a put, so a
+        // bracket many standard deviations wide either side of the forward holds the root.
+        const double width = 10.0 * m_volatility * std::sqrt(std::max(m_timeToExpiry, 1e-4)) + 0.5;
+        ModifiedSecant secant(1e-14, 300);
+        secant.SetDomain(GetForward() * std::exp(-width), GetForward() * std::exp(width));
+        return secant.Solve(
+            [&](double strike) { return FuncFor_StrikeImpliedFromPrice(strike, targetPrice); });
+    }
     return BSVanilla::StrikeImpliedFromPrice(m_terms.callPut, targetPrice, m_volatility,
                                              m_timeToExpiry, m_timeToDelivery, m_accRate,
                                              m_undRate, GetSpot(), m_terms.strike);

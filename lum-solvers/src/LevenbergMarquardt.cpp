@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 
 #include "lum-auxiliary/Error.hpp"
@@ -50,12 +51,13 @@ OptimizationResult LevenbergMarquardt::Minimize(const Residuals& residuals, std:
     OptimizationResult result{start, 0.0, 0};
     const auto evaluate = [&](const std::vector<double>& x) {
         ++result.evaluations;
-        std::vector<double> r = residuals(x);
-        for (const double value : r)
-            if (!std::isfinite(value)) ZEP_FAIL("LevenbergMarquardt: the residuals are not finite");
-        return r;
+        return residuals(x);
+    };
+    const auto finite = [](const std::vector<double>& r) {
+        return std::all_of(r.begin(), r.end(), [](double value) { return std::isfinite(value); });
     };
     std::vector<double> r = evaluate(start);
+    if (!finite(r)) ZEP_FAIL("LevenbergMarquardt: the residuals are not finite at the start point");
     double cost = SumOfSquares(r);
     double damping = 1e-3;
     for (int iteration = 0; iteration < m_settings.maxIterations; ++iteration) {
@@ -68,6 +70,7 @@ OptimizationResult LevenbergMarquardt::Minimize(const Residuals& residuals, std:
             if (x[j] + h > box.upper[j]) h = -h;
             x[j] += h;
             const std::vector<double> shifted = evaluate(x);
+            if (!finite(shifted)) ZEP_FAIL("LevenbergMarquardt: the residuals are not finite next to the current point");
             for (std::size_t i = 0; i < m; ++i) jacobian[i * n + j] = (shifted[i] - r[i]) / h;
         }
         std::vector<double> normal(n * n, 0.0), gradient(n, 0.0);
@@ -90,7 +93,9 @@ OptimizationResult LevenbergMarquardt::Minimize(const Residuals& residuals, std:
                 std::vector<double> trial = result.x;
                 for (std::size_t j = 0; j < n; ++j) trial[j] = std::clamp(trial[j] + step[j], box.lower[j], box.upper[j]);
                 const std::vector<double> trialResiduals = evaluate(trial);
-                const double trialCost = SumOfSquares(trialResiduals);
+                // A trial outside the residuals' domain counts as a failed step: more damping.
+                const double trialCost = finite(trialResiduals) ? SumOfSquares(trialResiduals)
+                                                                : std::numeric_limits<double>::infinity();
                 if (trialCost < cost) {
                     // Converged when the residuals vanish or the step no longer moves the point; a
                     // small gain in cost alone is not enough (a narrow valley gains little per step).

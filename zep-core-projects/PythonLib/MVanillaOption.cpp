@@ -24,49 +24,45 @@ VanillaOption::Terms MakeTerms(int buySell, int callPut, double faceValue, doubl
     return terms;
 }
 
-boost::shared_ptr<const VolatilitySource> Flat(double volatility) {
-    return boost::make_shared<FlatVolatility>(volatility);
-}
-
 }  // namespace
 
 MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, double strike,
                                double spot, const DateInput& referenceDate, const DateInput& expiryDate,
                                const DateInput& settlementDate, const DateInput& deliveryDate,
-                               double accRate, double undRate, double volatility,
+                               double accRate, double undRate, const VolatilityInput& volatility,
                                const DayCounter& dayCounter, int exerciseKind)
     : MWrapper(Guarded("MVanillaOption::MVanillaOption", [&] {
           return boost::make_shared<VanillaOption>(
               MakeTerms(buySell, callPut, faceValue, strike, referenceDate, expiryDate,
                         settlementDate, deliveryDate, dayCounter, exerciseKind),
-              spot, VanillaOption::Carry::Rates(accRate, undRate), Flat(volatility));
+              spot, VanillaOption::Carry::Rates(accRate, undRate), volatility.Source());
       })) {}
 
 MVanillaOption::MVanillaOption(int buySell, int callPut, double faceValue, double strike,
                                double spot, const DateInput& referenceDate, const DateInput& expiryDate,
                                const DateInput& settlementDate, const DateInput& deliveryDate,
                                boost::shared_ptr<YieldCurve> accCurve,
-                               boost::shared_ptr<YieldCurve> undCurve, double volatility,
+                               boost::shared_ptr<YieldCurve> undCurve, const VolatilityInput& volatility,
                                const DayCounter& dayCounter, int exerciseKind)
     : MWrapper(Guarded("MVanillaOption::MVanillaOption", [&] {
           return boost::make_shared<VanillaOption>(
               MakeTerms(buySell, callPut, faceValue, strike, referenceDate, expiryDate,
                         settlementDate, deliveryDate, dayCounter, exerciseKind),
-              spot, VanillaOption::Carry::Curves(accCurve, undCurve), Flat(volatility));
+              spot, VanillaOption::Carry::Curves(accCurve, undCurve), volatility.Source());
       })) {}
 
 MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double faceValue,
                                            double strike, std::optional<double> forward,
                                            const DateInput& referenceDate, const DateInput& expiryDate,
                                            const DateInput& settlementDate, const DateInput& deliveryDate,
-                                           double accRate, double undRate, double volatility,
+                                           double accRate, double undRate, const VolatilityInput& volatility,
                                            const DayCounter& dayCounter, int exerciseKind,
                                            double spot) {
     return MVanillaOption(Guarded("MVanillaOption::FromForward", [&] {
         return boost::make_shared<VanillaOption>(VanillaOption::FromForward(
             MakeTerms(buySell, callPut, faceValue, strike, referenceDate, expiryDate,
                       settlementDate, deliveryDate, dayCounter, exerciseKind),
-            forward, VanillaOption::Carry::Rates(accRate, undRate), Flat(volatility), spot));
+            forward, VanillaOption::Carry::Rates(accRate, undRate), volatility.Source(), spot));
     }));
 }
 
@@ -76,13 +72,13 @@ MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double face
                                            const DateInput& settlementDate, const DateInput& deliveryDate,
                                            boost::shared_ptr<YieldCurve> accCurve,
                                            boost::shared_ptr<YieldCurve> undCurve,
-                                           double volatility, const DayCounter& dayCounter,
+                                           const VolatilityInput& volatility, const DayCounter& dayCounter,
                                            int exerciseKind, double spot) {
     return MVanillaOption(Guarded("MVanillaOption::FromForward", [&] {
         return boost::make_shared<VanillaOption>(VanillaOption::FromForward(
             MakeTerms(buySell, callPut, faceValue, strike, referenceDate, expiryDate,
                       settlementDate, deliveryDate, dayCounter, exerciseKind),
-            forward, VanillaOption::Carry::Curves(accCurve, undCurve), Flat(volatility), spot));
+            forward, VanillaOption::Carry::Curves(accCurve, undCurve), volatility.Source(), spot));
     }));
 }
 

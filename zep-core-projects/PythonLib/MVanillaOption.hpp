@@ -1,6 +1,6 @@
 // The Python face of the booked vanilla option: built from date texts, numbers and either two
-// rates or two curves, with a flat volatility; every call reports which operation failed
-// ("MVanillaOption::<operation> failed: ").
+// rates or two curves, with a flat volatility or a surface; every call reports which operation
+// failed ("MVanillaOption::<operation> failed: ").
 #pragma once
 
 #include <optional>
@@ -8,6 +8,7 @@
 
 #include "DateInput.hpp"
 #include "MWrapper.hpp"
+#include "VolatilityInput.hpp"
 #include "lum-closed-form/VanillaOption.hpp"
 
 namespace zep::python {
@@ -20,7 +21,7 @@ public:
     MVanillaOption(int buySell, int callPut, double faceValue, double strike, double spot,
                    const DateInput& referenceDate, const DateInput& expiryDate,
                    const DateInput& settlementDate, const DateInput& deliveryDate,
-                   double accRate, double undRate, double volatility,
+                   double accRate, double undRate, const VolatilityInput& volatility,
                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed),
                    int exerciseKind = 0);
     // The same on a domestic (accrual) and a foreign (underlying) curve.
@@ -28,7 +29,8 @@ public:
                    const DateInput& referenceDate, const DateInput& expiryDate,
                    const DateInput& settlementDate, const DateInput& deliveryDate,
                    boost::shared_ptr<zep::YieldCurve> accCurve,
-                   boost::shared_ptr<zep::YieldCurve> undCurve, double volatility,
+                   boost::shared_ptr<zep::YieldCurve> undCurve,
+                   const VolatilityInput& volatility,
                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed),
                    int exerciseKind = 0);
     // Quoted on the forward to delivery (None fails "No input forward!"); spot -1 derives it.
@@ -36,7 +38,7 @@ public:
                                       std::optional<double> forward, const DateInput& referenceDate,
                                       const DateInput& expiryDate, const DateInput& settlementDate,
                                       const DateInput& deliveryDate, double accRate, double undRate,
-                                      double volatility,
+                                      const VolatilityInput& volatility,
                                       const zep::DayCounter& dayCounter =
                                           zep::DayCounter(zep::Act365Fixed),
                                       int exerciseKind = 0, double spot = -1.0);
@@ -45,7 +47,8 @@ public:
                                       const DateInput& expiryDate, const DateInput& settlementDate,
                                       const DateInput& deliveryDate,
                                       boost::shared_ptr<zep::YieldCurve> accCurve,
-                                      boost::shared_ptr<zep::YieldCurve> undCurve, double volatility,
+                                      boost::shared_ptr<zep::YieldCurve> undCurve,
+                   const VolatilityInput& volatility,
                                       const zep::DayCounter& dayCounter =
                                           zep::DayCounter(zep::Act365Fixed),
                                       int exerciseKind = 0, double spot = -1.0);

@@ -24,6 +24,43 @@
     $1 = $input == Py_None || PyFloat_Check($input) || PyLong_Check($input);
 }
 
+// An option's volatility: a number, a zep.FXVolSurface, a zep.MFXVolSurface, a zep.VolSurface2,
+// or None (refused by the option with "VolSurface is Null!").
+namespace zep::python {
+class VolatilityInput;
+}
+%typemap(doc, type="VolatilityInput") const zep::python::VolatilityInput& "$1_name: VolatilityInput";
+%typemap(in) const zep::python::VolatilityInput& (std::optional<zep::python::VolatilityInput> converted) {
+    void* pointer = nullptr;
+    if ($input == Py_None) {
+        converted.emplace(boost::shared_ptr<const zep::VolatilitySource>());
+    } else if (PyFloat_Check($input) || PyLong_Check($input)) {
+        const double value = PyFloat_AsDouble($input);
+        if (value == -1.0 && PyErr_Occurred()) SWIG_fail;
+        converted.emplace(value);
+    } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(boost::shared_ptr<zep::FXVolSurface>*), 0)) && pointer) {
+        converted.emplace(*static_cast<boost::shared_ptr<zep::FXVolSurface>*>(pointer));
+    } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(boost::shared_ptr<zep::VolSurface2>*), 0)) && pointer) {
+        converted.emplace(*static_cast<boost::shared_ptr<zep::VolSurface2>*>(pointer));
+    } else if (SWIG_IsOK(SWIG_ConvertPtr($input, &pointer, $descriptor(zep::python::MFXVolSurface*), 0)) && pointer) {
+        try {
+            converted.emplace(static_cast<zep::python::MFXVolSurface*>(pointer)->Surface());
+        } catch (...) {
+            zep::python::SetPythonErrorFromActiveException();
+            SWIG_fail;
+        }
+    } else {
+        SWIG_exception_fail(SWIG_TypeError, "in method '" "$symname" "', argument " "$argnum" " of type 'float | FXVolSurface | MFXVolSurface | VolSurface2'");
+    }
+    $1 = &*converted;
+}
+%typemap(typecheck, precedence=SWIG_TYPECHECK_DOUBLE) const zep::python::VolatilityInput& {
+    $1 = $input == Py_None || PyFloat_Check($input) || PyLong_Check($input) ||
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(boost::shared_ptr<zep::FXVolSurface>*), SWIG_POINTER_NO_NULL)) ||
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(boost::shared_ptr<zep::VolSurface2>*), SWIG_POINTER_NO_NULL)) ||
+         SWIG_CheckState(SWIG_ConvertPtr($input, 0, $descriptor(zep::python::MFXVolSurface*), SWIG_POINTER_NO_NULL));
+}
+
 // NumPy arrays travel as spans over their own memory: read for inputs, filled in place for outputs.
 %typemap(in) std::span<const double> (zep::python::DoubleBuffer buffer) {
     if (!buffer.Acquire($input, false)) SWIG_fail;
@@ -91,7 +128,8 @@ BSVanilla.FromForward(..., forward, spot=-1). Theta is per day, ThetaPerYear per
 "A booked European vanilla priced by the Black-Scholes engine:
 MVanillaOption(buySell, callPut, faceValue, strike, spot, referenceDate, expiryDate,
 settlementDate, deliveryDate, rd, rf, vol[, dayCounter=Act365Fixed, exerciseKind=0]) with
-rd, rf continuously compounded numbers or two zep.YieldCurve objects (domestic, foreign);
+rd, rf continuously compounded numbers or two zep.YieldCurve objects (domestic, foreign) and
+vol a number or a surface (zep.FXVolSurface, zep.MFXVolSurface) read at the strike and expiry;
 MVanillaOption.FromForward(..., forward, ..., spot=-1) quotes it on the forward. Side +1 buy,
 -1 sell; type 0 call, 1 put; exercise 0 European, 1 American, 2 Bermudan. Figures take no
 argument or an integer pricing method (0 and 1 closed form); Delta also takes a boolean (True

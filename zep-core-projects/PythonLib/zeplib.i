@@ -66,6 +66,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepSchedule.i"
 %include "zepInterpolation.i"
 %include "zebCurve.i"
+%include "zepFXVol.i"
 %include "zepVanilla.i"
 %include "zepBarrier.i"
 %include "zepPde.i"

@@ -126,7 +126,12 @@ public:
     // The solvers of the engine on this option's market (volatility read at the option's strike).
     double StrikeImpliedFromDelta(double targetDelta, bool spotDelta = true);
     double StrikeImpliedFromForwardDelta(double targetDelta, bool spotDelta = true);
+    // On an FX surface the strike is solved on the smile (FuncFor_StrikeImpliedFromPrice).
     double StrikeImpliedFromPrice(double targetPrice);
+    // Price at the strike, at the surface's volatility there, minus the target: the function
+    // whose root is the strike of a premium on a smile. Only an FX surface has that smile
+    // ("Support FXVolSurface only!").
+    double FuncFor_StrikeImpliedFromPrice(double strike, double targetPrice) const;
     double VolImpliedFromPrice(double targetPrice) const;
     double DeltaImpliedFromStrike(double strike, bool spotDelta = true) const;
 

@@ -1,5 +1,5 @@
-// Where an option reads its volatility: one figure per strike and time to expiry. A flat
-// volatility now; the FX smile surfaces answer the same question once they are built.
+// Where an option reads its volatility: one figure per strike and time to expiry, from a flat
+// number or from a smile surface.
 #pragma once
 
 namespace zep {
@@ -9,6 +9,9 @@ public:
     virtual ~VolatilitySource() = default;
     // Black-Scholes volatility (0.1 = 10%) for the strike and the year fraction to expiry.
     virtual double Volatility(double strike, double timeToExpiry) const = 0;
+    // A delta-quoted FX surface: its volatility moves with the strike, so solving a strike from
+    // a premium must read the smile at every trial strike.
+    virtual bool IsFXVolSurface() const { return false; }
 };
 
 // The same volatility at every strike and expiry.

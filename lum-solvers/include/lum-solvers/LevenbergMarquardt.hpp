@@ -3,7 +3,10 @@
 // forward-difference Jacobian. Parameters are kept inside the box by clamping each trial point.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <functional>
+#include <limits>
 #include <vector>
 
 #include "lum-solvers/Optimizer.hpp"
@@ -28,5 +31,25 @@ public:
 private:
     LeastSquaresSettings m_settings;
 };
+
+// A fit of N unbounded parameters whose residuals are written into a vector of residualCount
+// values, fill(parameters, residuals): the form the smile calibrations take.
+template <std::size_t N, class Fill>
+std::array<double, N> FitLeastSquares(const Fill& fill, const std::array<double, N>& start, std::size_t residualCount) {
+    const Residuals residuals = [&](const std::vector<double>& p) {
+        std::array<double, N> parameters;
+        std::copy(p.begin(), p.end(), parameters.begin());
+        std::vector<double> r(residualCount);
+        fill(parameters, r);
+        return r;
+    };
+    const double infinity = std::numeric_limits<double>::infinity();
+    const OptimizationResult fit = LevenbergMarquardt().Minimize(
+        residuals, std::vector<double>(start.begin(), start.end()),
+        {std::vector<double>(N, -infinity), std::vector<double>(N, infinity)});
+    std::array<double, N> result;
+    std::copy(fit.x.begin(), fit.x.end(), result.begin());
+    return result;
+}
 
 }  // namespace zep
