@@ -1,34 +1,34 @@
 """Prices a EUR/USD 6M 1.10 down-and-out call (barrier 1.02) three ways, side by side: Black-Scholes
-at the at-the-money volatility, Vanna-Volga on the 25-delta smile, and finite differences; then
-its knock-in twin and the digitals at the same strike."""
+at the surface's volatility at the strike, Vanna-Volga on the surface's 25-delta smile, and finite
+differences; then its knock-in twin and the cash digital at the same strike."""
 import zep
+from eurusd_market import REFERENCE, RD, RF, SPOT, surface as eurusd_surface
 
-spot, strike, barrier = 1.08, 1.10, 1.02
-rd, rf = 0.035, 0.02
-atm, rr25, bf25 = 0.09, -0.010, 0.003  # the 6M quotes: ATM, 25-delta risk reversal and butterfly
-trade, expiry, delivery = zep.Date("2024-01-15"), zep.Date("2024-07-15"), zep.Date("2024-07-17")
-act365 = zep.DayCounter(zep.stringToConvention("act/365"))
-t, td = act365.YearFraction(trade, expiry), act365.YearFraction(trade, delivery)
-call, down_out, down_in = 0, zep.BarrierType_DOWN_AND_OUT, zep.BarrierType_DOWN_AND_IN
+STRIKE, BARRIER = 1.10, 1.02
+EXPIRY, DELIVERY = "2024-07-15", "2024-07-17"
+CALL, DOWN_OUT, DOWN_IN = 0, zep.BarrierType_DOWN_AND_OUT, zep.BarrierType_DOWN_AND_IN
 
-print(f"EUR/USD {strike} call, down-and-out at {barrier}, expiry {expiry} ({t:.4f}y), delivery {delivery}")
-print(f"  spot {spot}  rd {rd:.2%}  rf {rf:.2%}  ATM {atm:.2%}  RR25 {rr25:+.2%}  BF25 {bf25:+.2%}")
+surface = eurusd_surface().Surface()
 
-closed_form = zep.EuropeanBarrierBS(call, down_out, strike, barrier, atm, t, td, rd, rf, spot)
-vanna_volga = zep.EuropeanBarrierVV_Fisher(spot, rd, rf, atm, t, td, rr25, bf25, strike, call, down_out, barrier,
-                                           0, False)
-grid = zep.FdmBarrierEngine(call, down_out, strike, barrier, atm, t, td, rd, rf, spot, 400, 400)
-print("\n  Knock-out, per unit of EUR (USD pips in brackets):")
-print(f"    Black-Scholes closed form   {closed_form.Price():.6f}  ({closed_form.Price() * 1e4:7.2f})")
-print(f"    Finite differences 400x400  {grid.Price():.6f}  ({grid.Price() * 1e4:7.2f})")
-print(f"    Vanna-Volga on the smile    {vanna_volga.Price():.6f}  ({vanna_volga.PriceInPips():7.2f})"
-      f"   survival probability {vanna_volga.SurvivalProbability():.4f}")
 
-knock_in = zep.EuropeanBarrierVV_Fisher(spot, rd, rf, atm, t, td, rr25, bf25, strike, call, down_in, barrier,
-                                        0, False)
-print(f"  Knock-in by Vanna-Volga (smile vanilla minus knock-out): {knock_in.Price():.6f}")
+def booked(barrier_type: int) -> zep.VanillaBarriers:
+    return zep.VanillaBarriers(1, CALL, 1e6, STRIKE, barrier_type, BARRIER, 0.0, SPOT, REFERENCE, EXPIRY, DELIVERY,
+                               DELIVERY, DELIVERY, RD, RF, surface)
 
-cash = zep.DigitalOptionBS(0, strike, atm, t, td, rd, rf, spot)
-smile_cash = zep.DigitalOptionVV(spot, rd, rf, atm, t, td, rr25, bf25, strike, 0, 0, False)
-print(f"\n  Cash-or-nothing call at {strike}: Black-Scholes {cash.Price():.6f}, on the smile {smile_cash.Price():.6f}"
-      f" (smile vol {smile_cash.StrikeVolatility():.4%}, slope {smile_cash.SmileSlope():+.4f} per unit of strike)")
+
+knock_out, knock_in = booked(DOWN_OUT), booked(DOWN_IN)
+print(f"EUR/USD {STRIKE} call, down-and-out at {BARRIER}, expiry {EXPIRY}, delivery {DELIVERY}, EUR 1,000,000")
+print(f"  spot {SPOT}  rd {RD:.2%}  rf {RF:.2%}  smile volatility at the strike "
+      f"{surface.GetVolatility(zep.Date(EXPIRY), STRIKE):.4%}, ATM {surface.GetATMVol(zep.Date(EXPIRY)):.4%}")
+print("\n  Knock-out PV in USD (price per EUR in pips):")
+for name, method in (("Black-Scholes closed form", 0), ("Finite differences 400x400", 2),
+                     ("Vanna-Volga on the surface", 1)):
+    print(f"    {name:<28}{knock_out.PV(method):12,.2f}  ({knock_out.Price(method) * 1e4:7.2f})")
+print(f"  Knock-in by Vanna-Volga (smile vanilla minus knock-out): {knock_in.PV(1):,.2f} USD")
+print(f"  Vega of the knock-out (bump of 1 vol point on spot_Volatility): "
+      f"{knock_out.DeltaPrice('spot_Volatility', 0.01) * 1e6 / 100:,.2f} USD per point")
+
+t, td = knock_out.GetTimeToExpiry(), knock_out.GetTimeToDelivery()
+smile_vol = surface.GetVolatility(zep.Date(EXPIRY), STRIKE)
+cash = zep.DigitalOptionBS(0, STRIKE, smile_vol, t, td, RD, RF, SPOT)
+print(f"\n  Cash-or-nothing call at {STRIKE}, per EUR: Black-Scholes at the smile volatility {cash.Price():.6f}")

@@ -40,8 +40,8 @@ double VanillaBarriers::PriceAt(double volatilityShift, int pricingMethod) const
     if (pricingMethod == VannaVolga) {
         ZEP_REQUIRE(m_smile.has_value(), "VanillaBarriers: Vanna-Volga needs the 25-delta smile quotes");
         const SmileQuotes& q = *m_smile;
-        const double atm = m_volatility->Volatility(m_spot * std::exp((m_domesticRate - m_foreignRate) * m_timeToDelivery),
-                                                    m_timeToExpiry) + volatilityShift;
+        const double forward = m_spot * std::exp((m_domesticRate - m_foreignRate) * m_timeToDelivery);
+        const double atm = q.atmVolatility.value_or(m_volatility->Volatility(forward, m_timeToExpiry)) + volatilityShift;
         if (corridor)
             return EuropeanBarrierVV_Fisher(m_spot, m_domesticRate, m_foreignRate, atm, m_timeToExpiry, m_timeToDelivery,
                                             q.riskReversal25, q.butterfly25, t.strike, t.callPut, t.barrierType,

@@ -156,14 +156,16 @@ def test_a_daily_monitored_barrier_in_monte_carlo_matches_the_shifted_closed_for
     assert abs(note.Price() - exact) < 4 * note.PriceStandardError()
 
 
-def booked_barrier(method_dates=("2024-01-15", "2024-07-15", "2024-07-17", "2024-07-17", "2024-07-17"), **quotes):
+def booked_barrier(method_dates=("2024-01-15", "2024-07-15", "2024-07-17", "2024-07-17", "2024-07-17"),
+                   smile=(math.nan, math.nan)):
     reference, expiry, settlement, premium, delivery = method_dates
+    # Two constructors (a volatility or a surface): arguments by position.
     return zep.VanillaBarriers(-1, 0, 2e6, 1.10, DOWN_OUT, 1.02, 0.0, 1.08, reference, expiry, settlement, premium,
-                               delivery, 0.035, 0.02, 0.09, **quotes)
+                               delivery, 0.035, 0.02, 0.09, *smile)
 
 
 def test_a_booked_barrier_prices_as_its_engines():
-    option = booked_barrier(riskReversal25=-0.01, butterfly25=0.003)
+    option = booked_barrier(smile=(-0.01, 0.003))
     t, td = option.GetTimeToExpiry(), option.GetTimeToDelivery()
     closed_form = zep.EuropeanBarrierBS(0, DOWN_OUT, 1.10, 1.02, 0.09, t, td, 0.035, 0.02, 1.08).Price()
     smile = zep.EuropeanBarrierVV_Fisher(1.08, 0.035, 0.02, 0.09, t, td, -0.01, 0.003, 1.10, 0, DOWN_OUT, 1.02, 0, False)
@@ -186,3 +188,24 @@ def test_a_booked_barrier_prices_as_its_engines():
 def test_a_booked_barrier_refuses_what_it_lacks(call, message):
     with pytest.raises(RuntimeError, match=message):
         call()
+
+
+def test_a_booked_barrier_on_an_fx_surface_reads_its_smile():
+    usd = zep.YieldCurve.FromZeroRates("2024-01-15", ["2025-01-15"], [0.035], zep.Continuous, 1)
+    eur = zep.YieldCurve.FromZeroRates("2024-01-15", ["2025-01-15"], [0.02], zep.Continuous, 1)
+    surface = zep.FXVolSurface.FromTenors("2024-01-15", "2024-01-17", 1.08, ["3M", "6M", "1Y"], ["ATM", "25RR", "25BF"],
+                                          [[0.076, -0.0037, 0.0021], [0.079, -0.0043, 0.0023], [0.0815, -0.005, 0.0026]],
+                                          usd, eur)
+    option = zep.VanillaBarriers(1, 0, 1.0, 1.10, DOWN_OUT, 1.02, 0.0, 1.08, "2024-01-15", "2024-07-15", "2024-07-17",
+                                 "2024-07-17", "2024-07-17", 0.035, 0.02, surface)
+    t, td = option.GetTimeToExpiry(), option.GetTimeToDelivery()
+    expiry = zep.Date("2024-07-15")
+    at_strike = surface.GetVolatility(expiry, 1.10)
+    assert option.Price() == pytest.approx(
+        zep.EuropeanBarrierBS(0, DOWN_OUT, 1.10, 1.02, at_strike, t, td, 0.035, 0.02, 1.08).Price(), rel=1e-14)
+    call25 = surface.GetVolatility(expiry, surface.GetStrike(expiry, "25C"))
+    put25 = surface.GetVolatility(expiry, surface.GetStrike(expiry, "25P"))
+    atm = surface.GetATMVol(expiry)
+    smile = zep.EuropeanBarrierVV_Fisher(1.08, 0.035, 0.02, atm, t, td, call25 - put25,
+                                         (call25 + put25) / 2 - atm, 1.10, 0, DOWN_OUT, 1.02, 0, False)
+    assert option.Price(1) == pytest.approx(smile.Price(), rel=1e-12)

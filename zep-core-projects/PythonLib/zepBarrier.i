@@ -7,7 +7,33 @@
 #include "lum-closed-form/DigitalOptionVV.hpp"
 #include "lum-closed-form/BarrierBook.hpp"
 #include "lum-closed-form/VanillaBarriers.hpp"
+#include "lum-fxo-market/FXVolSurface.hpp"
 #include <cmath>
+
+namespace zep::python {
+// The booked barrier's terms from the constructor's arguments.
+inline zep::VanillaBarriers::Terms BarrierTerms(int buySell, int callPut, double faceValue, double strike,
+                                                int barrierType, double barrier, double barrierUp,
+                                                const zep::Date& referenceDate, const zep::Date& expiryDate,
+                                                const zep::Date& settlementDate, const zep::Date& premiumDate,
+                                                const zep::Date& deliveryDate, const zep::DayCounter& dayCounter) {
+    zep::VanillaBarriers::Terms terms;
+    terms.buySell = buySell;
+    terms.callPut = callPut;
+    terms.faceValue = faceValue;
+    terms.strike = strike;
+    terms.barrierType = barrierType;
+    terms.barrier = barrier;
+    terms.barrierUp = barrierUp;
+    terms.referenceDate = referenceDate;
+    terms.expiryDate = expiryDate;
+    terms.settlementDate = settlementDate;
+    terms.premiumDate = premiumDate;
+    terms.deliveryDate = deliveryDate;
+    terms.dayCounter = dayCounter;
+    return terms;
+}
+}  // namespace zep::python
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -114,8 +140,10 @@ def PriceBarrierBook(types: "numpy.typing.ArrayLike", barrierTypes: "numpy.typin
 VanillaBarriers(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, spot,
                 referenceDate, expiryDate, settlementDate, premiumDate, deliveryDate, rd, rf, vol,
                 riskReversal25=nan, butterfly25=nan, deltaType=0, premiumAdjusted=False,
-                dayCounter=DayCounter(Act365Fixed))
+                dayCounter=DayCounter(Act365Fixed))    (arguments by position: two signatures)
 
+or with an FXVolSurface in place of vol and the quotes: the smile at the strike, and for
+Vanna-Volga the expiry's 25-delta risk reversal and butterfly read off the surface.
 barrierUp is read for corridors (types 6, 7). Price(method)/PV(method): 0 Black-Scholes,
 1 Vanna-Volga (needs riskReversal25 and butterfly25), 2 finite differences (single barriers),
 3 BSREPLICATE refused. DeltaPrice('spot_Volatility', bump, method): the volatility sensitivity.";
@@ -131,23 +159,33 @@ barrierUp is read for corridors (types 6, 7). Price(method)/PV(method): 0 Black-
                     double rd, double rf, double vol, double riskReversal25 = NAN, double butterfly25 = NAN,
                     int deltaType = 0, bool premiumAdjusted = false,
                     const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed)) {
-        zep::VanillaBarriers::Terms terms;
-        terms.buySell = buySell;
-        terms.callPut = callPut;
-        terms.faceValue = faceValue;
-        terms.strike = strike;
-        terms.barrierType = barrierType;
-        terms.barrier = barrier;
-        terms.barrierUp = barrierUp;
-        terms.referenceDate = referenceDate;
-        terms.expiryDate = expiryDate;
-        terms.settlementDate = settlementDate;
-        terms.premiumDate = premiumDate;
-        terms.deliveryDate = deliveryDate;
-        terms.dayCounter = dayCounter;
+        const zep::VanillaBarriers::Terms terms =
+            zep::python::BarrierTerms(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, referenceDate,
+                                      expiryDate, settlementDate, premiumDate, deliveryDate, dayCounter);
         std::optional<zep::VanillaBarriers::SmileQuotes> smile;
         if (std::isfinite(riskReversal25) && std::isfinite(butterfly25))
-            smile = zep::VanillaBarriers::SmileQuotes{riskReversal25, butterfly25, deltaType, premiumAdjusted};
+            smile = zep::VanillaBarriers::SmileQuotes{riskReversal25, butterfly25, deltaType, premiumAdjusted, std::nullopt};
         return new zep::VanillaBarriers(terms, spot, rd, rf, boost::make_shared<zep::FlatVolatility>(vol), smile);
+    }
+    // On an FX surface: Black-Scholes and finite differences read the smile at the strike; Vanna-
+    // Volga takes the expiry's 25-delta risk reversal and butterfly back off the surface
+    // (RR = sigma_25C - sigma_25P, BF = (sigma_25C + sigma_25P) / 2 - sigma_ATM) with its delta
+    // convention.
+    VanillaBarriers(int buySell, int callPut, double faceValue, double strike, int barrierType, double barrier,
+                    double barrierUp, double spot, const zep::Date& referenceDate, const zep::Date& expiryDate,
+                    const zep::Date& settlementDate, const zep::Date& premiumDate, const zep::Date& deliveryDate,
+                    double rd, double rf, boost::shared_ptr<zep::FXVolSurface> surface,
+                    const zep::DayCounter& dayCounter = zep::DayCounter(zep::Act365Fixed)) {
+        if (!surface) throw std::invalid_argument("VanillaBarriers: no volatility surface");
+        const zep::VanillaBarriers::Terms terms =
+            zep::python::BarrierTerms(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, referenceDate,
+                                      expiryDate, settlementDate, premiumDate, deliveryDate, dayCounter);
+        const double call25 = surface->GetVolatility(expiryDate, surface->GetStrike(expiryDate, "25C"));
+        const double put25 = surface->GetVolatility(expiryDate, surface->GetStrike(expiryDate, "25P"));
+        const double atm = surface->GetATMVol(expiryDate);
+        const zep::VanillaBarriers::SmileQuotes smile{call25 - put25, (call25 + put25) / 2.0 - atm,
+                                                      surface->findClosestDeltaType(expiryDate),
+                                                      surface->findClosestPremiumAdjusted(expiryDate) != 0, atm};
+        return new zep::VanillaBarriers(terms, spot, rd, rf, surface, smile);
     }
 }

@@ -37,12 +37,14 @@ public:
         Date referenceDate, expiryDate, settlementDate, premiumDate, deliveryDate;
         DayCounter dayCounter = DayCounter(Act365Fixed);
     };
-    // The 25-delta quotes of the expiry for Vanna-Volga; the ATM volatility comes from the source.
+    // The quotes of the expiry for Vanna-Volga. Without an ATM volatility the source's volatility
+    // at the forward serves.
     struct SmileQuotes {
         double riskReversal25 = 0.0;
         double butterfly25 = 0.0;
         int deltaType = 0;
         bool premiumAdjusted = false;
+        std::optional<double> atmVolatility;
     };
 
     VanillaBarriers(const Terms& terms, double spot, double domesticRate, double foreignRate,
