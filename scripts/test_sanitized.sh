@@ -16,29 +16,26 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 ASAN_OPTIONS=detect_leaks=1:check_initialization_order=1:strict_init_order=1 \
   ctest --test-dir "$tree" --output-on-failure -j 2
 
-# The interpreter is not instrumented: the sanitizer runtimes must be the first libraries of the
-# process (ASan refuses to start otherwise), so they are preloaded, those of the compiler that
-# built the tree. PYTHONMALLOC=malloc puts every Python object on the sanitizer's heap, so an
-# overrun of a Python buffer is caught and the leak check follows pointers held by Python objects
-# (pymalloc's arenas are invisible to it). Leak stacks keep two frames so that the interpreter's
-# own leftovers at exit can be told from zep's (see tests/python/lsan_interpreter.supp). A huge
-# malloc from Python returns null (MemoryError, as without the sanitizer) instead of aborting.
-# A report written to a standard error that pytest captures dies with the process the sanitizers
-# stop: ASan writes its reports to files (any report fails the run, also one from a child process
-# whose test passed), and pytest captures sys.stderr only, which leaves UBSan's reports (it
-# ignores log_path) on the run's output.
-logs="$PWD/$tree/sanitizer-reports"
-rm -rf "$logs" && mkdir -p "$logs"
+# The Python tests on the sanitized package. The interpreter is not instrumented and ASan must be
+# the first library of the process: the runtimes of the compiler that built the tree are preloaded.
 cxx=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$tree/CMakeCache.txt")
 export LD_PRELOAD="$("$cxx" -print-file-name=libasan.so):$("$cxx" -print-file-name=libubsan.so)"
+# Every Python object on the sanitizer's heap: an overrun of a Python buffer is caught, and the leak
+# check follows pointers held by Python objects (pymalloc's arenas are invisible to it).
 export PYTHONMALLOC=malloc
+# Leak stacks of two frames tell the interpreter's own leftovers at exit from zep's leaks (see
+# tests/python/lsan_interpreter.supp); a huge malloc from Python returns null, a MemoryError as
+# without the sanitizer. Reports go to files: the standard error pytest captures dies with a
+# process ASan stops, and a report from a child process fails the run even where its test passed.
+logs="$PWD/$tree/sanitizer-reports"
+rm -rf "$logs" && mkdir -p "$logs"
 export ASAN_OPTIONS="detect_leaks=1:malloc_context_size=2:allocator_may_return_null=1:log_path=$logs/asan"
-export UBSAN_OPTIONS="$UBSAN_OPTIONS:log_path=$logs/ubsan"
 export LSAN_OPTIONS="suppressions=$PWD/tests/python/lsan_interpreter.supp:print_suppressions=0"
 export ZEP_PYTHONPATH="$PWD/$tree/python" ZEP_SANITIZED=1
 
-# Run from the tests folder, as scripts/test.sh does; conftest.py makes sure the package imported
-# is the sanitized one.
+# From the tests folder, as scripts/test.sh runs them; conftest.py makes sure the package imported
+# is the sanitized one. UBSan writes its reports to standard error whatever log_path says, so
+# pytest captures sys.stderr only and leaves them on the run's output.
 status=0
 (cd tests/python && ../../.venv/bin/python -m pytest -q -p no:cacheprovider --capture=sys .) || status=$?
 if compgen -G "$logs/*" >/dev/null; then
