@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include <fmt/format.h>
+
 #include "lum-auxiliary/Error.hpp"
 #include "lum-auxiliary/SavedFields.hpp"
 
@@ -31,6 +33,16 @@ std::string MemberName(const char* member) {
 }
 
 [[noreturn]] void Fail(const char* message) { throw std::runtime_error(message); }
+
+// The line through (x0, y0) and (x1, y1) at x, as y0 + slope (x - x0): the form the curves were
+// calibrated with. Where the slope itself leaves double precision (values of 1e300 a 1e-10 step
+// apart) the same line is taken through the weight (x - x0) / (x1 - x0), finite wherever the
+// value is.
+double Line(double slope, double x0, double y0, double x1, double y1, double x) {
+    if (std::isfinite(slope)) [[likely]]
+        return y0 + slope * (x - x0);
+    return y0 + (y1 - y0) * ((x - x0) / (x1 - x0));
+}
 
 // A quotient that is taken as zero where the denominator is too small to trust.
 double GuardedRatio(double numerator, double denominator) {
@@ -198,7 +210,16 @@ void Interpolation<A, O, V>::RequireData() const {
 template <class A, class O, class V>
 double Interpolation<A, O, V>::Evaluate(double x) const {
     RequireData();
-    return ValueAt(MethodAt(x), x);
+    const double value = ValueAt(MethodAt(x), x);
+    if (!std::isfinite(value) && !std::isnan(x)) [[unlikely]]
+        FailBeyondPrecision(x);
+    return value;
+}
+
+template <class A, class O, class V>
+void Interpolation<A, O, V>::FailBeyondPrecision(double x) const {
+    throw std::runtime_error(fmt::format("Interpolation: the {} value at {:.6g} cannot be represented in double "
+                                         "precision", InterpolationMethodToString(MethodAt(x)), x));
 }
 
 template <class A, class O, class V>
@@ -222,6 +243,14 @@ void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t 
     } else {
         for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(MethodAt(x[i]), x[i]);
     }
+    bool finite = true;
+    for (std::size_t i = 0; i < count; ++i) finite &= std::isfinite(out[i]) || std::isnan(x[i]);
+    if (finite) [[likely]]
+        return;
+    // The point form takes a line whose slope left double precision through its weight, and
+    // raises where the value itself is beyond it.
+    for (std::size_t i = 0; i < count; ++i)
+        if (!std::isfinite(out[i]) && !std::isnan(x[i])) out[i] = Evaluate(x[i]);
 }
 
 template <class A, class O, class V>
@@ -252,12 +281,13 @@ double Interpolation<A, O, V>::InteriorValue(InterpolationMethod method, std::si
             return toRight < toLeft ? y1 : y0;
         }
         case LinearInterpolation:
-            return y0 + m_slopes[i] * (x - x0);
+            return Line(m_slopes[i], x0, y0, x1, y1, x);
         case LinearXYInterpolation: {
             const double p0 = x0 * y0, p1 = x1 * y1;
             return (p0 + (p1 - p0) / (x1 - x0) * (x - x0)) / x;
         }
         case LogLinearInterpolation: {
+            if (!(y0 > 0.0 && y1 > 0.0)) Fail("Interpolation: loglinear interpolation needs positive values");
             const double l0 = m_logY[i], l1 = m_logY[i + 1];
             return std::exp(l0 + (l1 - l0) / (x1 - x0) * (x - x0));
         }
@@ -337,6 +367,10 @@ typename Interpolation<A, O, V>::SplineCurvature Interpolation<A, O, V>::SolveCu
         m[n - 1] = 0.0;
     }
     for (std::size_t k = n - 1; k-- > 0;) m[k] = m[k] * m[k + 1] + u[k];
+    // Values of 1e300 a 1e-10 step apart bend the spline beyond double precision.
+    if (!std::all_of(m.begin(), m.end(), [](double curvature) { return std::isfinite(curvature); }))
+        return {{}, clamped ? "cubicInterpolation: curvature beyond double precision"
+                            : "interpolate1d3Spline: curvature beyond double precision"};
     return {std::move(m)};
 }
 
@@ -352,8 +386,9 @@ double Interpolation<A, O, V>::Extrapolate(double x) const {
             // Always linear in the values, whatever the interpolation method.
             if (m_y.size() == 1) return m_y[0];
             if (x < m_x[0])
-                return m_y[0] + (m_y[1] - m_y[0]) / (m_x[1] - m_x[0]) * (x - m_x[0]);
-            return m_y[last] + (m_y[last - 1] - m_y[last]) / (m_x[last - 1] - m_x[last]) * (x - m_x[last]);
+                return Line((m_y[1] - m_y[0]) / (m_x[1] - m_x[0]), m_x[0], m_y[0], m_x[1], m_y[1], x);
+            return Line((m_y[last - 1] - m_y[last]) / (m_x[last - 1] - m_x[last]), m_x[last], m_y[last],
+                        m_x[last - 1], m_y[last - 1], x);
         case CubicExtrapolation:
             return CubicExtrapolate(x);
         case TaylorExtrapolation:
@@ -400,7 +435,11 @@ double Interpolation<A, O, V>::FFQ(double x) const {
     const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(m_x.size());
     if (n < 3) Fail("Interpolation: ffq needs at least three nodes");
     auto X = [&](std::ptrdiff_t j) { return static_cast<double>(m_x[j]); };
-    auto z = [&](std::ptrdiff_t j) { return -m_logY[j]; };
+    // Minus the log of a discount factor: only positive node values have one.
+    auto z = [&](std::ptrdiff_t j) {
+        if (!std::isfinite(m_logY[j])) Fail("Interpolation: ffq interpolation needs positive values");
+        return -m_logY[j];
+    };
     const double q = m_shortRate >= 0.0 ? m_shortRate / 365.0 : 0.0;
 
     std::ptrdiff_t k;

@@ -33,5 +33,7 @@ inline unsigned LaneBits(Lanes mask) { return static_cast<unsigned>(_mm256_movem
 // True in every lane where the comparison holds; NaN compares false, so NaN rows go scalar.
 inline bool AllLanes(Lanes mask) { return LaneBits(mask) == 0xF; }
 inline bool AnyLane(Lanes mask) { return LaneBits(mask) != 0; }
+// True when no lane holds an infinity or a NaN (x - x is zero only for a finite x).
+inline bool AllFinite(Lanes x) { return AllLanes(_mm256_cmp_pd(_mm256_sub_pd(x, x), Broadcast(0.0), _CMP_EQ_OQ)); }
 
 }  // namespace zep::detail

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include <fmt/format.h>
+
+#include "FiniteFigure.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/NormalDistribution.hpp"
 
@@ -14,8 +17,29 @@ namespace {
 constexpr const char* kVolatilityMessage = "volatility must be a positive percentage!";
 constexpr const char* kSpotMessage = " Spot must be positive.";
 constexpr const char* kForwardMessage = " Forward must be positive.";
+constexpr const char* kForwardOverflowMessage =
+    "the forward S exp((rd - rf) Td) cannot be represented in double precision";
 
 double PhiOf(int optionType) { return optionType == BSVanilla::Call ? 1.0 : -1.0; }
+
+// ln(F / K) from the ratio near the money, where it is exact to rounding; as a difference of
+// logarithms where the ratio itself leaves double precision (a forward of 1e300 on a strike of
+// 1e-300).
+double LogMoneyness(double forward, double strike) {
+    const double ratio = forward / strike;
+    return std::isnormal(ratio) ? std::log(ratio) : std::log(forward) - std::log(strike);
+}
+
+// A normal density times a factor that grows without bound where the density vanishes (d1 as
+// d1 -> -inf, 1 / F as F -> 0): the density falls faster than any such factor grows, so once it
+// has underflowed to zero the product is zero, not inf * 0.
+double DensityTimes(double density, double factor) { return density == 0.0 ? 0.0 : density * factor; }
+
+// The forward S DFf / DFd; the ratio of the discount factors first, so that a spot near the top
+// of the double range does not overflow on the way to a forward that does not.
+double ForwardOf(double spot, double foreignDiscount, double domesticDiscount) {
+    return spot * (foreignDiscount / domesticDiscount);
+}
 
 // The undiscounted forward premium phi (F N(phi d1) - K N(phi d2)) as a function of the
 // volatility alone: the solvers evaluate it dozens of times, so the moneyness and sqrt T are
@@ -23,7 +47,7 @@ double PhiOf(int optionType) { return optionType == BSVanilla::Call ? 1.0 : -1.0
 struct ForwardPremium {
     ForwardPremium(int optionType, double strike, double forward, double time, const char* solver)
         : phi(PhiOf(optionType)), strike(strike), forward(forward), time(time),
-          sqrtTime(std::sqrt(time)), logMoneyness(std::log(forward / strike)), solver(solver) {}
+          sqrtTime(std::sqrt(time)), logMoneyness(LogMoneyness(forward, strike)), solver(solver) {}
 
     double operator()(double sigma) const {
         if (!(sigma >= BSVanilla::kMinimumVolatility)) ZEP_FAIL_IN(solver, kVolatilityMessage);
@@ -102,7 +126,12 @@ void BSVanilla::SetBasicParameters(int optionType, double strike, double volatil
                                    double timeToExpiry, double timeToDelivery, double domesticRate,
                                    double foreignRate) {
     ZEP_REQUIRE(optionType == Call || optionType == Put, "option type must be 0 (call) or 1 (put)");
-    if (!(volatility >= kMinimumVolatility)) ZEP_FAIL(kVolatilityMessage);
+    if (!(volatility >= kMinimumVolatility && std::isfinite(volatility))) ZEP_FAIL(kVolatilityMessage);
+    // The log-moneyness needs a positive strike; the rest of the market must be numbers.
+    ZEP_REQUIRE(strike > 0.0 && std::isfinite(strike), "strike must be a positive number");
+    ZEP_REQUIRE(std::isfinite(timeToExpiry) && std::isfinite(timeToDelivery),
+                "times to expiry and delivery must be finite numbers");
+    ZEP_REQUIRE(std::isfinite(domesticRate) && std::isfinite(foreignRate), "rates must be finite numbers");
     m_optionType = optionType;
     m_phi = PhiOf(optionType);
     m_strike = strike;
@@ -117,18 +146,25 @@ void BSVanilla::SetBasicParameters(int optionType, double strike, double volatil
 
 void BSVanilla::SetSpot(double spot) {
     ZEP_REQUIRE_TEXT(spot >= 0.0, kSpotMessage);
+    ZEP_REQUIRE(std::isfinite(spot), "spot must be a finite number");
+    const double forward = ForwardOf(spot, m_foreignDiscount, m_domesticDiscount);
+    ZEP_REQUIRE(std::isfinite(forward), kForwardOverflowMessage);
+    m_forward = forward;
     m_spot = spot;
-    m_forward = spot * m_foreignDiscount / m_domesticDiscount;
     Setup();
 }
 
 void BSVanilla::SetForward(double forward, double spot) {
     ZEP_REQUIRE_TEXT(forward >= 0.0, kForwardMessage);
+    ZEP_REQUIRE(std::isfinite(forward), "forward must be a finite number");
     if (spot != kSpotFromForward) ZEP_REQUIRE_TEXT(spot >= 0.0, kSpotMessage);
+    const double derivedSpot =
+        spot != kSpotFromForward
+            ? spot
+            : forward / std::pow((1.0 + m_domesticRate) / (1.0 + m_foreignRate), m_timeToExpiry);
+    ZEP_REQUIRE(std::isfinite(derivedSpot), "spot must be a finite number");
     m_forward = forward;
-    m_spot = spot != kSpotFromForward
-                 ? spot
-                 : forward / std::pow((1.0 + m_domesticRate) / (1.0 + m_foreignRate), m_timeToExpiry);
+    m_spot = derivedSpot;
     Setup();
 }
 
@@ -136,15 +172,17 @@ void BSVanilla::Setup() {
     m_sigmaSquared = m_sigma * m_sigma;
     m_sqrtT = std::sqrt(m_timeToExpiry);
     m_sigmaRootT = m_sigma * m_sqrtT;
-    m_d1 = (std::log(m_forward / m_strike) + m_sigmaSquared * 0.5 * m_timeToExpiry) / m_sigmaRootT;
+    m_logMoneyness = LogMoneyness(m_forward, m_strike);
+    m_d1 = (m_logMoneyness + m_sigmaSquared * 0.5 * m_timeToExpiry) / m_sigmaRootT;
     m_d2 = m_d1 - m_sigmaRootT;
     m_cdfPhiD1 = NormalCdf(m_phi * m_d1);
     m_cdfPhiD2 = NormalCdf(m_phi * m_d2);
     m_pdfD1 = NormalPdf(m_d1);
     // n(d2) = n(d1) F / K exactly (d1^2 - d2^2 = 2 ln(F/K)): one exponential fewer on the
-    // pricing path. Computed directly where the ratio is not usable.
+    // pricing path. Computed directly where the ratio is not usable or n(d1) has lost its
+    // precision below the normal range.
     const double ratio = m_forward / m_strike;
-    m_pdfD2 = (m_pdfD1 > 0.0 && std::isfinite(ratio)) ? m_pdfD1 * ratio : NormalPdf(m_d2);
+    m_pdfD2 = (std::isnormal(m_pdfD1) && std::isfinite(ratio)) ? m_pdfD1 * ratio : NormalPdf(m_d2);
     m_priceValid = false;
 }
 
@@ -158,33 +196,51 @@ double BSVanilla::ExpiredDelta() const {
     return outOfTheMoney ? 0.0 : m_phi;
 }
 
+double BSVanilla::Finite(double value, const char* figure, const std::source_location& where) const {
+    return detail::FiniteFigure(value, "zep::BSVanilla", figure, [this] { return DescribeMarket(); }, where);
+}
+
+std::string BSVanilla::DescribeMarket() const {
+    return fmt::format("a {} struck at {:.6g} on spot {:.6g} (forward {:.6g}), volatility {:.6g}, "
+                       "{:.6g} years to expiry and {:.6g} to delivery, rates {:.6g} and {:.6g}",
+                       m_optionType == Call ? "call" : "put", m_strike, m_spot, m_forward, m_sigma,
+                       m_timeToExpiry, m_timeToDelivery, m_domesticRate, m_foreignRate);
+}
+
+// The figures below multiply the bounded factors (discount factors, probabilities, densities,
+// sqrt T) first and the spot, forward or strike last, so that no product overflows on the way to
+// a figure that does not.
 double BSVanilla::Price() {
-    m_price = IsExpired() ? Intrinsic()
-                          : m_phi * m_domesticDiscount * (m_forward * m_cdfPhiD1 - m_strike * m_cdfPhiD2);
+    const double price =
+        IsExpired() ? Intrinsic()
+                    : m_phi * m_domesticDiscount * (m_forward * m_cdfPhiD1 - m_strike * m_cdfPhiD2);
+    m_price = Finite(price, "Price");
     m_priceValid = true;
     return m_price;
 }
 
 double BSVanilla::Delta(bool spotDelta) {
     const double delta = IsExpired() ? ExpiredDelta() : m_foreignDiscount * m_phi * m_cdfPhiD1;
-    m_delta = spotDelta ? delta : delta - (m_priceValid ? m_price : Price()) / m_spot;
+    m_delta = Finite(spotDelta ? delta : delta - (m_priceValid ? m_price : Price()) / m_spot, "Delta");
     return m_delta;
 }
 
 double BSVanilla::ForwardDelta(bool spotDelta) {
-    if (IsExpired()) return spotDelta ? ExpiredDelta() : ExpiredDelta() - Intrinsic() / m_spot;
-    return spotDelta ? m_phi * m_cdfPhiD1 : (m_strike / m_forward) * m_phi * m_cdfPhiD2;
+    if (IsExpired())
+        return Finite(spotDelta ? ExpiredDelta() : ExpiredDelta() - Intrinsic() / m_spot, "ForwardDelta");
+    return Finite(spotDelta ? m_phi * m_cdfPhiD1 : m_phi * m_cdfPhiD2 * m_strike / m_forward, "ForwardDelta");
 }
 
+// DFf n(d1) / (sigma sqrt T) / S, the spot's own form of DFf^2 n(d1) / (DFd F sigma sqrt T); the
+// density vanishes faster than 1 / S grows, so a zero spot has a zero gamma.
 double BSVanilla::Gamma() {
-    m_gamma = IsExpired() ? 0.0
-                          : m_foreignDiscount * m_pdfD1 * m_foreignDiscount /
-                                (m_domesticDiscount * m_forward * m_sigmaRootT);
+    const bool flat = IsExpired() || m_pdfD1 == 0.0;
+    m_gamma = Finite(flat ? 0.0 : m_foreignDiscount * m_pdfD1 / m_sigmaRootT / m_spot, "Gamma");
     return m_gamma;
 }
 
 double BSVanilla::Vega() {
-    m_vega = IsExpired() ? 0.0 : m_domesticDiscount * m_forward * m_pdfD1 * m_sqrtT;
+    m_vega = Finite(IsExpired() ? 0.0 : m_domesticDiscount * m_sqrtT * m_pdfD1 * m_forward, "Vega");
     return m_vega;
 }
 
@@ -197,47 +253,53 @@ double BSVanilla::ThetaPerYear() {
         sameTimes ? m_foreignDiscount : std::exp(-m_foreignRate * m_timeToExpiry);
     const double domesticDiscount =
         sameTimes ? m_domesticDiscount : std::exp(-m_domesticRate * m_timeToExpiry);
-    m_thetaPerYear = -m_spot * foreignDiscount * m_pdfD1 * m_sigma / (2.0 * m_sqrtT) +
-                     m_phi * m_foreignRate * m_spot * foreignDiscount * m_cdfPhiD1 -
-                     m_phi * m_domesticRate * m_strike * domesticDiscount * m_cdfPhiD2;
+    const double theta = -foreignDiscount * m_pdfD1 * m_sigma / (2.0 * m_sqrtT) * m_spot +
+                         m_phi * m_foreignRate * foreignDiscount * m_cdfPhiD1 * m_spot -
+                         m_phi * m_domesticRate * domesticDiscount * m_cdfPhiD2 * m_strike;
+    m_thetaPerYear = Finite(theta, "Theta");
     return m_thetaPerYear;
 }
 
 double BSVanilla::Theta() { return ThetaPerYear() / 365.0; }
 
 double BSVanilla::Rho() {
-    m_rho = IsExpired() ? 0.0
-                        : m_timeToExpiry * m_phi * m_strike * m_domesticDiscount * m_cdfPhiD2;
+    m_rho = Finite(IsExpired() ? 0.0
+                               : m_timeToExpiry * m_phi * m_domesticDiscount * m_cdfPhiD2 * m_strike,
+                   "Rho");
     return m_rho;
 }
 
 double BSVanilla::Phi() {
     if (IsExpired()) return 0.0;
-    return m_timeToDelivery * m_phi * m_spot * m_foreignDiscount * m_cdfPhiD1;
+    return Finite(m_timeToDelivery * m_phi * m_foreignDiscount * m_cdfPhiD1 * m_spot, "Phi");
 }
 
 double BSVanilla::Vanna() {
     if (IsExpired()) return 0.0;
-    return -m_foreignDiscount * m_pdfD1 * m_d2 / m_sigma;
+    return Finite(-m_foreignDiscount * DensityTimes(m_pdfD1, m_d2 / m_sigma), "Vanna");
 }
 
 double BSVanilla::DvegaDspot() {
     if (IsExpired()) return m_dvegaDspot = 0.0;
     m_inverseSigmaRootT = 1.0 / m_sigmaRootT;
-    m_dvegaDspot = (1.0 - m_d1 * m_inverseSigmaRootT) * m_pdfD1 * m_foreignDiscount * m_sqrtT;
+    m_dvegaDspot = Finite(
+        DensityTimes(m_pdfD1, 1.0 - m_d1 * m_inverseSigmaRootT) * m_foreignDiscount * m_sqrtT, "DvegaDspot");
     return m_dvegaDspot;
 }
 
 double BSVanilla::Dd1Dvol() {
     if (IsExpired()) return m_dd1Dsigma = 0.0;
-    m_dd1Dsigma = (m_sigmaSquared * m_timeToExpiry / 2.0 - std::log(m_forward / m_strike)) /
-                  (m_sigmaSquared * m_sqrtT);
+    m_dd1Dsigma = Finite((m_sigmaSquared * m_timeToExpiry / 2.0 - m_logMoneyness) / (m_sigmaSquared * m_sqrtT),
+                         "Dd1Dvol");
     return m_dd1Dsigma;
 }
 
 double BSVanilla::Volga() {
     if (IsExpired()) return m_volga = 0.0;
-    m_volga = -m_domesticDiscount * m_forward * m_d1 * m_pdfD1 * Dd1Dvol() * m_sqrtT;
+    // Where n(d1) has vanished so has the volga, whatever dd1/dsigma is (infinite at a zero spot).
+    const double dd1Dsigma =
+        (m_sigmaSquared * m_timeToExpiry / 2.0 - m_logMoneyness) / (m_sigmaSquared * m_sqrtT);
+    m_volga = Finite(-m_domesticDiscount * m_sqrtT * DensityTimes(m_pdfD1, m_d1 * dd1Dsigma) * m_forward, "Volga");
     return m_volga;
 }
 
@@ -245,17 +307,18 @@ double BSVanilla::DvegaDvol() { return Volga(); }
 
 double BSVanilla::DvegaDvol2() {
     if (IsExpired()) return m_volga = 0.0;
-    m_volga = m_domesticDiscount * m_forward * m_sqrtT * m_pdfD1 * m_d1 * m_d2 / m_sigma;
+    m_volga = Finite(
+        m_domesticDiscount * m_sqrtT * DensityTimes(m_pdfD1, m_d1 * m_d2 / m_sigma) * m_forward, "DvegaDvol2");
     return m_volga;
 }
 
 double BSVanilla::VegaDigital() {
-    m_dN2Dsigma = IsExpired() ? 0.0 : -(m_d2 / m_sigma + m_sqrtT) * m_pdfD2;
+    m_dN2Dsigma = Finite(IsExpired() ? 0.0 : -DensityTimes(m_pdfD2, m_d2 / m_sigma + m_sqrtT), "VegaDigital");
     return m_dN2Dsigma;
 }
 
 double BSVanilla::VegaIDDigital() {
-    m_minusDN1Dsigma = IsExpired() ? 0.0 : (m_d2 / m_sigma) * m_pdfD1;
+    m_minusDN1Dsigma = Finite(IsExpired() ? 0.0 : DensityTimes(m_pdfD1, m_d2 / m_sigma), "VegaIDDigital");
     return m_minusDN1Dsigma;
 }
 
@@ -281,7 +344,9 @@ double BSVanilla::StrikeImpliedFromDelta(int optionType, double targetDelta, dou
     if (targetDelta * optionType > 0.0)
         ZEP_FAIL("OptionType = Call, delta must > 0. eg. 0.6; OptionType = Put, delta must < 0. eg. -0.6");
     ZEP_REQUIRE(IsKnown(kind), "unknown delta kind");
+    // A step out of the positive strikes gives no delta: the search then fails as Newton-Raphson.
     const auto excess = [&](double strike) {
+        if (!(strike > 0.0)) return std::numeric_limits<double>::quiet_NaN();
         BSVanilla engine(optionType, strike, volatility, timeToExpiry, timeToDelivery,
                          domesticRate, foreignRate, spot);
         return DeltaOfKind(engine, kind) - targetDelta;
@@ -303,7 +368,9 @@ double BSVanilla::StrikeImpliedFromPrice(int optionType, double targetPrice, dou
                                          double timeToExpiry, double timeToDelivery,
                                          double domesticRate, double foreignRate, double spot,
                                          double initialStrike, double tolerance, int maxIterations) {
+    // As for the delta: a step out of the positive strikes ends in "didn't converge".
     const auto price = [&](double strike) {
+        if (!(strike > 0.0)) return std::numeric_limits<double>::quiet_NaN();
         return BSVanilla(optionType, strike, volatility, timeToExpiry, timeToDelivery,
                          domesticRate, foreignRate, spot)
             .Price();
@@ -340,7 +407,8 @@ double BSVanilla::VolImpliedFromPrice(int optionType, double strike, double time
     const char* solver = "zep::BSVanilla::VolImpliedFromPrice";
     ZEP_REQUIRE_TEXT(spot >= 0.0, kSpotMessage);
     const double domesticDiscount = std::exp(-domesticRate * timeToDelivery);
-    const double forward = spot * std::exp(-foreignRate * timeToDelivery) / domesticDiscount;
+    const double forward = ForwardOf(spot, std::exp(-foreignRate * timeToDelivery), domesticDiscount);
+    if (!std::isfinite(forward)) ZEP_FAIL_IN(solver, kForwardOverflowMessage);
     const ForwardPremium premium(optionType, strike, forward, timeToExpiry, solver);
     return BisectVolatility(premium, premium, targetPrice / domesticDiscount, volatilityLimit,
                             solver);

@@ -7,6 +7,7 @@
 
 #include <cfloat>
 #include <cmath>
+#include <limits>
 
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/NormalDistribution.hpp"
@@ -64,7 +65,8 @@ public:
         const Lanes domesticDiscount = Exp(-Load(book.domesticRates, first) * delivery);
         m_phi = Select(isCall, Broadcast(1.0), Broadcast(-1.0));
         m_strike = Load(book.strikes, first);
-        m_forward = spot * Exp(-Load(book.foreignRates, first) * delivery) / domesticDiscount;
+        // Formed as the single-option solver forms it (the discount factors' ratio first).
+        m_forward = spot * (Exp(-Load(book.foreignRates, first) * delivery) / domesticDiscount);
         m_sqrtT = _mm256_sqrt_pd(m_expiry);
         m_logMoneyness = Log(m_forward / m_strike);
         const Lanes target = Load(premiums, first) / domesticDiscount;
@@ -81,8 +83,13 @@ public:
         const Lanes atHigh =
             AnyLane(highIsTwenty) ? Select(highIsTwenty, DecidedObjectiveAt(Broadcast(20.0)), atFive) : atFive;
         // The bisection walks up from the low end when the premium there falls short of the
-        // target; short of it at the high end too, or undecided, the row is the engine's.
-        m_solvable = _mm256_and_pd(regular, _mm256_and_pd(Less(DecidedObjectiveAt(m_low), zero), Less(zero, atHigh)));
+        // target; short of it at the high end too, or undecided, the row is the engine's. So is a
+        // row whose forward or target lies below the normal range: its premiums keep too few
+        // digits for the replay to land where the engine's own halvings do.
+        const Lanes smallestNormal = Broadcast(std::numeric_limits<double>::min());
+        const Lanes normalRange = _mm256_and_pd(LessOrEqual(smallestNormal, m_forward), LessOrEqual(smallestNormal, target));
+        m_solvable = _mm256_and_pd(_mm256_and_pd(regular, normalRange),
+                                   _mm256_and_pd(Less(DecidedObjectiveAt(m_low), zero), Less(zero, atHigh)));
 
         m_lower = m_low;
         m_upper = m_high;

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <utility>
 
+#include <fmt/format.h>
+
+#include "FiniteFigure.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/StrikeQuote.hpp"
 #include "lum-solvers/ModifiedSecant.hpp"
@@ -133,28 +136,38 @@ BSVanilla VanillaOption::EngineAt(double volatility) const {
                                   m_engine.GetSpot());
 }
 
+double VanillaOption::Finite(double value, const char* figure, const std::source_location& where) const {
+    const auto describeTrade = [this] {
+        return fmt::format("{} {} on {:.6g} units struck at {:.6g}, spot {:.6g}, {:.6g} years to delivery at "
+                           "rate {:.6g}", m_terms.buySell == Buy ? "a bought" : "a sold",
+                           m_terms.callPut == BSVanilla::Call ? "call" : "put", m_terms.faceValue,
+                           m_terms.strike, GetSpot(), m_timeToDelivery, m_accRate);
+    };
+    return detail::FiniteFigure(value, "zep::VanillaOption", figure, describeTrade, where);
+}
+
 double VanillaOption::Price(int pricingMethod) { return Engine(pricingMethod).Price(); }
-double VanillaOption::PV(int pricingMethod) { return SignedNotional() * Price(pricingMethod); }
+double VanillaOption::PV(int pricingMethod) { return Finite(SignedNotional() * Price(pricingMethod), "PV"); }
 
 double VanillaOption::MarketValue(int pricingMethod) {
-    return PV(pricingMethod) / std::exp(-m_accRate * m_timeToDelivery);
+    return Finite(PV(pricingMethod) / std::exp(-m_accRate * m_timeToDelivery), "MarketValue");
 }
 
 double VanillaOption::DiscMarketValue(int pricingMethod) {
-    return PV(pricingMethod) / m_settlementDiscount;
+    return Finite(PV(pricingMethod) / m_settlementDiscount, "DiscMarketValue");
 }
 
 double VanillaOption::PnL(int pricingMethod) {
-    return MarketValue(pricingMethod) - SignedNotional() * m_premium;
+    return Finite(MarketValue(pricingMethod) - SignedNotional() * m_premium, "PnL");
 }
 
 double VanillaOption::DiscPnL(int pricingMethod) {
-    return PV(pricingMethod) - SignedNotional() * m_premium * m_settlementDiscount;
+    return Finite(PV(pricingMethod) - SignedNotional() * m_premium * m_settlementDiscount, "DiscPnL");
 }
 
 double VanillaOption::Payoff() const {
     const double phi = m_terms.callPut == BSVanilla::Call ? 1.0 : -1.0;
-    return SignedNotional() * std::max(phi * (GetSpot() - m_terms.strike), 0.0);
+    return Finite(SignedNotional() * std::max(phi * (GetSpot() - m_terms.strike), 0.0), "Payoff");
 }
 
 double VanillaOption::Delta(bool spotDelta, int pricingMethod) {
@@ -185,7 +198,7 @@ double VanillaOption::DeltaPrice(const std::string& fieldName, double bump) {
     if (bump == 0.0) return 0.0;
     const double up = std::max(m_volatility + bump, 0.0);
     const double down = std::max(m_volatility - bump, 0.0);
-    return (EngineAt(up).Price() - EngineAt(down).Price()) / (up - down);
+    return Finite((EngineAt(up).Price() - EngineAt(down).Price()) / (up - down), "DeltaPrice");
 }
 
 double VanillaOption::GammaPrice(const std::string& fieldName, double bump) {
@@ -196,7 +209,7 @@ double VanillaOption::GammaPrice(const std::string& fieldName, double bump) {
     const double down = std::max(m_volatility - bump, 0.0);
     const double slopeUp = (EngineAt(up).Price() - centre) / (up - m_volatility);
     const double slopeDown = (centre - EngineAt(down).Price()) / (m_volatility - down);
-    return 2.0 * (slopeUp - slopeDown) / (up - down);
+    return Finite(2.0 * (slopeUp - slopeDown) / (up - down), "GammaPrice");
 }
 
 double VanillaOption::StrikeImpliedFromDelta(double targetDelta, bool spotDelta) {

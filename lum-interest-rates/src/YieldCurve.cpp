@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <typeinfo>
 
 #include <boost/property_tree/ptree.hpp>
+#include <fmt/format.h>
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-auxiliary/SavedFields.hpp"
@@ -23,6 +25,12 @@ bool IsNearZero(double t) { return std::abs(t) <= kTimeGuard; }
 
 bool IsSimpleCompounding(Frequency frequency) { return frequency == NoFrequency || frequency == Once; }
 
+// The stored quantity as a message names it; annual rates are the yield curve's own and have no
+// text code.
+std::string VariableName(std::int32_t variable) {
+    return variable == AnnualZeroRates ? "Annual Zero Rates" : InterpolatedVariableToString(variable);
+}
+
 void RequireIncreasingDates(const std::vector<Date>& dates) {
     for (std::size_t i = 1; i < dates.size(); ++i) {
         if (!(dates[i - 1] < dates[i])) ZEP_FAIL_IN(kConstructor, "YieldCurve: dates must be strictly increasing.");
@@ -35,6 +43,28 @@ void RequireYieldCurveVariable(std::int32_t variable) {
 
 void RequireCurveMethod(std::int32_t method) {
     if (method < 0 || method > SplineTableInterpolation) throw std::runtime_error("Wrong method");
+}
+
+// Log-linear and "ffq" interpolation work on the logarithms of the pillar values.
+void RequireLogInterpolable(const std::vector<double>& variables, std::int32_t method) {
+    if (method != LogLinearInterpolation && method != FFQInterpolation) return;
+    for (double value : variables) {
+        if (!(value > 0.0))
+            ZEP_FAIL_IN(kConstructor, fmt::format("YieldCurve: {} interpolation needs positive pillar values, not {:.6g}",
+                                                  InterpolationMethodToString(method), value));
+    }
+}
+
+bool IsDiscountFactor(double value) { return value > 0.0 && value <= std::numeric_limits<double>::max(); }
+
+// A rate figure of the curve, or a zep::Error where its true value lies beyond double precision
+// (the annual rate of a discount factor of 0.9986 reached in 1e-10 years).
+double FiniteRate(double rate, const char* query, double t) {
+    if (std::isfinite(rate)) [[likely]]
+        return rate;
+    ZEP_FAIL_IN(std::string("zep::YieldCurve::") + query,
+                fmt::format("YieldCurve: the {} at {:.6g} years cannot be represented in double precision ({:.6g})",
+                            query, t, rate));
 }
 
 std::vector<double> PillarTimes(const Date& referenceDate, const std::vector<Date>& dates,
@@ -136,6 +166,10 @@ YieldCurve::YieldCurve(const Date& referenceDate, const std::vector<Date>& dates
     for (std::size_t i = 0; i < pillars.size(); ++i) {
         const double r = rates[i], t = times[i];
         const bool atZero = IsNearZero(t);
+        // A simple rate grows money by 1 + r t; a growth that is not positive is no rate.
+        if (!continuous && !(1.0 + r * t > 0.0))
+            ZEP_FAIL(fmt::format("YieldCurve: the simple zero rate {:.6g} over {:.6g} years gives no discount factor "
+                                 "(1 + r t is not positive)", r, t));
         switch (interpolatedVariable) {
             case ContinuousZeroRates:
                 variables[i] = continuous || atZero ? r : std::log(1.0 + r * t) / t;
@@ -158,8 +192,11 @@ YieldCurve::YieldCurve(const Date& referenceDate, const std::vector<Period>& ten
                  interpolatedVariable, interpolationMethod, label) {}
 
 void YieldCurve::CompletePillars(const std::vector<Date>& dates, std::vector<double> variables) {
+    std::vector<double> times = PillarTimes(m_referenceDate, dates, m_dayCounter);
+    RequireLogInterpolable(variables, m_interpolationMethod);
+    RequirePillarDiscountFactors(dates, times, variables);
     m_dates = dates;
-    m_times = PillarTimes(m_referenceDate, dates, m_dayCounter);
+    m_times = std::move(times);
     m_variables = std::move(variables);
     BuildInterpolation();
     if (m_interpolationMethod == SplineTableInterpolation) BuildSplineTable(PillarForwardRates());
@@ -169,6 +206,7 @@ void YieldCurve::SetInterpolation(std::int32_t interpolationMethod) {
     const std::int32_t previous = m_interpolationMethod;
     try {
         RequireCurveMethod(interpolationMethod);
+        RequireLogInterpolable(m_variables, interpolationMethod);
         m_interpolationMethod = interpolationMethod;
         BuildInterpolation();
         if (interpolationMethod == SplineTableInterpolation) BuildSplineTable(PillarForwardRates());
@@ -220,9 +258,37 @@ double YieldCurve::DiscountFactorFromRate(double rate, double t) const {
     WrongInterpolatedVariable();
 }
 
+// Every pillar must read back a discount factor under the curve's own rule; the annual rule
+// 1 / (1 + r)^t has none at -100% and underflows for the huge rates that the stored annual form
+// gives steep discount factors.
+void YieldCurve::RequirePillarDiscountFactors(const std::vector<Date>& dates, const std::vector<double>& times,
+                                              const std::vector<double>& variables) const {
+    for (std::size_t i = 0; i < times.size(); ++i) {
+        if (times[i] <= 0.0) continue;
+        const double value = variables[i];
+        const double factor = m_interpolatedVariable == DiscountFactors ? value : DiscountFactorFromRate(value, times[i]);
+        if (!IsDiscountFactor(factor))
+            ZEP_FAIL_IN(kConstructor, fmt::format("YieldCurve: the pillar at {} reads back no discount factor: its "
+                                                  "value {:.6g} ({}) gives {:.6g}", dates[i].ToString(), value,
+                                                  VariableName(m_interpolatedVariable), factor));
+    }
+}
+
 double YieldCurve::DiscountFactor(double t) const {
     if (t <= 0.0) return 1.0;
-    return DiscountFactorFromRate(Rate(t), t);
+    const double rate = Rate(t);
+    return Readable(DiscountFactorFromRate(rate, t), rate, t);
+}
+
+// Where the curve's rule has no answer (a simple rate of -50% held flat to 50 years, a polynomial
+// through the pillars that dips below -100% annual) the query raises: a discount factor that is
+// not a positive number is no discount factor, and no clamp would be the curve's.
+double YieldCurve::Readable(double discountFactor, double rate, double t) const {
+    if (IsDiscountFactor(discountFactor)) [[likely]]
+        return discountFactor;
+    ZEP_FAIL_IN("zep::YieldCurve::DiscountFactor",
+                fmt::format("YieldCurve: no discount factor at {:.6g} years: the curve reads {:.6g} there ({}), "
+                            "which gives {:.6g}", t, rate, VariableName(m_interpolatedVariable), discountFactor));
 }
 
 double YieldCurve::DiscountFactor(double t1, double t2) const {
@@ -267,12 +333,25 @@ void YieldCurve::DiscountFactorArray(const double* times, double* out, std::size
         // At or before time zero the factor is 1; interpolate at the last pillar there instead.
         for (std::size_t i = 0; i < n; ++i) points[i] = t[i] > 0.0 ? t[i] : m_times.back();
         m_interpolation.Evaluate(points, value, n);
-        for (std::size_t i = 0; i < n; ++i)
+        bool readable = true;
+        for (std::size_t i = 0; i < n; ++i) {
             value[i] = t[i] > 0.0 ? DiscountFactorFromRate(PillarRateFromValue(value[i], t[i]), t[i]) : 1.0;
+            readable &= IsDiscountFactor(value[i]);
+        }
+        if (!readable) [[unlikely]]
+            for (std::size_t i = 0; i < n; ++i) DiscountFactor(t[i]);  // raises at the first point with no factor
     }
 }
 
 double YieldCurve::Rate(double t) const {
+    const double rate = RateOrNaN(t);
+    if (std::isnan(rate)) [[unlikely]]
+        ZEP_FAIL(fmt::format("YieldCurve: no rate at {:.6g} years: the interpolated {} there gives none", t,
+                             VariableName(m_interpolatedVariable)));
+    return rate;
+}
+
+double YieldCurve::RateOrNaN(double t) const {
     if (m_isParametricCurve) {
         if (!m_parametricModel) ZEP_FAIL("YieldCurve: the parametric model is not attached.");
         return m_parametricModel->Rate(t);
@@ -334,14 +413,17 @@ double YieldCurve::ZeroRateFrom(double discountFactor, double t, bool compounded
 
 double YieldCurve::ZeroRate(const Date& date, std::int32_t dayCounter, bool compounded, Frequency frequency) const {
     const zep::DayCounter counter = dayCounter < 0 ? m_dayCounter : zep::DayCounter(dayCounter);
-    return ZeroRateFrom(DiscountFactor(date), counter.YearFraction(m_referenceDate, date), compounded, frequency);
+    const double t = counter.YearFraction(m_referenceDate, date);
+    return FiniteRate(ZeroRateFrom(DiscountFactor(date), t, compounded, frequency), "ZeroRate", t);
 }
 
 double YieldCurve::ZeroRate(double t, bool compounded, Frequency frequency) const {
-    return ZeroRateFrom(DiscountFactor(t), t, compounded, frequency);
+    return FiniteRate(ZeroRateFrom(DiscountFactor(t), t, compounded, frequency), "ZeroRate", t);
 }
 
-double YieldCurve::ParRate(double T) const {
+double YieldCurve::ParRate(double T) const { return FiniteRate(ParRateAt(T), "ParRate", T); }
+
+double YieldCurve::ParRateAt(double T) const {
     if (T <= 0.0) {
         T = FirstPositiveTime();
         if (T <= 0.0) return 0.0;
@@ -363,16 +445,18 @@ double YieldCurve::ForwardRate(const Date& startDate, const Date& endDate, std::
                                bool compounded, Frequency frequency) const {
     if (compounded && IsSimpleCompounding(frequency))
         ZEP_FAIL("Cannot compound a forward rate with no frequency or frequency once");
+    const double start = m_dayCounter.YearFraction(m_referenceDate, startDate);
     if (m_interpolationMethod == SplineTableInterpolation)
-        return SplineTableValue(m_dayCounter.YearFraction(m_referenceDate, startDate));
+        return FiniteRate(SplineTableValue(start), "ForwardRate", start);
     const double growth = DiscountFactor(startDate) / DiscountFactor(endDate);
     const zep::DayCounter counter = dayCounter < 0 ? m_dayCounter : zep::DayCounter(dayCounter);
     const double tau = counter.YearFraction(startDate, endDate);
     if (tau == 0.0) return 0.0;
-    if (!compounded) return (growth - 1.0) / tau;
-    if (frequency == Continuous) return std::log(growth) / tau;
     const double f = frequency;
-    return (std::pow(growth, 1.0 / (f * tau)) - 1.0) * f;
+    const double rate = !compounded                ? (growth - 1.0) / tau
+                        : frequency == Continuous ? std::log(growth) / tau
+                                                  : (std::pow(growth, 1.0 / (f * tau)) - 1.0) * f;
+    return FiniteRate(rate, "ForwardRate", start);
 }
 
 std::vector<double> YieldCurve::ForwardRate(const std::vector<Date>& startDates, const std::vector<Date>& endDates,

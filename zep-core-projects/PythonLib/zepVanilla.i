@@ -186,7 +186,8 @@ def PriceVanillaBook(types: "numpy.typing.ArrayLike", strikes: "numpy.typing.Arr
     Arguments are arrays (or scalars, broadcast): option type 0 call / 1 put, strike, volatility,
     years to expiry, years to delivery, domestic and foreign continuous rates, spot. Returns
     (price, delta, gamma, vega, theta per day) as float64 arrays of the book's shape; a row the
-    engine would refuse (bad type, volatility below 1e-10, negative spot) gives NaN."""
+    engine would refuse (bad type, volatility below 1e-10, strike not positive, negative spot, a
+    figure beyond double precision) gives NaN."""
     import numpy
     columns, shape = _book_columns(types, strikes, vols, expiries, deliveries, rd, rf, spots)
     outputs = [numpy.empty(columns[0].size) for _ in range(5)]

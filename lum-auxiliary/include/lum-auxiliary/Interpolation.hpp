@@ -1,6 +1,9 @@
 // The interpolation engine shared by curves and surfaces: a tabulated function of one variable
 // (or of two, on a grid) evaluated under one of nine methods, with a per-region method override
-// and a choice of extrapolation. It holds no dates: callers pass year fractions.
+// and a choice of extrapolation. It holds no dates: callers pass year fractions. A value at a
+// point that is a number is a finite number or raises: log-linear and "ffq" refuse values that
+// are not positive, a spline whose curvature leaves double precision is a bad table, and any
+// other value beyond double precision raises naming its point.
 #pragma once
 
 #include <cstdint>
@@ -99,6 +102,7 @@ private:
     double InteriorValue(InterpolationMethod method, std::size_t i, double x) const;
     double FFQ(double x) const;
     double Spline(const std::vector<double>& secondDerivatives, std::size_t i, double x) const;
+    [[noreturn]] void FailBeyondPrecision(double x) const;
 
     // A spline's second derivatives at the nodes, or the message its table fails with: a bad
     // table is refused when the spline is evaluated, not when the interpolator is built.

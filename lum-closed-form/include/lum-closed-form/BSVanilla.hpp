@@ -1,7 +1,18 @@
 // A European call or put under Black-Scholes in its Garman-Kohlhagen form: a domestic and a
 // foreign continuously compounded rate, so that FX and equity with a dividend yield share one
 // formula. The engine caches every intermediate once and reads them in each Greek.
+//
+// At the edges of the market (volatilities of 1e-8, expiries of 1e-10 years, rates of +-50%,
+// spots from 1e-300 to 1e300) every figure is a finite number or raises: a product with a normal
+// density or probability is formed tail first, so that a tail that has vanished gives zero rather
+// than inf * 0, and a figure whose true value lies beyond double precision (the gamma of an
+// at-the-money option on a spot of 1e-300) raises a zep::Error naming the figure and the market
+// instead of returning inf or NaN: a clamped figure would be a wrong number that looks right.
+// Strikes must be positive; spots, forwards, times and rates finite.
 #pragma once
+
+#include <source_location>
+#include <string>
 
 namespace zep {
 
@@ -118,6 +129,10 @@ public:
 private:
     BSVanilla() = default;
     void Setup();
+    // The figure, or a zep::Error naming it and the market when it is not a finite number.
+    double Finite(double value, const char* figure,
+                  const std::source_location& where = std::source_location::current()) const;
+    std::string DescribeMarket() const;
     double ExpiredDelta() const;
     double Intrinsic() const;
 
@@ -129,6 +144,7 @@ private:
     double m_timeToExpiry = 0.0;
     double m_d1 = 0.0;
     double m_d2 = 0.0;
+    double m_logMoneyness = 0.0;  // ln(F / K)
     double m_dd1Dsigma = 0.0;
     double m_inverseSigmaRootT = 0.0;
     double m_domesticRate = 0.0;

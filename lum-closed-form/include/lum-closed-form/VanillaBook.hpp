@@ -1,6 +1,7 @@
 // A book of vanilla options priced in one pass: arrays of terms and market inputs in, arrays of
 // price and Greeks (or implied volatilities) out. Rows the engine would refuse come out as NaN so
-// that one bad line does not stop the book. Large books are split over two threads.
+// that one bad line does not stop the book: bad inputs, and rows with a figure beyond double
+// precision, where the engine raises. Large books are split over two threads.
 #pragma once
 
 #include <span>

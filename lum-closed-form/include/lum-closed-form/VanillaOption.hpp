@@ -1,9 +1,11 @@
 // A European FX or equity vanilla as a trader books it: side, notional, strike, the trade's dates
 // and its market (spot or forward, two rates or two curves, a volatility source), priced by the
-// Black-Scholes engine with the year fractions and carry rates it derives from them.
+// Black-Scholes engine with the year fractions and carry rates it derives from them. Every figure
+// is a finite number or raises a zep::Error naming it, as the engine's do (see BSVanilla.hpp).
 #pragma once
 
 #include <optional>
+#include <source_location>
 #include <string>
 
 #include <boost/shared_ptr.hpp>
@@ -177,6 +179,9 @@ private:
     // A fresh engine on this option's market at another volatility.
     BSVanilla EngineAt(double volatility) const;
     double SignedNotional() const { return m_terms.buySell * m_terms.faceValue; }
+    // The figure, or a zep::Error naming it and the trade when it is not a finite number.
+    double Finite(double value, const char* figure,
+                  const std::source_location& where = std::source_location::current()) const;
 
     Terms m_terms;
     boost::shared_ptr<const VolatilitySource> m_volatilitySource;

@@ -1,6 +1,9 @@
 // The discount curve: turns a date or a year fraction into a discount factor, a zero rate or a
 // forward rate. It stores one quantity per pillar (a zero rate in some convention or a discount
-// factor) and interpolates it in time; bootstrapped curves derive from it.
+// factor) and interpolates it in time; bootstrapped curves derive from it. Every discount factor
+// it gives is a positive finite number: pillars that have none (a simple rate with 1 + r t <= 0,
+// an annual rate at -100%, log interpolation of values that are not positive) are refused when
+// the curve is built, and a query where the curve's rule has none raises (see Readable).
 #pragma once
 
 #include <cstdint>
@@ -103,6 +106,11 @@ public:
 private:
     YieldCurve();
     double DiscountFactorFromRate(double rate, double t) const;
+    double Readable(double discountFactor, double rate, double t) const;
+    double RateOrNaN(double t) const;
+    double ParRateAt(double T) const;
+    void RequirePillarDiscountFactors(const std::vector<Date>& dates, const std::vector<double>& times,
+                                      const std::vector<double>& variables) const;
     double PillarRate(double t) const;
     double PillarRateFromValue(double interpolated, double t) const;
     double ImpliedRate(double t) const;

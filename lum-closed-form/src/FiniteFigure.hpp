@@ -1,0 +1,25 @@
+// Private to the closed forms: a figure handed to the caller only when it is a finite number;
+// otherwise a zep::Error naming the figure and the market it was asked on (BSVanilla.hpp says why
+// no figure is clamped).
+#pragma once
+
+#include <cmath>
+#include <source_location>
+#include <string>
+
+#include "lum-auxiliary/Error.hpp"
+
+namespace zep::detail {
+
+// `owner` is the class ("zep::BSVanilla"), `where` the figure's own line; `describeMarket()` runs
+// only on failure.
+template <class DescribeMarket>
+double FiniteFigure(double value, const char* owner, const char* figure, const DescribeMarket& describeMarket,
+                    const std::source_location& where) {
+    if (std::isfinite(value)) [[likely]]
+        return value;
+    throw Error(where.file_name(), where.line(), std::string(owner) + "::" + figure,
+                std::string(figure) + " cannot be represented in double precision for " + describeMarket());
+}
+
+}  // namespace zep::detail
