@@ -2,7 +2,8 @@
 # Runs every test on two build trees. The normal one: the C++ unit tests through ctest, the wheel
 # installed into a bare virtualenv with the README's example run there, then the Python tests
 # against the installed package. Then the sanitized one (scripts/test_sanitized.sh): the C++ and
-# Python tests again under AddressSanitizer and UndefinedBehaviorSanitizer.
+# Python tests again under AddressSanitizer and UndefinedBehaviorSanitizer. Last, a short run of
+# every libFuzzer target (scripts/fuzz.sh).
 # Installs what it needs first (scripts/setup.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
