@@ -46,8 +46,9 @@ constexpr std::size_t kMaxYamlNodes = 100000;
 
 Json FromYaml(const YAML::Node& node, int depth, std::size_t& nodesLeft) {
     if (depth > kMaxYamlDepth || nodesLeft == 0)
-        throw std::invalid_argument("Product definition: malformed YAML: more than 100000 nodes or 64 levels once "
-                                    "its aliases are expanded");
+        throw std::invalid_argument("Product definition: malformed YAML: more than " + std::to_string(kMaxYamlNodes) +
+                                    " nodes or " + std::to_string(kMaxYamlDepth) +
+                                    " levels once its aliases are expanded");
     --nodesLeft;
     switch (node.Type()) {
         case YAML::NodeType::Sequence: {

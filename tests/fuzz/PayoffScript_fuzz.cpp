@@ -1,6 +1,7 @@
 // Payoff scripts as users write them, one script per event date, the events separated by '|'
-// (a character the script language drops). A product the scripts build evaluates on a path;
-// the compiled stream gives the tree walker's values, sharp and smoothed alike.
+// (a character the script language drops). A script's tokens written out with blanks between
+// them tokenise as the same tokens. A product the scripts build evaluates on a path; the
+// compiled stream gives the tree walker's values, sharp and smoothed alike.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include "LibraryFailures.hpp"
 #include "lum-monte-carlo/script/ScriptPathEvaluator.hpp"
 #include "lum-monte-carlo/script/ScriptProduct.hpp"
+#include "lum-monte-carlo/script/Tokeniser.hpp"
 
 namespace {
 
@@ -37,6 +39,14 @@ std::vector<zep::Date> MonthlyDates(std::size_t count) {
     return dates;
 }
 
+void RequireTokensReadBack(const std::string& script) {
+    const std::vector<std::string> tokens = zep::Tokenise(script);
+    std::string written;
+    for (const std::string& token : tokens) written += token + " ";
+    ZEP_FUZZ_REQUIRE(zep::Tokenise(written) == tokens, "the tokens of '" + script + "' written out as '" + written +
+                                                           "' tokenise otherwise");
+}
+
 bool Same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
 void RequireSameValues(const zep::ScriptProduct& product, const std::vector<double>& compiled,
@@ -53,6 +63,7 @@ void RequireSameValues(const zep::ScriptProduct& product, const std::vector<doub
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::vector<std::string> scripts =
         EventScripts(std::string_view(reinterpret_cast<const char*>(data), size));
+    for (const std::string& script : scripts) RequireTokensReadBack(script);
     const auto product = zep::fuzz::Attempt([&] { return zep::ScriptProduct(MonthlyDates(scripts.size()), scripts); });
     if (!product) return 0;
     (void)product->DebugText();
