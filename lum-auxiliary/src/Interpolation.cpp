@@ -232,6 +232,7 @@ template <class A, class O, class V>
 void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t count) const {
     RequireData();
     const std::size_t last = m_x.size() - 1;
+    bool finite = true;  // checked as the values are written, so that no second pass reads them
     if (m_interpolationMethods.empty() && m_method == LinearInterpolation) {
         // The common case of curves, kept free of per-point dispatch; ends and extrapolation
         // take the general path.
@@ -243,14 +244,13 @@ void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t 
             } else {
                 out[i] = ValueAt(m_method, point);
             }
+            finite &= IsFinite(out[i]);
         }
     } else if (m_interpolationMethods.empty()) {
-        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(m_method, x[i]);
+        for (std::size_t i = 0; i < count; ++i) finite &= IsFinite(out[i] = ValueAt(m_method, x[i]));
     } else {
-        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(MethodAt(x[i]), x[i]);
+        for (std::size_t i = 0; i < count; ++i) finite &= IsFinite(out[i] = ValueAt(MethodAt(x[i]), x[i]));
     }
-    bool finite = true;
-    for (std::size_t i = 0; i < count; ++i) finite &= IsFinite(out[i]);
     if (!finite) [[unlikely]]
         for (std::size_t i = 0; i < count; ++i)
             if (!IsFinite(out[i])) out[i] = ValueBeyondTheFastForms(x[i]);
