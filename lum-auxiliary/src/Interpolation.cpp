@@ -34,15 +34,7 @@ std::string MemberName(const char* member) {
 
 [[noreturn]] void Fail(const char* message) { throw std::runtime_error(message); }
 
-// The line through (x0, y0) and (x1, y1) at x, as y0 + slope (x - x0): the form the curves were
-// calibrated with. Where the slope itself leaves double precision (values of 1e300 a 1e-10 step
-// apart) the same line is taken through the weight (x - x0) / (x1 - x0), finite wherever the
-// value is.
-double Line(double slope, double x0, double y0, double x1, double y1, double x) {
-    if (std::isfinite(slope)) [[likely]]
-        return y0 + slope * (x - x0);
-    return y0 + (y1 - y0) * ((x - x0) / (x1 - x0));
-}
+bool IsFinite(double value) { return std::abs(value) <= std::numeric_limits<double>::max(); }
 
 // A quotient that is taken as zero where the denominator is too small to trust.
 double GuardedRatio(double numerator, double denominator) {
@@ -211,21 +203,36 @@ template <class A, class O, class V>
 double Interpolation<A, O, V>::Evaluate(double x) const {
     RequireData();
     const double value = ValueAt(MethodAt(x), x);
-    if (!std::isfinite(value) && !std::isnan(x)) [[unlikely]]
-        FailBeyondPrecision(x);
-    return value;
+    return IsFinite(value) ? value : ValueBeyondTheFastForms(x);
 }
 
+// Where the fast forms gave no finite value. No point, no value: NaN stays NaN. A straight line
+// whose slope left double precision (values of 1e300 a 1e-10 step apart) is taken again through
+// the weight (x - x0) / (x1 - x0), finite wherever its value is. Anything else is beyond double
+// precision and raises. Kept out of line so that the fast forms stay small enough to inline.
 template <class A, class O, class V>
-void Interpolation<A, O, V>::FailBeyondPrecision(double x) const {
+[[gnu::cold, gnu::noinline]] double Interpolation<A, O, V>::ValueBeyondTheFastForms(double x) const {
+    if (std::isnan(x)) return x;
+    const InterpolationMethod method = MethodAt(x);
+    const std::size_t last = m_x.size() - 1;
+    const bool inside = x > m_x[0] && x < m_x[last];
+    const bool line = inside ? method == LinearInterpolation
+                             : m_extrapolation == LinearExtrapolation && method != FFQInterpolation && last > 0;
+    if (line && m_x.size() == m_y.size()) {
+        const std::size_t i = inside ? Locate(m_x, x) : x < m_x[0] ? 0 : last - 1;
+        const double weight = (x - m_x[i]) / (static_cast<double>(m_x[i + 1]) - m_x[i]);
+        const double value = m_y[i] + (m_y[i + 1] - m_y[i]) * weight;
+        if (IsFinite(value)) return value;
+    }
     throw std::runtime_error(fmt::format("Interpolation: the {} value at {:.6g} cannot be represented in double "
-                                         "precision", InterpolationMethodToString(MethodAt(x)), x));
+                                         "precision", InterpolationMethodToString(method), x));
 }
 
 template <class A, class O, class V>
 void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t count) const {
     RequireData();
     const std::size_t last = m_x.size() - 1;
+    bool finite = true;  // checked as the values are written, so that no second pass reads them
     if (m_interpolationMethods.empty() && m_method == LinearInterpolation) {
         // The common case of curves, kept free of per-point dispatch; ends and extrapolation
         // take the general path.
@@ -237,20 +244,16 @@ void Interpolation<A, O, V>::Evaluate(const double* x, double* out, std::size_t 
             } else {
                 out[i] = ValueAt(m_method, point);
             }
+            finite &= IsFinite(out[i]);
         }
     } else if (m_interpolationMethods.empty()) {
-        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(m_method, x[i]);
+        for (std::size_t i = 0; i < count; ++i) finite &= IsFinite(out[i] = ValueAt(m_method, x[i]));
     } else {
-        for (std::size_t i = 0; i < count; ++i) out[i] = ValueAt(MethodAt(x[i]), x[i]);
+        for (std::size_t i = 0; i < count; ++i) finite &= IsFinite(out[i] = ValueAt(MethodAt(x[i]), x[i]));
     }
-    bool finite = true;
-    for (std::size_t i = 0; i < count; ++i) finite &= std::isfinite(out[i]) || std::isnan(x[i]);
-    if (finite) [[likely]]
-        return;
-    // The point form takes a line whose slope left double precision through its weight, and
-    // raises where the value itself is beyond it.
-    for (std::size_t i = 0; i < count; ++i)
-        if (!std::isfinite(out[i]) && !std::isnan(x[i])) out[i] = Evaluate(x[i]);
+    if (!finite) [[unlikely]]
+        for (std::size_t i = 0; i < count; ++i)
+            if (!IsFinite(out[i])) out[i] = ValueBeyondTheFastForms(x[i]);
 }
 
 template <class A, class O, class V>
@@ -281,7 +284,7 @@ double Interpolation<A, O, V>::InteriorValue(InterpolationMethod method, std::si
             return toRight < toLeft ? y1 : y0;
         }
         case LinearInterpolation:
-            return Line(m_slopes[i], x0, y0, x1, y1, x);
+            return y0 + m_slopes[i] * (x - x0);
         case LinearXYInterpolation: {
             const double p0 = x0 * y0, p1 = x1 * y1;
             return (p0 + (p1 - p0) / (x1 - x0) * (x - x0)) / x;
@@ -386,9 +389,8 @@ double Interpolation<A, O, V>::Extrapolate(double x) const {
             // Always linear in the values, whatever the interpolation method.
             if (m_y.size() == 1) return m_y[0];
             if (x < m_x[0])
-                return Line((m_y[1] - m_y[0]) / (m_x[1] - m_x[0]), m_x[0], m_y[0], m_x[1], m_y[1], x);
-            return Line((m_y[last - 1] - m_y[last]) / (m_x[last - 1] - m_x[last]), m_x[last], m_y[last],
-                        m_x[last - 1], m_y[last - 1], x);
+                return m_y[0] + (m_y[1] - m_y[0]) / (m_x[1] - m_x[0]) * (x - m_x[0]);
+            return m_y[last] + (m_y[last - 1] - m_y[last]) / (m_x[last - 1] - m_x[last]) * (x - m_x[last]);
         case CubicExtrapolation:
             return CubicExtrapolate(x);
         case TaylorExtrapolation:

@@ -35,6 +35,22 @@ double LogMoneyness(double forward, double strike) {
 // has underflowed to zero the product is zero, not inf * 0.
 double DensityTimes(double density, double factor) { return density == 0.0 ? 0.0 : density * factor; }
 
+bool IsFinite(double value) { return std::abs(value) <= std::numeric_limits<double>::max(); }
+
+// The refusals of the setters, out of line so that the setters stay small enough to inline.
+[[noreturn, gnu::cold, gnu::noinline]] void FailMarket(double strike, double timeToExpiry, double timeToDelivery) {
+    const char* where = "zep::BSVanilla::SetBasicParameters";
+    if (!(strike > 0.0 && IsFinite(strike))) ZEP_FAIL_IN(where, "strike must be a positive number");
+    if (!(IsFinite(timeToExpiry) && IsFinite(timeToDelivery)))
+        ZEP_FAIL_IN(where, "times to expiry and delivery must be finite numbers");
+    ZEP_FAIL_IN(where, "rates must be finite numbers");
+}
+
+[[noreturn, gnu::cold, gnu::noinline]] void FailSpotOrForward(double spot, const char* where) {
+    if (!IsFinite(spot)) ZEP_FAIL_IN(where, "spot must be a finite number");
+    ZEP_FAIL_IN(where, kForwardOverflowMessage);
+}
+
 // The forward S DFf / DFd; the ratio of the discount factors first, so that a spot near the top
 // of the double range does not overflow on the way to a forward that does not.
 double ForwardOf(double spot, double foreignDiscount, double domesticDiscount) {
@@ -126,12 +142,11 @@ void BSVanilla::SetBasicParameters(int optionType, double strike, double volatil
                                    double timeToExpiry, double timeToDelivery, double domesticRate,
                                    double foreignRate) {
     ZEP_REQUIRE(optionType == Call || optionType == Put, "option type must be 0 (call) or 1 (put)");
-    if (!(volatility >= kMinimumVolatility && std::isfinite(volatility))) ZEP_FAIL(kVolatilityMessage);
+    if (!(volatility >= kMinimumVolatility && IsFinite(volatility))) ZEP_FAIL(kVolatilityMessage);
     // The log-moneyness needs a positive strike; the rest of the market must be numbers.
-    ZEP_REQUIRE(strike > 0.0 && std::isfinite(strike), "strike must be a positive number");
-    ZEP_REQUIRE(std::isfinite(timeToExpiry) && std::isfinite(timeToDelivery),
-                "times to expiry and delivery must be finite numbers");
-    ZEP_REQUIRE(std::isfinite(domesticRate) && std::isfinite(foreignRate), "rates must be finite numbers");
+    if (!(strike > 0.0 && IsFinite(strike) && IsFinite(timeToExpiry) && IsFinite(timeToDelivery) &&
+          IsFinite(domesticRate) && IsFinite(foreignRate))) [[unlikely]]
+        FailMarket(strike, timeToExpiry, timeToDelivery);
     m_optionType = optionType;
     m_phi = PhiOf(optionType);
     m_strike = strike;
@@ -146,9 +161,9 @@ void BSVanilla::SetBasicParameters(int optionType, double strike, double volatil
 
 void BSVanilla::SetSpot(double spot) {
     ZEP_REQUIRE_TEXT(spot >= 0.0, kSpotMessage);
-    ZEP_REQUIRE(std::isfinite(spot), "spot must be a finite number");
     const double forward = ForwardOf(spot, m_foreignDiscount, m_domesticDiscount);
-    ZEP_REQUIRE(std::isfinite(forward), kForwardOverflowMessage);
+    if (!(IsFinite(spot) && IsFinite(forward))) [[unlikely]]
+        FailSpotOrForward(spot, "zep::BSVanilla::SetSpot");
     m_forward = forward;
     m_spot = spot;
     Setup();
@@ -156,13 +171,14 @@ void BSVanilla::SetSpot(double spot) {
 
 void BSVanilla::SetForward(double forward, double spot) {
     ZEP_REQUIRE_TEXT(forward >= 0.0, kForwardMessage);
-    ZEP_REQUIRE(std::isfinite(forward), "forward must be a finite number");
+    ZEP_REQUIRE(IsFinite(forward), "forward must be a finite number");
     if (spot != kSpotFromForward) ZEP_REQUIRE_TEXT(spot >= 0.0, kSpotMessage);
     const double derivedSpot =
         spot != kSpotFromForward
             ? spot
             : forward / std::pow((1.0 + m_domesticRate) / (1.0 + m_foreignRate), m_timeToExpiry);
-    ZEP_REQUIRE(std::isfinite(derivedSpot), "spot must be a finite number");
+    if (!IsFinite(derivedSpot)) [[unlikely]]
+        FailSpotOrForward(derivedSpot, "zep::BSVanilla::SetForward");
     m_forward = forward;
     m_spot = derivedSpot;
     Setup();
@@ -196,7 +212,8 @@ double BSVanilla::ExpiredDelta() const {
     return outOfTheMoney ? 0.0 : m_phi;
 }
 
-double BSVanilla::Finite(double value, const char* figure, const std::source_location& where) const {
+[[gnu::always_inline]] inline double BSVanilla::Finite(double value, const char* figure,
+                                                       const std::source_location& where) const {
     return detail::FiniteFigure(value, "zep::BSVanilla", figure, [this] { return DescribeMarket(); }, where);
 }
 
@@ -231,11 +248,15 @@ double BSVanilla::ForwardDelta(bool spotDelta) {
     return Finite(spotDelta ? m_phi * m_cdfPhiD1 : m_phi * m_cdfPhiD2 * m_strike / m_forward, "ForwardDelta");
 }
 
-// DFf n(d1) / (sigma sqrt T) / S, the spot's own form of DFf^2 n(d1) / (DFd F sigma sqrt T); the
-// density vanishes faster than 1 / S grows, so a zero spot has a zero gamma.
+// DFf n(d1) / (S sigma sqrt T), the spot's own form of DFf^2 n(d1) / (DFd F sigma sqrt T); dividing
+// twice where S sigma sqrt T underflows (a spot of 1e-300, sigma sqrt T of 1e-13) keeps its digits.
+// The density vanishes faster than 1 / S grows, so a zero spot has a zero gamma.
 double BSVanilla::Gamma() {
-    const bool flat = IsExpired() || m_pdfD1 == 0.0;
-    m_gamma = Finite(flat ? 0.0 : m_foreignDiscount * m_pdfD1 / m_sigmaRootT / m_spot, "Gamma");
+    const double spotSigmaRootT = m_spot * m_sigmaRootT;
+    const double gamma = IsExpired() || m_pdfD1 == 0.0   ? 0.0
+                         : std::isnormal(spotSigmaRootT) ? m_foreignDiscount * m_pdfD1 / spotSigmaRootT
+                                                         : m_foreignDiscount * m_pdfD1 / m_sigmaRootT / m_spot;
+    m_gamma = Finite(gamma, "Gamma");
     return m_gamma;
 }
 

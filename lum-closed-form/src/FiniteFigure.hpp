@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cmath>
+#include <limits>
 #include <source_location>
 #include <string>
 
@@ -11,15 +12,22 @@
 
 namespace zep::detail {
 
+template <class DescribeMarket>
+[[noreturn, gnu::cold, gnu::noinline]] void FailFigure(const char* owner, const char* figure,
+                                                      const DescribeMarket& describeMarket,
+                                                      const std::source_location& where) {
+    throw Error(where.file_name(), where.line(), std::string(owner) + "::" + figure,
+                std::string(figure) + " cannot be represented in double precision for " + describeMarket());
+}
+
 // `owner` is the class ("zep::BSVanilla"), `where` the figure's own line; `describeMarket()` runs
-// only on failure.
+// only on failure, out of line, so that every figure keeps its size and its inlining.
 template <class DescribeMarket>
 double FiniteFigure(double value, const char* owner, const char* figure, const DescribeMarket& describeMarket,
                     const std::source_location& where) {
-    if (std::isfinite(value)) [[likely]]
+    if (std::abs(value) <= std::numeric_limits<double>::max()) [[likely]]
         return value;
-    throw Error(where.file_name(), where.line(), std::string(owner) + "::" + figure,
-                std::string(figure) + " cannot be represented in double precision for " + describeMarket());
+    FailFigure(owner, figure, describeMarket, where);
 }
 
 }  // namespace zep::detail

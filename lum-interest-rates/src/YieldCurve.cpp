@@ -57,6 +57,25 @@ void RequireLogInterpolable(const std::vector<double>& variables, std::int32_t m
 
 bool IsDiscountFactor(double value) { return value > 0.0 && value <= std::numeric_limits<double>::max(); }
 
+// A discount factor interpolated to zero or below (a polynomial through the pillars dipping) has no
+// rate.
+[[noreturn, gnu::cold, gnu::noinline]] void FailNoRate(double interpolatedDiscountFactor, double t) {
+    ZEP_FAIL_IN("zep::YieldCurve::Rate",
+                fmt::format("YieldCurve: no rate at {:.6g} years: the interpolated discount factor there is {:.6g}", t,
+                            interpolatedDiscountFactor));
+}
+
+// Where the curve's rule has no answer (a simple rate of -50% held flat to 50 years, a polynomial
+// through the pillars that dips below -100% annual) the query raises: a discount factor that is
+// not a positive number is no discount factor, and no clamp would be the curve's. Out of line, so
+// that the queries stay small enough to inline.
+[[noreturn, gnu::cold, gnu::noinline]] void FailNoDiscountFactor(double discountFactor, double rate, double t,
+                                                                std::int32_t variable) {
+    ZEP_FAIL_IN("zep::YieldCurve::DiscountFactor",
+                fmt::format("YieldCurve: no discount factor at {:.6g} years: the curve reads {:.6g} there ({}), "
+                            "which gives {:.6g}", t, rate, VariableName(variable), discountFactor));
+}
+
 // A rate figure of the curve, or a zep::Error where its true value lies beyond double precision
 // (the annual rate of a discount factor of 0.9986 reached in 1e-10 years).
 double FiniteRate(double rate, const char* query, double t) {
@@ -277,19 +296,12 @@ void YieldCurve::RequirePillarDiscountFactors(const std::vector<Date>& dates, co
 double YieldCurve::DiscountFactor(double t) const {
     if (t <= 0.0) return 1.0;
     const double rate = Rate(t);
-    return Readable(DiscountFactorFromRate(rate, t), rate, t);
-}
-
-// Where the curve's rule has no answer (a simple rate of -50% held flat to 50 years, a polynomial
-// through the pillars that dips below -100% annual) the query raises: a discount factor that is
-// not a positive number is no discount factor, and no clamp would be the curve's.
-double YieldCurve::Readable(double discountFactor, double rate, double t) const {
+    const double discountFactor = DiscountFactorFromRate(rate, t);
     if (IsDiscountFactor(discountFactor)) [[likely]]
         return discountFactor;
-    ZEP_FAIL_IN("zep::YieldCurve::DiscountFactor",
-                fmt::format("YieldCurve: no discount factor at {:.6g} years: the curve reads {:.6g} there ({}), "
-                            "which gives {:.6g}", t, rate, VariableName(m_interpolatedVariable), discountFactor));
+    FailNoDiscountFactor(discountFactor, rate, t, m_interpolatedVariable);
 }
+
 
 double YieldCurve::DiscountFactor(double t1, double t2) const {
     if (std::abs(t1 - t2) <= kTimeGuard) return 1.0;
@@ -344,14 +356,6 @@ void YieldCurve::DiscountFactorArray(const double* times, double* out, std::size
 }
 
 double YieldCurve::Rate(double t) const {
-    const double rate = RateOrNaN(t);
-    if (std::isnan(rate)) [[unlikely]]
-        ZEP_FAIL(fmt::format("YieldCurve: no rate at {:.6g} years: the interpolated {} there gives none", t,
-                             VariableName(m_interpolatedVariable)));
-    return rate;
-}
-
-double YieldCurve::RateOrNaN(double t) const {
     if (m_isParametricCurve) {
         if (!m_parametricModel) ZEP_FAIL("YieldCurve: the parametric model is not attached.");
         return m_parametricModel->Rate(t);
@@ -363,7 +367,10 @@ double YieldCurve::RateOrNaN(double t) const {
 }
 
 double YieldCurve::PillarRate(double t) const {
-    return PillarRateFromValue(m_interpolation.Evaluate(t), t);
+    const double interpolated = m_interpolation.Evaluate(t);
+    if (m_interpolatedVariable == DiscountFactors && !(interpolated > 0.0)) [[unlikely]]
+        FailNoRate(interpolated, t);
+    return PillarRateFromValue(interpolated, t);
 }
 
 double YieldCurve::PillarRateFromValue(double interpolated, double t) const {
@@ -469,6 +476,11 @@ std::vector<double> YieldCurve::ForwardRate(const std::vector<Date>& startDates,
     for (std::size_t i = 0; i < startDates.size(); ++i)
         rates.push_back(ForwardRate(startDates[i], endDates[i], dayCounter, compounded, frequency));
     return rates;
+}
+
+void YieldCurve::SetZeroRateSpread(double spread) {
+    ZEP_REQUIRE(std::isfinite(spread), "YieldCurve: the zero rate spread must be a finite number");
+    m_ZeroRateSpread = spread;
 }
 
 void YieldCurve::SetParametricModel(boost::shared_ptr<const ParametricRateModel> model) {

@@ -102,7 +102,7 @@ private:
     double InteriorValue(InterpolationMethod method, std::size_t i, double x) const;
     double FFQ(double x) const;
     double Spline(const std::vector<double>& secondDerivatives, std::size_t i, double x) const;
-    [[noreturn]] void FailBeyondPrecision(double x) const;
+    double ValueBeyondTheFastForms(double x) const;
 
     // A spline's second derivatives at the nodes, or the message its table fails with: a bad
     // table is refused when the spline is evaluated, not when the interpolator is built.

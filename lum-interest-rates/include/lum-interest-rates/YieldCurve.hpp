@@ -3,7 +3,7 @@
 // factor) and interpolates it in time; bootstrapped curves derive from it. Every discount factor
 // it gives is a positive finite number: pillars that have none (a simple rate with 1 + r t <= 0,
 // an annual rate at -100%, log interpolation of values that are not positive) are refused when
-// the curve is built, and a query where the curve's rule has none raises (see Readable).
+// the curve is built, and a query where the curve's rule has none raises.
 #pragma once
 
 #include <cstdint>
@@ -86,7 +86,7 @@ public:
 
     // Codes 0 to 8 of the interpolation engine, or 9 for the forward-rate spline table.
     void SetInterpolation(std::int32_t interpolationMethod);
-    void SetZeroRateSpread(double spread) { m_ZeroRateSpread = spread; }
+    void SetZeroRateSpread(double spread);
     void SetBeginOfDay(bool isBOD) { m_bIsBOD = isBOD; }
     bool IsBeginOfDay() const { return m_bIsBOD; }
     // Rates come from the model instead of the pillars.
@@ -106,8 +106,6 @@ public:
 private:
     YieldCurve();
     double DiscountFactorFromRate(double rate, double t) const;
-    double Readable(double discountFactor, double rate, double t) const;
-    double RateOrNaN(double t) const;
     double ParRateAt(double T) const;
     void RequirePillarDiscountFactors(const std::vector<Date>& dates, const std::vector<double>& times,
                                       const std::vector<double>& variables) const;
