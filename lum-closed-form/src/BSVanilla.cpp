@@ -213,7 +213,7 @@ double BSVanilla::ExpiredDelta() const {
 }
 
 [[gnu::always_inline]] inline double BSVanilla::Finite(double value, const char* figure,
-                                                       const std::source_location& where) const {
+                                                       const SourceLine& where) const {
     return detail::FiniteFigure(value, "zep::BSVanilla", figure, [this] { return DescribeMarket(); }, where);
 }
 

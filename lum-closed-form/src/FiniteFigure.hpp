@@ -5,18 +5,18 @@
 
 #include <cmath>
 #include <limits>
-#include <source_location>
 #include <string>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-auxiliary/SourceLine.hpp"
 
 namespace zep::detail {
 
 template <class DescribeMarket>
 [[noreturn, gnu::cold, gnu::noinline]] void FailFigure(const char* owner, const char* figure,
                                                       const DescribeMarket& describeMarket,
-                                                      const std::source_location& where) {
-    throw Error(where.file_name(), where.line(), std::string(owner) + "::" + figure,
+                                                      const SourceLine& where) {
+    throw Error(where.file, where.line, std::string(owner) + "::" + figure,
                 std::string(figure) + " cannot be represented in double precision for " + describeMarket());
 }
 
@@ -24,7 +24,7 @@ template <class DescribeMarket>
 // only on failure, out of line, so that every figure keeps its size and its inlining.
 template <class DescribeMarket>
 double FiniteFigure(double value, const char* owner, const char* figure, const DescribeMarket& describeMarket,
-                    const std::source_location& where) {
+                    const SourceLine& where) {
     if (std::abs(value) <= std::numeric_limits<double>::max()) [[likely]]
         return value;
     FailFigure(owner, figure, describeMarket, where);

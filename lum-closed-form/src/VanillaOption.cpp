@@ -136,7 +136,7 @@ BSVanilla VanillaOption::EngineAt(double volatility) const {
                                   m_engine.GetSpot());
 }
 
-double VanillaOption::Finite(double value, const char* figure, const std::source_location& where) const {
+double VanillaOption::Finite(double value, const char* figure, const SourceLine& where) const {
     const auto describeTrade = [this] {
         return fmt::format("{} {} on {:.6g} units struck at {:.6g}, spot {:.6g}, {:.6g} years to delivery at "
                            "rate {:.6g}", m_terms.buySell == Buy ? "a bought" : "a sold",

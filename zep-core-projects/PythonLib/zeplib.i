@@ -1,6 +1,15 @@
 // The zep module: one interface file per subsystem, included here in dependency order.
 %module(package="zep") zeplib
 
+// A type table of our own. Modules built by the same SWIG version share one table by default, so
+// another SWIG-built package in the process (QuantLib's, for one) would merge its types with ours
+// wherever both name the same C++ type (std::vector<double>, the iterator, ...): each module then
+// overwrites the other's Python class records, which leak at exit, and hands out objects the
+// other's code was not compiled against.
+%begin %{
+#define SWIG_TYPE_TABLE zep
+%}
+
 %{
 #include "ExceptionTranslation.hpp"
 %}

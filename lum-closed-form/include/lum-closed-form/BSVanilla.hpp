@@ -11,8 +11,9 @@
 // Strikes must be positive; spots, forwards, times and rates finite.
 #pragma once
 
-#include <source_location>
 #include <string>
+
+#include "lum-auxiliary/SourceLine.hpp"
 
 namespace zep {
 
@@ -131,7 +132,7 @@ private:
     void Setup();
     // The figure, or a zep::Error naming it and the market when it is not a finite number.
     double Finite(double value, const char* figure,
-                  const std::source_location& where = std::source_location::current()) const;
+                  const SourceLine& where = SourceLine::Current()) const;
     std::string DescribeMarket() const;
     double ExpiredDelta() const;
     double Intrinsic() const;

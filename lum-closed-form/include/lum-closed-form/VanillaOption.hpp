@@ -5,11 +5,11 @@
 #pragma once
 
 #include <optional>
-#include <source_location>
 #include <string>
 
 #include <boost/shared_ptr.hpp>
 
+#include "lum-auxiliary/SourceLine.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/VolatilitySource.hpp"
 #include "lum-interest-rates/YieldCurve.hpp"
@@ -181,7 +181,7 @@ private:
     double SignedNotional() const { return m_terms.buySell * m_terms.faceValue; }
     // The figure, or a zep::Error naming it and the trade when it is not a finite number.
     double Finite(double value, const char* figure,
-                  const std::source_location& where = std::source_location::current()) const;
+                  const SourceLine& where = SourceLine::Current()) const;
 
     Terms m_terms;
     boost::shared_ptr<const VolatilitySource> m_volatilitySource;
