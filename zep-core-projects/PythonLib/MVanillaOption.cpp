@@ -82,11 +82,7 @@ MVanillaOption MVanillaOption::FromForward(int buySell, int callPut, double face
     }));
 }
 
-// Each operation names itself twice: the wrapper prefix and the qualified name reported when the
-// object was never built.
-#define ZEP_VANILLA_OPERATION(Name, ...)                                            \
-    Guarded("MVanillaOption::" #Name,                                               \
-            [&] { return Object("zep::MVanillaOption::" #Name).Name(__VA_ARGS__); })
+#define ZEP_VANILLA_OPERATION(Name, ...) ZEP_M_OPERATION(MVanillaOption, Name __VA_OPT__(, ) __VA_ARGS__)
 
 double MVanillaOption::Price(int method) { return ZEP_VANILLA_OPERATION(Price, method); }
 double MVanillaOption::PV(int method) { return ZEP_VANILLA_OPERATION(PV, method); }

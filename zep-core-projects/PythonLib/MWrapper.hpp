@@ -27,6 +27,11 @@ decltype(auto) Guarded(const char* where, Operation&& operation) {
     }
 }
 
+// One operation of an M class, inside its MWrapper member: the failure prefix "<Class>::<Name>"
+// and the qualified name reported when the object was never built.
+#define ZEP_M_OPERATION(Class, Name, ...) \
+    ::zep::python::Guarded(#Class "::" #Name, [&] { return Object("zep::" #Class "::" #Name).Name(__VA_ARGS__); })
+
 template <class Library>
 class MWrapper {
 public:

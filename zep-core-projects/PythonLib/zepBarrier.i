@@ -7,33 +7,12 @@
 #include "lum-closed-form/DigitalOptionVV.hpp"
 #include "lum-closed-form/BarrierBook.hpp"
 #include "lum-closed-form/VanillaBarriers.hpp"
+#include "lum-closed-form/DigitalOption.hpp"
 #include "lum-fxo-market/FXVolSurface.hpp"
+#include "MDigitalOption.hpp"
+#include "MVanillaBarriers.hpp"
 #include <cmath>
 
-namespace zep::python {
-// The booked barrier's terms from the constructor's arguments.
-inline zep::VanillaBarriers::Terms BarrierTerms(int buySell, int callPut, double faceValue, double strike,
-                                                int barrierType, double barrier, double barrierUp,
-                                                const zep::Date& referenceDate, const zep::Date& expiryDate,
-                                                const zep::Date& settlementDate, const zep::Date& premiumDate,
-                                                const zep::Date& deliveryDate, const zep::DayCounter& dayCounter) {
-    zep::VanillaBarriers::Terms terms;
-    terms.buySell = buySell;
-    terms.callPut = callPut;
-    terms.faceValue = faceValue;
-    terms.strike = strike;
-    terms.barrierType = barrierType;
-    terms.barrier = barrier;
-    terms.barrierUp = barrierUp;
-    terms.referenceDate = referenceDate;
-    terms.expiryDate = expiryDate;
-    terms.settlementDate = settlementDate;
-    terms.premiumDate = premiumDate;
-    terms.deliveryDate = deliveryDate;
-    terms.dayCounter = dayCounter;
-    return terms;
-}
-}  // namespace zep::python
 %}
 
 %feature("docstring") zep::EuropeanBarrierBS
@@ -180,12 +159,36 @@ barrierUp is read for corridors (types 6, 7). Price(method)/PV(method): 0 Black-
         const zep::VanillaBarriers::Terms terms =
             zep::python::BarrierTerms(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, referenceDate,
                                       expiryDate, settlementDate, premiumDate, deliveryDate, dayCounter);
-        const double call25 = surface->GetVolatility(expiryDate, surface->GetStrike(expiryDate, "25C"));
-        const double put25 = surface->GetVolatility(expiryDate, surface->GetStrike(expiryDate, "25P"));
-        const double atm = surface->GetATMVol(expiryDate);
-        const zep::VanillaBarriers::SmileQuotes smile{call25 - put25, (call25 + put25) / 2.0 - atm,
-                                                      surface->findClosestDeltaType(expiryDate),
-                                                      surface->findClosestPremiumAdjusted(expiryDate) != 0, atm};
+        const auto smile = zep::python::SurfaceSmileQuotes(*surface, expiryDate);
         return new zep::VanillaBarriers(terms, spot, rd, rf, surface, smile);
     }
 }
+
+%feature("docstring") zep::python::MVanillaBarriers
+"The booked barrier option behind the M-class frame:
+MVanillaBarriers(buySell, callPut, faceValue, strike, barrierType, barrier, barrierUp, spot,
+referenceDate, expiryDate, settlementDate, premiumDate, deliveryDate, rd, rf, vol,
+riskReversal25=nan, butterfly25=nan, deltaType=0, premiumAdjusted=False,
+dayCounter=DayCounter(Act365Fixed)). Dates as zep.Date, text or datetime.date;
+vol a number or an FX surface (zep.FXVolSurface, zep.MFXVolSurface), whose 25-delta quotes then
+feed Vanna-Volga. Price/PV(method) with the VanillaBarriers codes (0 Black-Scholes, 1 Vanna-Volga,
+2 finite differences), DeltaPrice('spot_Volatility', bump, method). Failures read
+'MVanillaBarriers::<operation> failed: ...'.";
+%include "MVanillaBarriers.hpp"
+
+%feature("docstring") zep::DigitalOption
+"A booked digital: see MDigitalOption, which builds it from Python values.";
+%ignore zep::DigitalOption::DigitalOption;
+%ignore zep::DigitalOption::Terms;
+%include "lum-closed-form/DigitalOption.hpp"
+
+%feature("docstring") zep::python::MDigitalOption
+"The booked digital option:
+MDigitalOption(buySell, digitalType, payout, strike, spot, referenceDate, expiryDate,
+deliveryDate, rd, rf, vol, dayCounter=DayCounter(Act365Fixed)). digitalType 0 cash call, 1 cash
+put, 2 asset call, 3 asset put; vol a number or a surface read at the strike and expiry.
+Price/PV(method): 0 analytic, 1 call spread, 2 smile-consistent (the strike derivative of the
+vanilla price on the smile: the Black-Scholes digital minus vega times the smile slope). Delta,
+Gamma, Vega, Theta (one day), Rho: Black-Scholes at the strike's volatility. Failures read
+'MDigitalOption::<operation> failed: ...'.";
+%include "MDigitalOption.hpp"

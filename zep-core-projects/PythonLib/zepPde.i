@@ -2,6 +2,7 @@
 // the booked double digital priced in closed form or by them.
 %{
 #include "lum-closed-form/DoubleDigitalOption.hpp"
+#include "MDoubleDigitalOption.hpp"
 #include "zep-pde/FdmBarrierEngine.hpp"
 #include "zep-pde/FdmDoubleDigitalEngine.hpp"
 #include "zep-pde/FdmDoubleCumulativeEngine.hpp"
@@ -49,3 +50,11 @@ DoubleDigitalOption(referenceDate, expiryDate, deliveryDate, lowBarrier, highBar
                     spot, volatility, domesticRate, foreignRate, dayCounter=DayCounter(Act365Fixed))
 Price(pricingMethod=0): 0 closed form, 1 finite differences.";
 %include "lum-closed-form/DoubleDigitalOption.hpp"
+
+%feature("docstring") zep::python::MDoubleDigitalOption
+"The booked range digital behind the M-class frame: MDoubleDigitalOption(referenceDate,
+expiryDate, deliveryDate, lowBarrier, highBarrier, payout, spot, vol, rd, rf,
+dayCounter=DayCounter(Act365Fixed)), dates as zep.Date, text or datetime.date.
+Price(method): 0 closed form, 1 finite differences. Failures read
+'MDoubleDigitalOption::<operation> failed: ...'.";
+%include "MDoubleDigitalOption.hpp"
