@@ -55,6 +55,10 @@ SviSmile SviSmile::Fit(const std::vector<double>& logMoneyness,
                 "Wrong InitialGuess, SVI need 5 params!");
     ZEP_REQUIRE(!logMoneyness.empty() && logMoneyness.size() == totalVariance.size(),
                 "Invalid params size in SVI interpolation.");
+    // A smile without skew or curvature is SVI with b = 0, which the fit's coordinates (b = e^u)
+    // only approach: it would walk towards it for ever.
+    const auto [lowest, highest] = std::minmax_element(totalVariance.begin(), totalVariance.end());
+    if (*highest - *lowest <= kFlatSmileTolerance * *highest) return SviSmile({*highest, 0.0, 0.0, 0.0, 1.0});
     const std::vector<double> start =
         initialGuess.empty() ? StartFromPillars(logMoneyness, totalVariance) : initialGuess;
     // A volatility error dsigma moves the total variance by about 2 sigma T dsigma.

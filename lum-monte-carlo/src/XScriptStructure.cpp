@@ -7,7 +7,10 @@
 #include <sstream>
 #include <thread>
 
+#include <boost/make_shared.hpp>
+
 #include "lum-auxiliary/Error.hpp"
+#include "lum-fxo-market/FXLocalVolSurface.hpp"
 #include "lum-monte-carlo/BasicRanGen.hpp"
 #include "lum-monte-carlo/QmcRanGen.hpp"
 #include "lum-monte-carlo/RunSettings.hpp"
@@ -24,6 +27,7 @@ namespace {
 constexpr std::int64_t kDefaultPaths = 10000;
 constexpr std::size_t kHestonParameters = 5;
 constexpr std::size_t kDupireParameters = 6;
+constexpr double kOneDayForDistance = 1.0 / 365.0;
 
 bool IsBlackScholesOrBachelier(std::int32_t model) { return model == 1 || model == 2; }
 
@@ -34,7 +38,7 @@ void CheckInputs(const XScriptInputs& in) {
     }
     // Deliberately reversed counts: the product's messages name the other model's size; the
     // model classes carry the right ones, and both texts are relied upon as they stand.
-    if (in.model == 4) {
+    if (in.model == 4 && !in.localVolatility) {
         ZEP_REQUIRE(in.modelParameters.size() >= kDupireParameters,
                     "Size of Dupire parameters should be 5!");
     }
@@ -65,6 +69,11 @@ void CheckInputs(const XScriptInputs& in) {
 }
 
 std::shared_ptr<const LocalVol> SurfaceOf(const XScriptInputs& in) {
+    if (in.model == 4 && in.localVolatility) {
+        // Distances to a barrier are measured in the market's volatility at the spot today.
+        const double today = in.localVolatility->Volatility(kOneDayForDistance, in.spot);
+        return std::make_shared<LocalVol>(in.spot, std::vector<double>{today, 0.0, 0.0, 0.0, today, today});
+    }
     if (in.model == 4) return std::make_shared<LocalVol>(in.spot, in.modelParameters);
     if (in.model == 3) {
         const double instantaneous = std::sqrt(in.modelParameters[4]);
@@ -79,14 +88,15 @@ std::shared_ptr<const LocalVol> SurfaceOf(const XScriptInputs& in) {
 // volatility; Heston moves sqrt(v0) and sqrt(theta); Dupire moves its whole surface.
 ModelInputs ShiftedModelInputs(const XScriptInputs& in, const MarketShift& shift) {
     ModelInputs model{in.spot + shift.spot, in.volatility + shift.volatility,
-                      in.rate1 + shift.rate1, in.rate2 + shift.rate2, in.modelParameters};
+                      in.rate1 + shift.rate1, in.rate2 + shift.rate2, in.modelParameters,
+                      in.localVolatility, shift.volatility};
     if (shift.volatility != 0.0 && in.model == 3) {
         for (std::size_t i : {std::size_t(1), std::size_t(4)}) {
             const double moved = std::sqrt(model.parameters[i]) + shift.volatility;
             model.parameters[i] = moved * moved;
         }
     }
-    if (shift.volatility != 0.0 && in.model == 4) {
+    if (shift.volatility != 0.0 && in.model == 4 && !in.localVolatility) {
         for (std::size_t i : {std::size_t(0), std::size_t(4), std::size_t(5)})
             model.parameters[i] += shift.volatility;
     }
@@ -122,6 +132,13 @@ std::optional<std::int64_t> PositiveInteger(const std::optional<std::string>& te
 }
 
 }  // namespace
+
+XScriptInputs OnLocalVolatility(XScriptInputs inputs, boost::shared_ptr<const FXVolSurface> surface) {
+    ZEP_REQUIRE(surface != nullptr, "Dupire on the market needs a volatility surface");
+    inputs.model = static_cast<std::int32_t>(ModelType::Dupire);
+    inputs.localVolatility = boost::make_shared<FXLocalVolSurface>(std::move(surface));
+    return inputs;
+}
 
 XScriptStructure::XScriptStructure(XScriptInputs inputs)
     : XScriptStructure(std::move(inputs), nullptr) {}

@@ -76,6 +76,14 @@ MXScriptStructure MXScriptStructure::FromFile(const std::string& path) {
                                      [&] { return Built(ProductDefinitionFromFile(path)); }));
 }
 
+MXScriptStructure MXScriptStructure::OnLocalVolatility(const MXScriptStructure& product,
+                                                       boost::shared_ptr<FXVolSurface> surface) {
+    return MXScriptStructure(Guarded("MXScriptStructure::OnLocalVolatility", [&] {
+        return boost::make_shared<XScriptStructure>(
+            zep::OnLocalVolatility(product.Object("zep::MXScriptStructure::OnLocalVolatility").Inputs(), surface));
+    }));
+}
+
 #define ZEP_MX_OPERATION(Name, Body)                                                     \
     Guarded("MXScriptStructure::" #Name, [&] {                                           \
         const XScriptStructure& product = Object("zep::MXScriptStructure::" #Name);      \

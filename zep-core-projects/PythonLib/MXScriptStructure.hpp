@@ -29,6 +29,10 @@ public:
 
     static MXScriptStructure FromDefinition(const std::string& text);
     static MXScriptStructure FromFile(const std::string& path);
+    // The product priced under Dupire on the market smile: the local volatility of `surface`
+    // takes the place of the model and its parameters; spot, rates, events and settings stay.
+    static MXScriptStructure OnLocalVolatility(const MXScriptStructure& product,
+                                               boost::shared_ptr<zep::FXVolSurface> surface);
 
     std::string Description() const;
     std::vector<std::string> VariableNames() const;

@@ -47,6 +47,10 @@ MXScriptStructure(today, spot, volatility, rate1, rate2, model, modelParameters,
                   adaptiveShift=False, adaptiveShiftBarrier=0.0, priceVariable='',
                   quasiRandom=False, notional=1.0)
 MXScriptStructure.FromDefinition(json_or_yaml_text), MXScriptStructure.FromFile(path)
+MXScriptStructure.OnLocalVolatility(product, surface): the same product under Dupire on the
+market smile, the local volatility of an FXVolSurface (tabulated per step at the step's middle
+on 129 log-spot nodes, read by linear interpolation); quote the surface on the product's spot
+and rates.
 
 model: 1 Black-Scholes (volatility), 2 Bachelier (normal volatility), 3 Heston (kappa, theta,
 xi, rho, v0), 4 Dupire (atmVol, skew, curvature, termSlope, minVol, maxVol). rate1 is the

@@ -16,10 +16,13 @@ public:
 
     // Least squares on the pillars (k_i, total variance w_i), residuals in volatility units. An
     // initial guess, when given, must hold five numbers ("Wrong InitialGuess, SVI need 5
-    // params!"); otherwise the start is read off the pillars.
+    // params!"); otherwise the start is read off the pillars. Pillars whose total variances agree
+    // to kFlatSmileTolerance (relative) give the flat smile a = w, b = 0.
     static SviSmile Fit(const std::vector<double>& logMoneyness,
                         const std::vector<double>& totalVariance, double timeToExpiry,
                         const std::vector<double>& initialGuess = {});
+
+    static constexpr double kFlatSmileTolerance = 1e-14;
 
     double TotalVariance(double logMoneyness) const;
     std::vector<double> Parameters() const { return {m_a, m_b, m_rho, m_m, m_sigma}; }

@@ -7,7 +7,11 @@
 #include <string>
 #include <vector>
 
+#include <boost/shared_ptr.hpp>
+
 namespace zep {
+
+class FXLocalVolSurface;
 
 enum class ModelType : std::int32_t { BlackScholes = 1, Bachelier = 2, Heston = 3, Dupire = 4 };
 
@@ -22,6 +26,10 @@ struct ModelInputs {
     double rate1 = 0.0;  // risk-free rate, continuously compounded
     double rate2 = 0.0;  // the underlying's rate (dividend yield, foreign rate)
     std::vector<double> parameters;
+    // Dupire on the market: the local volatility of an FX surface in place of the parametric
+    // one, moved in parallel by `localVolatilityShift` (the vega bump).
+    boost::shared_ptr<const FXLocalVolSurface> localVolatility;
+    double localVolatilityShift = 0.0;
 };
 
 template <class T>

@@ -18,6 +18,7 @@
 #include "lum-fxo-market/LocalVol.hpp"
 #include "lum-monte-carlo/OutcomeCache.hpp"
 #include "lum-monte-carlo/PathPayoff.hpp"
+#include "lum-monte-carlo/ScriptModelApi.hpp"
 #include "lum-monte-carlo/Simulator.hpp"
 #include "lum-time/Date.hpp"
 
@@ -31,6 +32,9 @@ struct XScriptInputs {
     double rate2 = std::numeric_limits<double>::quiet_NaN();
     std::int32_t model = 1;                 // 1 BlackSchole, 2 Bachelier, 3 Heston, 4 Dupire
     std::vector<double> modelParameters;    // Heston: 5 values, Dupire: 6 (see the models)
+    // Dupire (model 4) on the market smile: the local volatility of an FX surface, which then
+    // takes the place of the six parameters.
+    boost::shared_ptr<const FXLocalVolSurface> localVolatility;
     std::vector<Date> eventDates;           // increasing, none before today
     std::vector<std::string> eventScripts;  // one script per event date
     std::int64_t numSimulations = 10000;
@@ -42,6 +46,11 @@ struct XScriptInputs {
     std::string priceVariable;              // empty: the first variable that is paid
     double notional = 1.0;                  // PV and MarketValue are notional * Price
 };
+
+class FXVolSurface;
+
+// The same inputs under Dupire on the market smile: the local volatility of `surface`.
+XScriptInputs OnLocalVolatility(XScriptInputs inputs, boost::shared_ptr<const FXVolSurface> surface);
 
 // One re-pricing's moved inputs; all zero is the base case.
 struct MarketShift {
