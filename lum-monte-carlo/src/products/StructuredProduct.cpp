@@ -1,0 +1,50 @@
+#include "lum-monte-carlo/products/StructuredProduct.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace zep {
+
+void BadTerm(const std::string& type, const std::string& path, const std::string& problem) {
+    throw std::invalid_argument(type + ": field '" + path + "' " + problem);
+}
+
+std::string IndexedPath(const std::string& field, std::size_t index) {
+    return field + "[" + std::to_string(index) + "]";
+}
+
+std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events) {
+    std::stable_sort(events.begin(), events.end(), [](const ProductEvent& a, const ProductEvent& b) { return a.date < b.date; });
+    return events;
+}
+
+std::string StructuredProduct::Script() const {
+    std::string text = "# " + TypeName() + "\n";
+    for (const ProductEvent& event : Events()) text += "\n# " + event.date.ToString() + ": " + event.comment + "\n" + event.code;
+    return text;
+}
+
+void StructuredProduct::CheckValuationDate(const Date& today) const {
+    for (const ProductEvent& event : Events())
+        if (event.date < today)
+            throw std::invalid_argument(TypeName() + ": the event of " + event.date.ToString() +
+                                        " is before the valuation date " + today.ToString());
+}
+
+XScriptInputs StructuredProduct::Inputs(XScriptInputs market) const {
+    CheckValuationDate(market.today);
+    market.eventDates.clear();
+    market.eventScripts.clear();
+    for (const ProductEvent& event : Events()) {
+        if (!market.eventDates.empty() && market.eventDates.back() == event.date) {
+            market.eventScripts.back() += event.code;
+        } else {
+            market.eventDates.push_back(event.date);
+            market.eventScripts.push_back(event.code);
+        }
+    }
+    market.priceVariable = "PAYOFF";
+    return market;
+}
+
+}  // namespace zep
