@@ -193,9 +193,8 @@ std::string FieldAssignments(const Reader& root) {
     return script;
 }
 
-XScriptInputs FromTree(const Json& tree) {
-    const Reader root(tree, "");
-    if (!tree.is_object()) Malformed("(top level)", "must be a mapping");
+XScriptInputs MarketOf(const Reader& root) {
+    if (!root.Node().is_object()) Malformed("(top level)", "must be a mapping");
     XScriptInputs in;
     in.today = root.DateField("valuation_date");
     const Reader market = root.Child("market");
@@ -222,6 +221,12 @@ XScriptInputs FromTree(const Json& tree) {
         in.adaptiveShift = sim.Flag("adaptive_shift", in.adaptiveShift);
         in.adaptiveShiftBarrier = sim.Number("adaptive_shift_barrier", in.adaptiveShiftBarrier);
     }
+    return in;
+}
+
+XScriptInputs FromTree(const Json& tree) {
+    const Reader root(tree, "");
+    XScriptInputs in = MarketOf(root);
     if (root.Has("price_variable")) in.priceVariable = root.Text("price_variable");
     in.notional = root.Number("notional", in.notional);
 
@@ -246,14 +251,24 @@ XScriptInputs FromTree(const Json& tree) {
 
 }  // namespace
 
+nlohmann::json DefinitionTree(const std::string& text) { return Parsed(text); }
+
+XScriptInputs ProductDefinitionFromTree(const nlohmann::json& tree) { return FromTree(tree); }
+
+XScriptInputs MarketDefinitionFromTree(const nlohmann::json& tree) { return MarketOf(Reader(tree, "")); }
+
 XScriptInputs ProductDefinitionFromText(const std::string& text) { return FromTree(Parsed(text)); }
 
-XScriptInputs ProductDefinitionFromFile(const std::string& path) {
+std::string DefinitionFileText(const std::string& path) {
     std::ifstream file(path);
     if (!file) throw std::invalid_argument("Product definition: cannot read file '" + path + "'");
     std::ostringstream text;
     text << file.rdbuf();
-    return ProductDefinitionFromText(text.str());
+    return text.str();
+}
+
+XScriptInputs ProductDefinitionFromFile(const std::string& path) {
+    return ProductDefinitionFromText(DefinitionFileText(path));
 }
 
 }  // namespace zep
