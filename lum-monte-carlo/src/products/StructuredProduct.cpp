@@ -19,8 +19,19 @@ std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events) {
 }
 
 std::string StructuredProduct::Script() const {
+    // A run of dates with the same script (the daily checks of a barrier) is listed once.
+    const std::vector<ProductEvent> events = Events();
     std::string text = "# " + TypeName() + "\n";
-    for (const ProductEvent& event : Events()) text += "\n# " + event.date.ToString() + ": " + event.comment + "\n" + event.code;
+    for (std::size_t first = 0, last = 0; first < events.size(); first = last + 1) {
+        last = first;
+        while (last + 1 < events.size() && events[last + 1].code == events[first].code &&
+               events[last + 1].comment == events[first].comment)
+            ++last;
+        const std::string dates = last == first ? events[first].date.ToString()
+                                                : events[first].date.ToString() + " to " + events[last].date.ToString() + " (" +
+                                                      std::to_string(last - first + 1) + " dates)";
+        text += "\n# " + dates + ": " + events[first].comment + "\n" + events[first].code;
+    }
     return text;
 }
 
