@@ -1,6 +1,6 @@
 """Prices one structured product of each family from its term sheet in examples/products/: the
 script its terms generate, price with standard error, present value and basic Greeks; writes
-each pricing report to out/products/."""
+each pricing report to reports/products/."""
 import os
 
 import zep
@@ -14,5 +14,5 @@ for definition, market in PRODUCTS:
     print(f"{product.ProductType()} ({definition})")
     print(f"  price {product.Price():.6f} +- {product.PriceStandardError():.6f} per unit, PV {product.PV():,.2f}")
     print("  greeks " + ", ".join(f"{name} {value:.6g}" for name, value in sorted(product.Greeks().items())))
-    report = product.WriteReport(os.path.join("out", "products"), os.path.splitext(definition)[0])
+    report = product.WriteReport(os.path.join("reports", "products"), os.path.splitext(definition)[0])
     print(f"  report {report}")
