@@ -170,3 +170,15 @@ def test_every_example_prices(name):
     market = "fx_market.yaml" if name == "tarf" else "equity_market.yaml"
     product = zep.load_product(os.path.join(EXAMPLES, name + ".yaml"), os.path.join(EXAMPLES, market))
     assert math.isfinite(product.Price())
+
+
+def test_autocall_class_prices_path_for_path_like_the_hand_written_example():
+    hand = zep.MXScriptStructure.FromFile(os.path.join(EXAMPLES, "..", "autocallable.yaml"))
+    market = {"valuation_date": TODAY, "market": {"spot": 100.0, "volatility": 0.2, "rate1": 0.03, "rate2": 0.01},
+              "model": {"type": 1}, "simulation": {"paths": 100000, "seed": 20240102}}
+    # Monthly calls at 100% paying 0.75% a month elapsed: coupons with memory above the call level.
+    note = zep.AutoCall(market, initial_level=100.0, strike_date=TODAY,
+                        observation_dates=[datetime.date(2024 + m // 12, m % 12 + 1, 2) for m in range(1, 13)],
+                        autocall_levels=1.0, coupons=0.0075, coupon_barrier=1.0, memory=True, knock_in_barrier=0.7,
+                        notional=1000000)
+    assert note.PV() == pytest.approx(hand.PV(), rel=1e-12)

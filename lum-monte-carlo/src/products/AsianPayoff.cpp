@@ -30,7 +30,7 @@ AsianPayoff::AsianPayoff(AsianPayoffTerms terms) : m_terms(std::move(terms)) {
         BadTerm(kType, "past_fixings", "fixes every date: the payoff is known, there is nothing to simulate");
 }
 
-void AsianPayoff::CheckValuationDate(const Date& today) const {
+void AsianPayoff::CheckValuationDate(const Date& today, const std::vector<ProductEvent>&) const {
     for (const auto& [date, level] : m_terms.pastFixings)
         if (date > today)
             BadTerm(kType, "past_fixings." + date.ToString(), "is after the valuation date " + today.ToString());

@@ -35,18 +35,19 @@ std::string StructuredProduct::Script() const {
     return text;
 }
 
-void StructuredProduct::CheckValuationDate(const Date& today) const {
-    for (const ProductEvent& event : Events())
+void StructuredProduct::CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const {
+    for (const ProductEvent& event : events)
         if (event.date < today)
             throw std::invalid_argument(TypeName() + ": the event of " + event.date.ToString() +
                                         " is before the valuation date " + today.ToString());
 }
 
 XScriptInputs StructuredProduct::Inputs(XScriptInputs market) const {
-    CheckValuationDate(market.today);
+    const std::vector<ProductEvent> events = Events();
+    CheckValuationDate(market.today, events);
     market.eventDates.clear();
     market.eventScripts.clear();
-    for (const ProductEvent& event : Events()) {
+    for (const ProductEvent& event : events) {
         if (!market.eventDates.empty() && market.eventDates.back() == event.date) {
             market.eventScripts.back() += event.code;
         } else {

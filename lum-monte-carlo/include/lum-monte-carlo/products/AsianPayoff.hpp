@@ -31,7 +31,7 @@ public:
 
 protected:
     // Past fixings on or before the valuation date, every other fixing on or after it.
-    void CheckValuationDate(const Date& today) const override;
+    void CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const override;
 
 private:
     std::string Payoff() const;

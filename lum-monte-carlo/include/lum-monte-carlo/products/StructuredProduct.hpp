@@ -36,7 +36,7 @@ public:
 protected:
     // Checks the terms that depend on the valuation date; by default that every event is on or
     // after it.
-    virtual void CheckValuationDate(const Date& today) const;
+    virtual void CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const;
 };
 
 // The message of a term that fails its check: "<Type>: field '<path>' <problem>".
