@@ -53,6 +53,17 @@ TEST(ProductLoader, JsonAndYamlBookTheSameProduct) {
     EXPECT_EQ(BookProductFromText(json, kMarket).Script(), BookProductFromText(yaml, kMarket).Script());
 }
 
+// Weekends only: 30 June 2024 is a Sunday, and the modified following roll stays in June.
+TEST(ProductLoader, ScheduleGivesTheRolledDates) {
+    const std::string terms = "type: AsianPayoff\nstrike: 100\nfixing_dates: ";
+    const std::string rolled = "{start: 2024-03-30, end: 2024-07-30, tenor: 1M, roll: ModifiedFollowing}\n";
+    const std::string listed = "[2024-04-30, 2024-05-30, 2024-06-28, 2024-07-30]\n";
+    EXPECT_EQ(BookProductFromText(terms + rolled, kMarket).Script(), BookProductFromText(terms + listed, kMarket).Script());
+    EXPECT_EQ(FailureOf(terms + "{start: 2024-03-30, end: 2024-07-30, tenor: 1Q}\n"),
+              "AsianPayoff: field 'fixing_dates' is not a valid schedule: Last character of a period string must be one of {d, w, m, y}");
+    EXPECT_EQ(FailureOf(terms + "{start: 2024-03-30, tenor: 1M}\n"), "AsianPayoff: field 'fixing_dates.end' is missing");
+}
+
 TEST(ProductLoader, ScriptedDefinitionKeepsWorking) {
     const std::string scripted = kMarket + "events:\n  - {date: 2025-01-02, script: 'V PAYS 1'}\n";
     const BookedProduct alone = BookProductFromText(scripted, "");

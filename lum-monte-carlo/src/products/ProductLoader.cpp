@@ -4,6 +4,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "lum-auxiliary/Error.hpp"
 #include "lum-monte-carlo/ProductDefinition.hpp"
 #include "lum-monte-carlo/products/AsianPayoff.hpp"
 #include "lum-monte-carlo/products/AutoCall.hpp"
@@ -11,6 +12,8 @@
 #include "lum-monte-carlo/products/SchemaValidator.hpp"
 #include "lum-monte-carlo/products/Snowball.hpp"
 #include "lum-monte-carlo/products/TargetRedemptionForward.hpp"
+#include "lum-time/Calendar.hpp"
+#include "lum-time/Schedule.hpp"
 
 namespace zep {
 
@@ -40,8 +43,32 @@ public:
     }
     Date DateField(const std::string& key) const { return DateOf(m_tree[key], key); }
     std::vector<Date> Dates(const std::string& key) const {
+        if (m_tree[key].is_object()) return ScheduleDates(key);
         std::vector<Date> dates;
         for (std::size_t i = 0; i < m_tree[key].size(); ++i) dates.push_back(DateOf(m_tree[key][i], IndexedPath(key, i)));
+        return dates;
+    }
+    // The adjusted period ends of a schedule from start to end by tenor.
+    std::vector<Date> ScheduleDates(const std::string& key) const {
+        const Json& node = m_tree[key];
+        ScheduleRules rules;
+        rules.centres = node.value("calendar", "");
+        static const std::map<std::string, std::int32_t> rolls{{"Following", Following}, {"Preceding", Preceding},
+                                                               {"ModifiedFollowing", ModifiedFollowing},
+                                                               {"ModifiedPreceding", ModifiedPreceding},
+                                                               {"Unadjusted", Unadjusted}};
+        rules.accrualAdjustment = rolls.at(node.value("roll", "ModifiedFollowing"));
+        rules.generation = node.value("generation", "forward") == "forward" ? DateGeneration::Forward : DateGeneration::Backward;
+        std::vector<Date> dates;
+        try {
+            rules.tenor = Period(node["tenor"].get<std::string>());
+            const Schedule schedule(DateOf(node["start"], key + ".start"), DateOf(node["end"], key + ".end"), rules,
+                                    Calendar::Shared());
+            for (const SchedulePeriod& period : schedule.Periods())
+                dates.push_back(period.accrualEnd);
+        } catch (const Error& e) {
+            BadTerm(m_type, key, "is not a valid schedule: " + e.Message());
+        }
         return dates;
     }
     // One number or a list of them.
