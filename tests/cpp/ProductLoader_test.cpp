@@ -83,6 +83,7 @@ TEST(ProductLoader, SchemaViolationsNameTheirField) {
         {"type: AutoCall\ninitial_level: 100\n", "AutoCall: field 'strike_date' is missing"},
         {kAutoCall + "memory: 3\n", "AutoCall: field 'memory' must be true or false"},
         {kAutoCall + "underlyings: 1.5\n", "AutoCall: field 'underlyings' must be an integer"},
+        {kAutoCall + "underlyings: 1e300\n", "AutoCall: field 'underlyings' must be a count from 0 to 1000000"},
         {kAutoCall + "knock_in_monitoring: weekly\n",
          "AutoCall: field 'knock_in_monitoring' is \"weekly\": must be one of \"continuous\", \"discrete\""},
         {"type: Snowball\ninitial_level: 100\nstrike_date: 2024-01-02\nobservation_dates: [2024-02-02, x]\n"

@@ -30,6 +30,12 @@ public:
 
     bool Has(const std::string& key) const { return m_tree.contains(key); }
     double Number(const std::string& key, double fallback = 0.0) const { return Has(key) ? m_tree[key].get<double>() : fallback; }
+    // A count the schema has found integral; one beyond int would be undefined to convert.
+    int Count(const std::string& key, int fallback) const {
+        const double value = Number(key, fallback);
+        if (!(value >= 0.0 && value <= 1e6)) BadTerm(m_type, key, "must be a count from 0 to 1000000");
+        return static_cast<int>(value);
+    }
     std::string Text(const std::string& key, const std::string& fallback) const {
         return Has(key) ? m_tree[key].get<std::string>() : fallback;
     }
@@ -93,7 +99,7 @@ std::shared_ptr<const StructuredProduct> Built(const std::string& type, const Te
     if (type == "AutoCall") {
         AutoCallTerms terms{t.Number("initial_level"), t.DateField("strike_date"), t.Dates("observation_dates"),
                             t.Levels("autocall_levels"), t.Levels("coupons"), t.Number("coupon_barrier"), t.Flag("memory"),
-                            t.KnockInTerms(), t.Number("put_strike", 1.0), static_cast<int>(t.Number("underlyings", 1.0))};
+                            t.KnockInTerms(), t.Number("put_strike", 1.0), t.Count("underlyings", 1)};
         return std::make_shared<AutoCall>(std::move(terms));
     }
     if (type == "Snowball") {
@@ -104,7 +110,7 @@ std::shared_ptr<const StructuredProduct> Built(const std::string& type, const Te
     if (type == "TargetRedemptionForward") {
         TargetRedemptionForwardTerms terms{t.Dates("fixing_dates"), t.Number("strike"), t.Number("pivot"),
                                            t.Number("leverage", 1.0), t.Number("target_amount"),
-                                           static_cast<int>(t.Number("target_count")), t.Text("last_gain", "full")};
+                                           t.Count("target_count", 0), t.Text("last_gain", "full")};
         return std::make_shared<TargetRedemptionForward>(std::move(terms), t.DateField("trade_date"));
     }
     AsianPayoffTerms terms{t.Dates("fixing_dates"), t.DatedNumbers("past_fixings"), t.Text("average", "arithmetic"),
