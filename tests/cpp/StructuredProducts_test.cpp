@@ -7,6 +7,7 @@
 #include "lum-monte-carlo/XScriptStructure.hpp"
 #include "lum-monte-carlo/products/AsianPayoff.hpp"
 #include "lum-monte-carlo/products/AutoCall.hpp"
+#include "lum-monte-carlo/products/CashFlows.hpp"
 #include "lum-monte-carlo/products/Snowball.hpp"
 #include "lum-monte-carlo/products/TargetRedemptionForward.hpp"
 #include "lum-monte-carlo/script/Parser.hpp"
@@ -138,6 +139,29 @@ TEST(StructuredProducts, AutoCallThatCannotBeCalledIsABond) {
     double expected = std::exp(-kR1 * YearsTo(t.observationDates.back()));
     for (std::size_t i = 0; i < t.coupons.size(); ++i) expected += t.coupons[i] * std::exp(-kR1 * YearsTo(t.observationDates[i]));
     EXPECT_NEAR(Priced(AutoCall(t).Inputs(Market(500))).mean, expected, 1e-12);
+}
+
+TEST(StructuredProducts, CashFlowsOfTheBondAreItsDiscountedCoupons) {
+    AutoCallTerms t = NoteTerms();
+    t.autocallLevels = {1e6};
+    t.couponBarrier = 0.0;
+    t.knockIn.barrier = 0.0;
+    t.coupons = {0.0, 0.01, 0.0, 0.02, 0.0, 0.03};
+    const auto flows = PresentValuesByDate(AutoCall(t).Inputs(Market(500)));
+    // Every observation may pay (its call); only the coupons and the final principal ever do.
+    ASSERT_EQ(flows.size(), t.observationDates.size());
+    for (std::size_t i = 0; i < flows.size(); ++i) {
+        const Date& date = t.observationDates[i];
+        EXPECT_EQ(flows[i].first, date);
+        EXPECT_NEAR(flows[i].second, (t.coupons[i] + (i + 1 == flows.size())) * std::exp(-kR1 * YearsTo(date)), 1e-12);
+    }
+}
+
+TEST(StructuredProducts, CashFlowsAddUpToThePrice) {
+    const XScriptInputs in = AutoCall(NoteTerms()).Inputs(Market(4000));
+    double total = 0.0;
+    for (const auto& [date, value] : PresentValuesByDate(in)) total += value;
+    EXPECT_NEAR(total, XScriptStructure(in).Price(), 1e-12);
 }
 
 TEST(StructuredProducts, SnowballKnockedOutOnTheFirstDatePaysItsFirstCoupon) {

@@ -182,3 +182,10 @@ def test_autocall_class_prices_path_for_path_like_the_hand_written_example():
                         autocall_levels=1.0, coupons=0.0075, coupon_barrier=1.0, memory=True, knock_in_barrier=0.7,
                         notional=1000000)
     assert note.PV() == pytest.approx(hand.PV(), rel=1e-12)
+
+
+def test_cash_flows_are_dated_and_add_up_to_the_price():
+    note = zep.AutoCall(MARKET, **note_terms())
+    flows = note.CashFlows()
+    assert [day for day, _ in flows] == monthly(6)
+    assert sum(value for _, value in flows) == pytest.approx(note.Price(), abs=1e-12)

@@ -1,8 +1,11 @@
 #include "MStructuredDerivativeProduct.hpp"
 
+#include <cstdio>
+
 #include <boost/make_shared.hpp>
 
 #include "lum-monte-carlo/ProductDefinition.hpp"
+#include "lum-monte-carlo/products/CashFlows.hpp"
 #include "lum-monte-carlo/products/ProductLoader.hpp"
 
 namespace zep::python {
@@ -36,6 +39,20 @@ std::string MStructuredDerivativeProduct::ProductType() const {
 std::string MStructuredDerivativeProduct::Script() const {
     Object("zep::MStructuredDerivativeProduct::Script");
     return m_script;
+}
+
+std::map<std::string, double> MStructuredDerivativeProduct::CashFlowValues() const {
+    return Guarded("MStructuredDerivativeProduct::CashFlowValues", [&] {
+        std::map<std::string, double> flows;
+        for (const auto& [date, value] :
+             PresentValuesByDate(Object("zep::MStructuredDerivativeProduct::CashFlowValues").Inputs())) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%04d-%02d-%02d", static_cast<int>(date.Year()), static_cast<int>(date.Month()),
+                          static_cast<int>(date.DayOfMonth()));
+            flows[text] = value;
+        }
+        return flows;
+    });
 }
 
 std::string CheckedMarketJson(const std::string& text) {

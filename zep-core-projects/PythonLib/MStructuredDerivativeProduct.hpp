@@ -3,6 +3,7 @@
 // and writes the report as MXScriptStructure does, and shows the script its terms generated.
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "MXScriptStructure.hpp"
@@ -21,6 +22,8 @@ public:
     std::string ProductType() const;
     // The generated payoff script with one comment per event date.
     std::string Script() const;
+    // The present value paid on each paying event date, by "YYYY-MM-DD"; they add up to Price.
+    std::map<std::string, double> CashFlowValues() const;
 
 private:
     MStructuredDerivativeProduct(boost::shared_ptr<XScriptStructure> product, std::string type, std::string script);

@@ -23,6 +23,12 @@ schema, as JSON text (zep.load_market reads it into a dict).";
 
 %extend zep::python::MStructuredDerivativeProduct {
     %pythoncode %{
+        def CashFlows(self) -> "list[tuple[datetime.date, float]]":
+            """(payment date, present value) of every paying event date, in date order; the values
+            add up to Price. Re-prices the product once on the same paths."""
+            import datetime
+            return [(datetime.date.fromisoformat(day), value) for day, value in sorted(self.CashFlowValues().items())]
+
         def Greeks(self) -> "dict[str, float]":
             """The basic Greeks by name (as BasicGreeks)."""
             return self.BasicGreeks()
