@@ -33,11 +33,11 @@ AutoCall::AutoCall(AutoCallTerms terms) : m_terms(std::move(terms)) {
     CheckPositive(kType, "put_strike", t.putStrike);
     const double lowestCall = *std::min_element(t.autocallLevels.begin(), t.autocallLevels.end());
     if (t.couponBarrier > lowestCall)
-        BadTerm(kType, "coupon_barrier", "(" + Num(t.couponBarrier) + ") must not be above an autocall level (" + Num(lowestCall) + ")");
+        BadTerm(kType, "coupon_barrier", InParentheses(Num(t.couponBarrier)) + " must not be above an autocall level (" + Num(lowestCall) + ")");
     if (t.knockIn.barrier >= lowestCall)
-        BadTerm(kType, "knock_in_barrier", "(" + Num(t.knockIn.barrier) + ") must be below every autocall level (" + Num(lowestCall) + ")");
+        BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must be below every autocall level (" + Num(lowestCall) + ")");
     if (t.couponBarrier > 0.0 && t.knockIn.barrier > t.couponBarrier)
-        BadTerm(kType, "knock_in_barrier", "(" + Num(t.knockIn.barrier) + ") must not be above the coupon barrier (" + Num(t.couponBarrier) + ")");
+        BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must not be above the coupon barrier (" + Num(t.couponBarrier) + ")");
 }
 
 std::string AutoCall::Observation(std::size_t i) const {

@@ -23,7 +23,7 @@ Snowball::Snowball(SnowballTerms terms) : m_terms(std::move(terms)) {
     t.knockIn.Check(kType);
     const double lowestKnockOut = *std::min_element(t.knockOutLevels.begin(), t.knockOutLevels.end());
     if (t.knockIn.Active() && t.knockIn.barrier >= lowestKnockOut)
-        BadTerm(kType, "knock_in_barrier", "(" + Num(t.knockIn.barrier) + ") must be below every knock-out level (" + Num(lowestKnockOut) + ")");
+        BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must be below every knock-out level (" + Num(lowestKnockOut) + ")");
 }
 
 double Snowball::Redemption(const Date& date) const {

@@ -13,6 +13,8 @@ std::string IndexedPath(const std::string& field, std::size_t index) {
     return field + "[" + std::to_string(index) + "]";
 }
 
+std::string InParentheses(const std::string& value) { return std::string(1, '(').append(value).append(1, ')'); }
+
 std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events) {
     std::stable_sort(events.begin(), events.end(), [](const ProductEvent& a, const ProductEvent& b) { return a.date < b.date; });
     return events;

@@ -18,7 +18,7 @@ TargetRedemptionForward::TargetRedemptionForward(TargetRedemptionForwardTerms te
     CheckPositive(kType, "strike", t.strike);
     if (t.pivot == 0.0) t.pivot = t.strike;
     CheckPositive(kType, "pivot", t.pivot);
-    if (t.pivot > t.strike) BadTerm(kType, "pivot", "(" + Num(t.pivot) + ") must not be above the strike (" + Num(t.strike) + ")");
+    if (t.pivot > t.strike) BadTerm(kType, "pivot", InParentheses(Num(t.pivot)) + " must not be above the strike (" + Num(t.strike) + ")");
     CheckPositive(kType, "leverage", t.leverage);
     CheckChoice(kType, "last_gain", t.lastGain, {"full", "partial", "none"});
     const bool byAmount = t.targetAmount != 0.0;
@@ -29,7 +29,7 @@ TargetRedemptionForward::TargetRedemptionForward(TargetRedemptionForwardTerms te
         return;
     }
     if (t.targetCount < 1 || static_cast<std::size_t>(t.targetCount) > t.fixingDates.size())
-        BadTerm(kType, "target_count", "(" + std::to_string(t.targetCount) + ") is never reached: it must be from 1 to the " +
+        BadTerm(kType, "target_count", InParentheses(std::to_string(t.targetCount)) + " is never reached: it must be from 1 to the " +
                                            std::to_string(t.fixingDates.size()) + " fixings");
     if (t.lastGain == "partial") BadTerm(kType, "last_gain", "'partial' needs a target by amount ('target_amount')");
 }

@@ -20,7 +20,7 @@ void CheckSchedule(const std::string& type, const std::string& field, const std:
     if (dates.empty()) BadTerm(type, field, "must hold at least one date");
     for (std::size_t i = 0; i < dates.size(); ++i) {
         if (after && !(dates[i] > *after))
-            BadTerm(type, IndexedPath(field, i), "(" + dates[i].ToString() + ") must be after " + after->ToString());
+            BadTerm(type, IndexedPath(field, i), InParentheses(dates[i].ToString()) + " must be after " + after->ToString());
         after = dates[i];
     }
 }

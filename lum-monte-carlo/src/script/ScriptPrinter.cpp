@@ -51,8 +51,8 @@ public:
     void Visit(const NodeMult& node) override { Binary(node, " * ", kProduct); }
     void Visit(const NodeDiv& node) override { Binary(node, " / ", kProduct); }
     void Visit(const NodePow& node) override { Binary(node, "^", kPower); }
-    void Visit(const NodeUplus& node) override { Set("+" + Operand(*node.arguments[0], kUnary), kUnary); }
-    void Visit(const NodeUminus& node) override { Set("-" + Operand(*node.arguments[0], kUnary), kUnary); }
+    void Visit(const NodeUplus& node) override { Set(std::string(1, '+').append(Operand(*node.arguments[0], kUnary)), kUnary); }
+    void Visit(const NodeUminus& node) override { Set(std::string(1, '-').append(Operand(*node.arguments[0], kUnary)), kUnary); }
     void Visit(const NodeConst& node) override { Set(ScriptNumberText(node.value), kAtom); }
     void Visit(const NodeVar& node) override { Set(node.name, kAtom); }
     void Visit(const NodeSpot&) override { Set("SPOT()", kAtom); }

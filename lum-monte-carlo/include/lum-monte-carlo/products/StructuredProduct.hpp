@@ -42,6 +42,8 @@ protected:
 // The message of a term that fails its check: "<Type>: field '<path>' <problem>".
 [[noreturn]] void BadTerm(const std::string& type, const std::string& path, const std::string& problem);
 std::string IndexedPath(const std::string& field, std::size_t index);
+// "(value)", the offending value quoted in a message.
+std::string InParentheses(const std::string& value);
 // Sorted by date; events of one date keep their order.
 std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events);
 
