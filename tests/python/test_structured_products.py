@@ -189,3 +189,26 @@ def test_cash_flows_are_dated_and_add_up_to_the_price():
     flows = note.CashFlows()
     assert [day for day, _ in flows] == monthly(6)
     assert sum(value for _, value in flows) == pytest.approx(note.Price(), abs=1e-12)
+
+
+def black_scholes_put_and_digital(strike, t):
+    """Black-Scholes put and cash-or-nothing digital put (pays 1 below the strike), discounted."""
+    sd = VOL * math.sqrt(t)
+    d1 = (math.log(SPOT / strike) + (R1 - R2 + VOL * VOL / 2) * t) / sd
+    n = lambda x: 0.5 * math.erfc(-x / math.sqrt(2))  # noqa: E731
+    digital = math.exp(-R1 * t) * n(-(d1 - sd))
+    return strike * digital - SPOT * math.exp(-R2 * t) * n(-d1), digital
+
+
+def test_leverage_below_the_pivot_adds_puts_and_digitals():
+    # Below the pivot P the fixing settles L (S - K): the forward plus (L - 1) (S - K) 1{S < P},
+    # that is (L - 1) times a short put struck at P and (P - K) digital puts.
+    dates, strike, pivot, leverage = monthly(12), 101.0, 95.0, 2.5
+    tarf = zep.TargetRedemptionForward(MARKET, trade_date=TODAY, fixing_dates=dates, strike=strike, pivot=pivot,
+                                       leverage=leverage, target_amount=1e9)
+    expected = 0.0
+    for d in dates:
+        put, digital = black_scholes_put_and_digital(pivot, years(d))
+        forward = math.exp(-R1 * years(d)) * (SPOT * math.exp((R1 - R2) * years(d)) - strike)
+        expected += forward + (leverage - 1) * (-put + (pivot - strike) * digital)
+    assert tarf.Price() == pytest.approx(expected, abs=4 * tarf.PriceStandardError())

@@ -50,38 +50,39 @@ def _book(product_type, market, terms):
                                                          _market_text(market))
 
 
-def AutoCall(market, **terms):
+def AutoCall(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """An autocallable note: initial_level, strike_date, observation_dates, autocall_levels,
     coupons (one value or one per date), coupon_barrier, memory, knock_in_barrier,
     knock_in_monitoring ('continuous' or 'discrete'), put_strike, underlyings, notional."""
     return _book("AutoCall", market, terms)
 
 
-def Snowball(market, **terms):
+def Snowball(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """A snowball note: initial_level, strike_date, observation_dates, knock_out_levels,
     coupon_rate (a year), knock_in_barrier, knock_in_monitoring, notional."""
     return _book("Snowball", market, terms)
 
 
-def TargetRedemptionForward(market, **terms):
+def TargetRedemptionForward(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """An FX target redemption forward: trade_date, fixing_dates, strike, pivot, leverage,
     target_amount or target_count, last_gain ('full', 'partial' or 'none'), notional."""
     return _book("TargetRedemptionForward", market, terms)
 
 
-def AsianPayoff(market, **terms):
+def AsianPayoff(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """An Asian option: fixing_dates, past_fixings ({date: level}), average ('arithmetic' or
     'geometric'), averaged ('price' or 'strike'), option_type ('call' or 'put'), strike, notional."""
     return _book("AsianPayoff", market, terms)
 
 
-def load_market(path):
+def load_market(path: "str") -> "dict[str, Any]":
     """The market file at `path` (JSON or YAML), checked against the Market schema, as a dict."""
     with open(path, encoding="utf-8") as file:
         return _json.loads(_zeplib.CheckedMarketJson(file.read()))
 
 
-def load_product(path, market=None):
+def load_product(path: "str", market: "dict[str, Any] | str | None" = None
+                 ) -> "MStructuredDerivativeProduct":
     """The product definition at `path` (JSON or YAML), booked in `market` (a dict or the path of
     a market file); a scripted definition may carry its own market."""
     with open(path, encoding="utf-8") as file:
