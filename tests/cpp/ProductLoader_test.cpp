@@ -62,6 +62,11 @@ TEST(ProductLoader, ScheduleGivesTheRolledDates) {
     EXPECT_EQ(FailureOf(terms + "{start: 2024-03-30, end: 2024-07-30, tenor: 1Q}\n"),
               "AsianPayoff: field 'fixing_dates' is not a valid schedule: Last character of a period string must be one of {d, w, m, y}");
     EXPECT_EQ(FailureOf(terms + "{start: 2024-03-30, tenor: 1M}\n"), "AsianPayoff: field 'fixing_dates.end' is missing");
+    EXPECT_EQ(FailureOf(terms + "{start: 2024-03-30, end: 2024-07-30, tenor: 9999Y}\n"),
+              "AsianPayoff: field 'fixing_dates' is not a valid schedule: Year out of bounds after increasing date");
+    // Saturday 6 and Sunday 7 April roll onto Monday 8 April, observed once.
+    EXPECT_EQ(BookProductFromText(terms + "{start: 2024-04-04, end: 2024-04-09, tenor: 1D, roll: Following}\n", kMarket).Script(),
+              BookProductFromText(terms + "[2024-04-05, 2024-04-08, 2024-04-09]\n", kMarket).Script());
 }
 
 TEST(ProductLoader, ScriptedDefinitionKeepsWorking) {

@@ -70,10 +70,15 @@ public:
             rules.tenor = Period(node["tenor"].get<std::string>());
             const Schedule schedule(DateOf(node["start"], key + ".start"), DateOf(node["end"], key + ".end"), rules,
                                     Calendar::Shared());
+            // Two period ends can roll onto the same business day: it is observed once.
             for (const SchedulePeriod& period : schedule.Periods())
-                dates.push_back(period.accrualEnd);
+                if (dates.empty() || dates.back() != period.accrualEnd) dates.push_back(period.accrualEnd);
+        } catch (const std::invalid_argument&) {
+            throw;  // a date of the schedule, already named
         } catch (const Error& e) {
             BadTerm(m_type, key, "is not a valid schedule: " + e.Message());
+        } catch (const char* text) {
+            BadTerm(m_type, key, std::string("is not a valid schedule: ") + text);
         }
         return dates;
     }
