@@ -212,3 +212,11 @@ def test_leverage_below_the_pivot_adds_puts_and_digitals():
         forward = math.exp(-R1 * years(d)) * (SPOT * math.exp((R1 - R2) * years(d)) - strike)
         expected += forward + (leverage - 1) * (-put + (pivot - strike) * digital)
     assert tarf.Price() == pytest.approx(expected, abs=4 * tarf.PriceStandardError())
+
+
+def test_report_draws_the_product_levels():
+    note = zep.AutoCall(MARKET, **note_terms())
+    assert note.ReportLevels() == {"Autocall (first)": 100.0, "Autocall (last)": pytest.approx(92.0),
+                                   "Coupon barrier": 80.0, "Knock-in": 60.0}
+    tarf = zep.TargetRedemptionForward(MARKET, trade_date=TODAY, fixing_dates=monthly(2), strike=101.0, target_count=1)
+    assert tarf.ReportLevels() == {"Strike": 101.0, "Pivot": 101.0}

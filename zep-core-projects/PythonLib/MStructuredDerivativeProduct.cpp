@@ -12,14 +12,15 @@ namespace zep::python {
 
 
 MStructuredDerivativeProduct::MStructuredDerivativeProduct(boost::shared_ptr<XScriptStructure> product, std::string type,
-                                                           std::string script)
-    : MXScriptStructure(std::move(product)), m_type(std::move(type)), m_script(std::move(script)) {}
+                                                           std::string script, std::map<std::string, double> levels)
+    : MXScriptStructure(std::move(product)), m_type(std::move(type)), m_script(std::move(script)), m_levels(std::move(levels)) {}
 
 MStructuredDerivativeProduct MStructuredDerivativeProduct::FromText(const std::string& definition, const std::string& market) {
     return Guarded("MStructuredDerivativeProduct::FromText", [&] {
         BookedProduct booked = BookProductFromText(definition, market);
         return MStructuredDerivativeProduct(boost::make_shared<XScriptStructure>(booked.inputs),
-                                            booked.product ? booked.product->TypeName() : "Scripted", booked.Script());
+                                            booked.product ? booked.product->TypeName() : "Scripted", booked.Script(),
+                                            booked.product ? booked.product->Levels() : std::map<std::string, double>{});
     });
 }
 
@@ -53,6 +54,11 @@ std::map<std::string, double> MStructuredDerivativeProduct::CashFlowValues() con
         }
         return flows;
     });
+}
+
+std::map<std::string, double> MStructuredDerivativeProduct::ReportLevels() const {
+    Object("zep::MStructuredDerivativeProduct::ReportLevels");
+    return m_levels;
 }
 
 std::string CheckedMarketJson(const std::string& text) {

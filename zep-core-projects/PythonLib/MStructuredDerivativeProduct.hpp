@@ -24,12 +24,16 @@ public:
     std::string Script() const;
     // The present value paid on each paying event date, by "YYYY-MM-DD"; they add up to Price.
     std::map<std::string, double> CashFlowValues() const;
+    // The levels its report draws beside the paths by default: barriers and strikes.
+    std::map<std::string, double> ReportLevels() const;
 
 private:
-    MStructuredDerivativeProduct(boost::shared_ptr<XScriptStructure> product, std::string type, std::string script);
+    MStructuredDerivativeProduct(boost::shared_ptr<XScriptStructure> product, std::string type, std::string script,
+                                 std::map<std::string, double> levels);
 
     std::string m_type;
     std::string m_script;
+    std::map<std::string, double> m_levels;
 };
 
 // A market file's text (JSON or YAML) checked against the Market schema, as JSON text.

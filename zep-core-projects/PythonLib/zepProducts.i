@@ -36,7 +36,10 @@ schema, as JSON text (zep.load_market reads it into a dict).";
         def WriteReport(self, directory: "str", reportName: "str", levels: "dict[str, float] | None" = None,
                         greeks: "dict[str, float] | None" = None) -> "str":
             """Prices the product and writes its Markdown report to <directory>/<reportName>_xscript.md,
-            with the generated, commented script at its end; returns the path."""
+            with the generated, commented script at its end; returns the path. levels: {name: value}
+            drawn beside the paths, the product's barriers and strikes (ReportLevels) when not given."""
+            if levels is None:
+                levels = self.ReportLevels()
             path = MXScriptStructure.WriteReport(self, directory, reportName, levels, greeks)
             with open(path, "a", encoding="utf-8") as report:
                 report.write("\n## Generated payoff script (" + self.ProductType() + ")\n\n```\n" + self.Script() + "```\n")

@@ -53,6 +53,11 @@ std::string AsianPayoff::Payoff() const {
         .Text();
 }
 
+std::map<std::string, double> AsianPayoff::Levels() const {
+    if (m_terms.averaged == "strike") return {};
+    return {{"Strike", m_terms.strike}};
+}
+
 std::vector<ProductEvent> AsianPayoff::Events() const {
     const AsianPayoffTerms& t = m_terms;
     const bool geometric = t.average == "geometric";

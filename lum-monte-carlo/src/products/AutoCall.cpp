@@ -68,6 +68,15 @@ std::string AutoCall::Observation(std::size_t i) const {
     return s.Line("ALIVE = 0").Text();
 }
 
+std::map<std::string, double> AutoCall::Levels() const {
+    const AutoCallTerms& t = m_terms;
+    std::map<std::string, double> levels{{"Autocall (first)", t.autocallLevels.front() * t.initialLevel},
+                                         {"Autocall (last)", t.autocallLevels.back() * t.initialLevel}};
+    if (t.couponBarrier > 0.0) levels["Coupon barrier"] = t.couponBarrier * t.initialLevel;
+    if (t.knockIn.Active()) levels["Knock-in"] = t.knockIn.barrier * t.initialLevel;
+    return levels;
+}
+
 std::vector<ProductEvent> AutoCall::Events() const {
     const AutoCallTerms& t = m_terms;
     std::vector<ProductEvent> events{

@@ -30,6 +30,14 @@ double Snowball::Redemption(const Date& date) const {
     return 1.0 + m_terms.couponRate * (date.SerialNumber() - m_terms.strikeDate.SerialNumber()) / 365.0;
 }
 
+std::map<std::string, double> Snowball::Levels() const {
+    const SnowballTerms& t = m_terms;
+    std::map<std::string, double> levels{{"Knock-out (first)", t.knockOutLevels.front() * t.initialLevel},
+                                         {"Knock-out (last)", t.knockOutLevels.back() * t.initialLevel}};
+    if (t.knockIn.Active()) levels["Knock-in"] = t.knockIn.barrier * t.initialLevel;
+    return levels;
+}
+
 std::vector<ProductEvent> Snowball::Events() const {
     const SnowballTerms& t = m_terms;
     std::vector<ProductEvent> events{

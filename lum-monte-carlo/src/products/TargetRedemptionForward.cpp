@@ -50,6 +50,10 @@ std::string TargetRedemptionForward::Fixing() const {
     return s.Line("ALIVE = 0").Else().Line("PAYOFF PAYS ALIVE * AMOUNT").EndIf().Text();
 }
 
+std::map<std::string, double> TargetRedemptionForward::Levels() const {
+    return {{"Strike", m_terms.strike}, {"Pivot", m_terms.pivot}};
+}
+
 std::vector<ProductEvent> TargetRedemptionForward::Events() const {
     const TargetRedemptionForwardTerms& t = m_terms;
     const std::string target = t.targetAmount > 0.0 ? "gains reach " + Num(t.targetAmount) : std::to_string(t.targetCount) + " gaining fixings";

@@ -27,6 +27,7 @@ public:
     explicit AsianPayoff(AsianPayoffTerms terms);
     std::string TypeName() const override { return "AsianPayoff"; }
     std::vector<ProductEvent> Events() const override;
+    std::map<std::string, double> Levels() const override;
     const AsianPayoffTerms& Terms() const { return m_terms; }
 
 protected:

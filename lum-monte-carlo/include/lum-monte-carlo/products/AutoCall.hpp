@@ -34,6 +34,7 @@ public:
     explicit AutoCall(AutoCallTerms terms);
     std::string TypeName() const override { return "AutoCall"; }
     std::vector<ProductEvent> Events() const override;
+    std::map<std::string, double> Levels() const override;
     const AutoCallTerms& Terms() const { return m_terms; }
 
 private:

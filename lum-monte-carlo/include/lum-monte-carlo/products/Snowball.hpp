@@ -27,6 +27,7 @@ public:
     explicit Snowball(SnowballTerms terms);
     std::string TypeName() const override { return "Snowball"; }
     std::vector<ProductEvent> Events() const override;
+    std::map<std::string, double> Levels() const override;
     const SnowballTerms& Terms() const { return m_terms; }
     // 1 plus the coupon accrued from the strike date to `date`.
     double Redemption(const Date& date) const;

@@ -4,6 +4,7 @@
 // the mean of PAYOFF.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ public:
     virtual std::string TypeName() const = 0;
     // In date order; several events on one date run in the order listed.
     virtual std::vector<ProductEvent> Events() const = 0;
+    // The levels a reader wants beside the simulated paths (barriers, strikes), in spot units.
+    virtual std::map<std::string, double> Levels() const = 0;
 
     // The whole script as a reader sees it: each date's comment as a "#" line, then its code.
     std::string Script() const;

@@ -30,6 +30,7 @@ public:
     TargetRedemptionForward(TargetRedemptionForwardTerms terms, const Date& start);
     std::string TypeName() const override { return "TargetRedemptionForward"; }
     std::vector<ProductEvent> Events() const override;
+    std::map<std::string, double> Levels() const override;
     const TargetRedemptionForwardTerms& Terms() const { return m_terms; }
 
 private:
