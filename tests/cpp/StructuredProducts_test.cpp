@@ -57,6 +57,15 @@ Estimate Priced(const XScriptInputs& in) {
     return {product.Price(), product.PriceStandardError()};
 }
 
+std::string FailureOf(const std::function<void()>& build) {
+    try {
+        build();
+    } catch (const std::exception& e) {
+        return e.what();
+    }
+    return "";
+}
+
 std::vector<Date> Monthly(std::size_t count, const Date& from = kToday) {
     std::vector<Date> dates;
     for (std::size_t i = 1; i <= count; ++i) dates.push_back(from.Advance(static_cast<std::int32_t>(i), Months));
@@ -164,6 +173,39 @@ TEST(StructuredProducts, CashFlowsAddUpToThePrice) {
     EXPECT_NEAR(total, XScriptStructure(in).Price(), 1e-12);
 }
 
+// Valued after two observations, the bond keeps the coupons still to come, discounted from then;
+// a note already knocked in at a performance that cannot move (no volatility) repays it.
+TEST(StructuredProducts, StartedNoteKeepsItsRemainingFlowsAndState) {
+    AutoCallTerms t = NoteTerms();
+    t.autocallLevels = {1e6};
+    t.couponBarrier = 0.0;
+    t.memory = false;
+    t.knockIn.barrier = 0.0;
+    t.coupons = {0.01};
+    XScriptInputs market = Market(500);
+    market.today = t.observationDates[1] + 3;
+    double expected = std::exp(-kR1 * (t.observationDates.back().SerialNumber() - market.today.SerialNumber()) / 365.0);
+    for (std::size_t i = 2; i < t.observationDates.size(); ++i)
+        expected += 0.01 * std::exp(-kR1 * (t.observationDates[i].SerialNumber() - market.today.SerialNumber()) / 365.0);
+    const AutoCall note(t);
+    EXPECT_NEAR(Priced(note.Inputs(market)).mean, expected, 1e-12);
+    EXPECT_NE(note.Script(market.today).find("the note's state at the valuation date"), std::string::npos);
+    EXPECT_EQ(note.EventsFrom(market.today).size(), 4u);
+
+    AutoCallTerms knocked = NoteTerms();
+    knocked.knockedIn = true;
+    knocked.coupons = {0.0};
+    knocked.couponBarrier = 0.0;
+    knocked.memory = false;
+    market.volatility = 1e-9;
+    market.spot = 80.0;
+    market.rate1 = market.rate2 = 0.0;
+    EXPECT_NEAR(Priced(AutoCall(knocked).Inputs(market)).mean, 0.8, 1e-6);
+    market.today = t.observationDates.back() + 1;
+    EXPECT_EQ(FailureOf([&] { AutoCall(knocked).Inputs(market); }),
+              "AutoCall: every date is before the valuation date 03/07/2024: the product has matured");
+}
+
 TEST(StructuredProducts, SnowballKnockedOutOnTheFirstDatePaysItsFirstCoupon) {
     const Snowball note({kSpot, kToday, Monthly(12), {0.0}, 0.12, {}});
     const Date first = note.Terms().observationDates.front();
@@ -235,15 +277,6 @@ TEST(StructuredProducts, AutoCallPricesLikeItsHandWrittenScript) {
     }
     hand.priceVariable = "V";
     EXPECT_DOUBLE_EQ(Priced(note.Inputs(Market())).mean, Priced(hand).mean);
-}
-
-std::string FailureOf(const std::function<void()>& build) {
-    try {
-        build();
-    } catch (const std::exception& e) {
-        return e.what();
-    }
-    return "";
 }
 
 TEST(StructuredProducts, InconsistentTermsNameTheirField) {

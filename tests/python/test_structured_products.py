@@ -120,6 +120,10 @@ def test_snowball_knocked_out_on_its_first_date_pays_its_first_coupon():
     (lambda: zep.AsianPayoff(MARKET, fixing_dates=monthly(3), strike=100.0, past_fixings={monthly(3)[0]: 99.0}),
      "AsianPayoff: field 'past_fixings.02/02/2024' is after the valuation date 02/01/2024"),
     (lambda: zep.AutoCall(MARKET | {"model": {}}, **note_terms()), "Market: field 'model.type' is missing"),
+    (lambda: zep.AutoCall(MARKET, **note_terms(memory=False, missed_coupons=0.02)),
+     "AutoCall: field 'missed_coupons' needs coupons with memory"),
+    (lambda: zep.AutoCall(MARKET | {"valuation_date": "2024-12-02"}, **note_terms()),
+     "AutoCall: every date is before the valuation date 02/12/2024: the product has matured"),
 ])
 def test_bad_terms_raise_with_the_field_path(build, message):
     with pytest.raises(RuntimeError, match="MStructuredDerivativeProduct::FromText failed") as error:
@@ -220,3 +224,15 @@ def test_report_draws_the_product_levels():
                                    "Coupon barrier": 80.0, "Knock-in": 60.0}
     tarf = zep.TargetRedemptionForward(MARKET, trade_date=TODAY, fixing_dates=monthly(2), strike=101.0, target_count=1)
     assert tarf.ReportLevels() == {"Strike": 101.0, "Pivot": 101.0}
+
+
+def test_note_valued_after_its_strike_starts_from_its_state():
+    # Knocked in, with two memory coupons owed, priced between the 2nd and 3rd observations at a
+    # spot the coupon barrier of 0.8 is met on: the next coupon pays the missed ones too.
+    seasoned = MARKET | {"valuation_date": "2024-03-10", "market": MARKET["market"] | {"spot": 85.0}}
+    note = zep.AutoCall(seasoned, **note_terms(knocked_in=True, missed_coupons=0.02))
+    script = note.Script()
+    assert "# 02/04/2024: the note's state at the valuation date, then observation 3 of 6" in script
+    assert "KI = 1\nMISSED = 0.02\n" in script
+    fresh = zep.AutoCall(seasoned, **note_terms(knocked_in=True))
+    assert note.Price() > fresh.Price()

@@ -30,7 +30,7 @@ AsianPayoff::AsianPayoff(AsianPayoffTerms terms) : m_terms(std::move(terms)) {
         BadTerm(kType, "past_fixings", "fixes every date: the payoff is known, there is nothing to simulate");
 }
 
-void AsianPayoff::CheckValuationDate(const Date& today, const std::vector<ProductEvent>&) const {
+std::vector<ProductEvent> AsianPayoff::EventsFrom(const Date& today) const {
     for (const auto& [date, level] : m_terms.pastFixings)
         if (date > today)
             BadTerm(kType, "past_fixings." + date.ToString(), "is after the valuation date " + today.ToString());
@@ -38,6 +38,7 @@ void AsianPayoff::CheckValuationDate(const Date& today, const std::vector<Produc
         if (date < today && !m_terms.pastFixings.contains(date))
             BadTerm(kType, "past_fixings", "has no level for the fixing of " + date.ToString() + ", before the valuation date " +
                                                today.ToString());
+    return Events();
 }
 
 std::string AsianPayoff::Payoff() const {

@@ -31,6 +31,10 @@ AutoCall::AutoCall(AutoCallTerms terms) : m_terms(std::move(terms)) {
     CheckNonNegative(kType, "coupon_barrier", t.couponBarrier);
     t.knockIn.Check(kType);
     CheckPositive(kType, "put_strike", t.putStrike);
+    CheckNonNegative(kType, "missed_coupons", t.missedCoupons);
+    if (t.missedCoupons > 0.0 && !(t.memory && t.couponBarrier > 0.0))
+        BadTerm(kType, "missed_coupons", "needs coupons with memory ('memory' and a 'coupon_barrier')");
+    if (t.knockedIn && !t.knockIn.Active()) BadTerm(kType, "knocked_in", "needs a 'knock_in_barrier'");
     const double lowestCall = *std::min_element(t.autocallLevels.begin(), t.autocallLevels.end());
     if (t.couponBarrier > lowestCall)
         BadTerm(kType, "coupon_barrier", InParentheses(Num(t.couponBarrier)) + " must not be above an autocall level (" + Num(lowestCall) + ")");
@@ -38,6 +42,14 @@ AutoCall::AutoCall(AutoCallTerms terms) : m_terms(std::move(terms)) {
         BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must be below every autocall level (" + Num(lowestCall) + ")");
     if (t.couponBarrier > 0.0 && t.knockIn.barrier > t.couponBarrier)
         BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must not be above the coupon barrier (" + Num(t.couponBarrier) + ")");
+}
+
+std::string AutoCall::Start() const {
+    ScriptLines s;
+    s.Line("S0 = " + Num(m_terms.initialLevel)).Line("ALIVE = 1");
+    if (m_terms.knockedIn) s.Line("KI = 1");
+    if (m_terms.missedCoupons > 0.0) s.Line("MISSED = " + Num(m_terms.missedCoupons));
+    return s.Text();
 }
 
 std::string AutoCall::Observation(std::size_t i) const {
@@ -80,7 +92,7 @@ std::map<std::string, double> AutoCall::Levels() const {
 std::vector<ProductEvent> AutoCall::Events() const {
     const AutoCallTerms& t = m_terms;
     std::vector<ProductEvent> events{
-        {t.strikeDate, "strike: the note starts alive", ScriptLines().Line("S0 = " + Num(t.initialLevel)).Line("ALIVE = 1").Text()}};
+        {t.strikeDate, "strike: the note starts alive", Start()}};
     for (ProductEvent& check : t.knockIn.DailyChecks(t.strikeDate, t.observationDates.back())) events.push_back(std::move(check));
     const std::size_t n = t.observationDates.size();
     for (std::size_t i = 0; i < n; ++i) {

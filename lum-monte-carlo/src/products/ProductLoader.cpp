@@ -104,12 +104,13 @@ std::shared_ptr<const StructuredProduct> Built(const std::string& type, const Te
     if (type == "AutoCall") {
         AutoCallTerms terms{t.Number("initial_level"), t.DateField("strike_date"), t.Dates("observation_dates"),
                             t.Levels("autocall_levels"), t.Levels("coupons"), t.Number("coupon_barrier"), t.Flag("memory"),
-                            t.KnockInTerms(), t.Number("put_strike", 1.0), t.Count("underlyings", 1)};
+                            t.KnockInTerms(), t.Number("put_strike", 1.0), t.Count("underlyings", 1),
+                            t.Flag("knocked_in"), t.Number("missed_coupons")};
         return std::make_shared<AutoCall>(std::move(terms));
     }
     if (type == "Snowball") {
         SnowballTerms terms{t.Number("initial_level"), t.DateField("strike_date"), t.Dates("observation_dates"),
-                            t.Levels("knock_out_levels"), t.Number("coupon_rate"), t.KnockInTerms()};
+                            t.Levels("knock_out_levels"), t.Number("coupon_rate"), t.KnockInTerms(), t.Flag("knocked_in")};
         return std::make_shared<Snowball>(std::move(terms));
     }
     if (type == "TargetRedemptionForward") {
@@ -141,7 +142,7 @@ std::string TypeOf(const Json& definition) {
 }  // namespace
 
 std::string BookedProduct::Script() const {
-    if (product) return product->Script();
+    if (product) return product->Script(inputs.today);
     std::string text = "# Scripted\n";
     for (std::size_t i = 0; i < inputs.eventDates.size(); ++i)
         text += "\n# " + inputs.eventDates[i].ToString() + "\n" + inputs.eventScripts[i];

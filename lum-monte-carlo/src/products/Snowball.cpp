@@ -21,6 +21,7 @@ Snowball::Snowball(SnowballTerms terms) : m_terms(std::move(terms)) {
     for (std::size_t i = 0; i < t.knockOutLevels.size(); ++i) CheckNonNegative(kType, IndexedPath("knock_out_levels", i), t.knockOutLevels[i]);
     CheckNonNegative(kType, "coupon_rate", t.couponRate);
     t.knockIn.Check(kType);
+    if (t.knockedIn && !t.knockIn.Active()) BadTerm(kType, "knocked_in", "needs a 'knock_in_barrier'");
     const double lowestKnockOut = *std::min_element(t.knockOutLevels.begin(), t.knockOutLevels.end());
     if (t.knockIn.Active() && t.knockIn.barrier >= lowestKnockOut)
         BadTerm(kType, "knock_in_barrier", InParentheses(Num(t.knockIn.barrier)) + " must be below every knock-out level (" + Num(lowestKnockOut) + ")");
@@ -41,7 +42,8 @@ std::map<std::string, double> Snowball::Levels() const {
 std::vector<ProductEvent> Snowball::Events() const {
     const SnowballTerms& t = m_terms;
     std::vector<ProductEvent> events{
-        {t.strikeDate, "strike: the note starts alive", ScriptLines().Line("S0 = " + Num(t.initialLevel)).Line("ALIVE = 1").Text()}};
+        {t.strikeDate, "strike: the note starts alive",
+         ScriptLines().Line("S0 = " + Num(t.initialLevel)).Line("ALIVE = 1").Text() + (t.knockedIn ? "KI = 1\n" : "")}};
     for (ProductEvent& check : t.knockIn.DailyChecks(t.strikeDate, t.observationDates.back())) events.push_back(std::move(check));
     const std::size_t n = t.observationDates.size();
     for (std::size_t i = 0; i < n; ++i) {

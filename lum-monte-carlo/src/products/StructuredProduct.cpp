@@ -20,10 +20,11 @@ std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events) {
     return events;
 }
 
-std::string StructuredProduct::Script() const {
-    // A run of dates with the same script (the daily checks of a barrier) is listed once.
-    const std::vector<ProductEvent> events = Events();
-    std::string text = "# " + TypeName() + "\n";
+namespace {
+
+// A run of dates with the same script (the daily checks of a barrier) is listed once.
+std::string Listing(const std::string& type, const std::vector<ProductEvent>& events) {
+    std::string text = "# " + type + "\n";
     for (std::size_t first = 0, last = 0; first < events.size(); first = last + 1) {
         last = first;
         while (last + 1 < events.size() && events[last + 1].code == events[first].code &&
@@ -37,16 +38,34 @@ std::string StructuredProduct::Script() const {
     return text;
 }
 
-void StructuredProduct::CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const {
+}  // namespace
+
+std::string StructuredProduct::Script() const { return Listing(TypeName(), Events()); }
+
+std::string StructuredProduct::Script(const Date& today) const { return Listing(TypeName(), EventsFrom(today)); }
+
+std::vector<ProductEvent> StartedOn(std::vector<ProductEvent> events, const Date& today, const std::string& type) {
+    if (events.front().date >= today) return events;
+    const auto next = std::find_if(events.begin(), events.end(), [&](const ProductEvent& e) { return e.date >= today; });
+    if (next == events.end())
+        throw std::invalid_argument(type + ": every date is before the valuation date " + today.ToString() + ": the product has matured");
+    next->comment = "the note's state at the valuation date, then " + next->comment;
+    next->code = events.front().code + next->code;
+    events.erase(events.begin(), next);
+    return events;
+}
+
+std::vector<ProductEvent> StructuredProduct::EventsFrom(const Date& today) const {
+    std::vector<ProductEvent> events = Events();
     for (const ProductEvent& event : events)
         if (event.date < today)
             throw std::invalid_argument(TypeName() + ": the event of " + event.date.ToString() +
                                         " is before the valuation date " + today.ToString());
+    return events;
 }
 
 XScriptInputs StructuredProduct::Inputs(XScriptInputs market) const {
-    const std::vector<ProductEvent> events = Events();
-    CheckValuationDate(market.today, events);
+    const std::vector<ProductEvent> events = EventsFrom(market.today);
     market.eventDates.clear();
     market.eventScripts.clear();
     for (const ProductEvent& event : events) {

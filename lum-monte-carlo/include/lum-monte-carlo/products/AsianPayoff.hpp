@@ -29,10 +29,8 @@ public:
     std::vector<ProductEvent> Events() const override;
     std::map<std::string, double> Levels() const override;
     const AsianPayoffTerms& Terms() const { return m_terms; }
-
-protected:
-    // Past fixings on or before the valuation date, every other fixing on or after it.
-    void CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const override;
+    // Checks that past fixings are on or before the valuation date, every other on or after it.
+    std::vector<ProductEvent> EventsFrom(const Date& today) const override;
 
 private:
     std::string Payoff() const;

@@ -27,6 +27,9 @@ struct AutoCallTerms {
     KnockIn knockIn;
     double putStrike = 1.0;              // fraction of S0
     int underlyings = 1;                 // a worst-of needs several
+    // The state of a note valued after its strike date.
+    bool knockedIn = false;
+    double missedCoupons = 0.0;          // memory coupons not paid yet
 };
 
 class AutoCall : public StructuredProduct {
@@ -35,9 +38,12 @@ public:
     std::string TypeName() const override { return "AutoCall"; }
     std::vector<ProductEvent> Events() const override;
     std::map<std::string, double> Levels() const override;
+    // Valued after the strike date, the note starts from its state then (StartedOn).
+    std::vector<ProductEvent> EventsFrom(const Date& today) const override { return StartedOn(Events(), today, TypeName()); }
     const AutoCallTerms& Terms() const { return m_terms; }
 
 private:
+    std::string Start() const;
     std::string Observation(std::size_t i) const;
 
     AutoCallTerms m_terms;

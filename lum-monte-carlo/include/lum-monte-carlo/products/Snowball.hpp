@@ -20,6 +20,7 @@ struct SnowballTerms {
     std::vector<double> knockOutLevels;  // fractions of S0, one for all or one per date
     double couponRate = 0.0;             // per year, accrued actual/365
     KnockIn knockIn;
+    bool knockedIn = false;  // already, for a note valued after its strike date
 };
 
 class Snowball : public StructuredProduct {
@@ -28,6 +29,8 @@ public:
     std::string TypeName() const override { return "Snowball"; }
     std::vector<ProductEvent> Events() const override;
     std::map<std::string, double> Levels() const override;
+    // Valued after the strike date, the note starts from its state then (StartedOn).
+    std::vector<ProductEvent> EventsFrom(const Date& today) const override { return StartedOn(Events(), today, TypeName()); }
     const SnowballTerms& Terms() const { return m_terms; }
     // 1 plus the coupon accrued from the strike date to `date`.
     double Redemption(const Date& date) const;

@@ -32,14 +32,13 @@ public:
 
     // The whole script as a reader sees it: each date's comment as a "#" line, then its code.
     std::string Script() const;
+    // The script as priced at a valuation date (EventsFrom).
+    std::string Script(const Date& today) const;
     // The market and simulation settings of `market` with this product's event dates and scripts.
     // Raises when the valuation date falls after a date the product still has to observe.
     XScriptInputs Inputs(XScriptInputs market) const;
-
-protected:
-    // Checks the terms that depend on the valuation date; by default that every event is on or
-    // after it.
-    virtual void CheckValuationDate(const Date& today, const std::vector<ProductEvent>& events) const;
+    // The events still to run at the valuation date; by default every event, all on or after it.
+    virtual std::vector<ProductEvent> EventsFrom(const Date& today) const;
 };
 
 // The message of a term that fails its check: "<Type>: field '<path>' <problem>".
@@ -47,6 +46,10 @@ protected:
 std::string IndexedPath(const std::string& field, std::size_t index);
 // "(value)", the offending value quoted in a message.
 std::string InParentheses(const std::string& value);
+// The events of a note already started: its first event (the strike, which sets the note's
+// state) moves to the first event on or after `today`, the events before are dropped (the note
+// was not redeemed then, or it would not be priced).
+std::vector<ProductEvent> StartedOn(std::vector<ProductEvent> events, const Date& today, const std::string& type);
 // Sorted by date; events of one date keep their order.
 std::vector<ProductEvent> InDateOrder(std::vector<ProductEvent> events);
 
