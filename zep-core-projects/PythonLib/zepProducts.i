@@ -11,8 +11,9 @@ TargetRedemptionForward, AsianPayoff) from its term sheet, or a scripted definit
 MStructuredDerivativeProduct.FromText(definition, market), .FromFiles(definitionPath, marketPath):
 JSON or YAML; the definition's `type` picks the class and its fields are checked against the
 type's schema (zep/data/schemas); the market holds valuation_date, market (spot, volatility,
-rate1, rate2), model and simulation. Script() is the generated payoff script; Price, Greeks and
-WriteReport as for MXScriptStructure. Built more simply with zep.AutoCall(market, ...) and the
+rate1, rate2), model and simulation. Script() is the generated payoff script as priced at the
+valuation date; CashFlows() the present value paid on each date; Price, Greeks and WriteReport
+(with the script and the product's levels) as for MXScriptStructure. Built more simply with zep.AutoCall(market, ...) and the
 other keyword constructors, or zep.load_product(path, market).";
 
 %feature("docstring") zep::python::CheckedMarketJson

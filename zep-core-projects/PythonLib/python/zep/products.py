@@ -53,13 +53,14 @@ def _book(product_type, market, terms):
 def AutoCall(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """An autocallable note: initial_level, strike_date, observation_dates, autocall_levels,
     coupons (one value or one per date), coupon_barrier, memory, knock_in_barrier,
-    knock_in_monitoring ('continuous' or 'discrete'), put_strike, underlyings, notional."""
+    knock_in_monitoring ('continuous' or 'discrete'), put_strike, underlyings, notional; valued
+    after the strike date, knocked_in and missed_coupons give its state."""
     return _book("AutoCall", market, terms)
 
 
 def Snowball(market: "dict[str, Any] | str", **terms) -> "MStructuredDerivativeProduct":
     """A snowball note: initial_level, strike_date, observation_dates, knock_out_levels,
-    coupon_rate (a year), knock_in_barrier, knock_in_monitoring, notional."""
+    coupon_rate (a year), knock_in_barrier, knock_in_monitoring, knocked_in, notional."""
     return _book("Snowball", market, terms)
 
 
