@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <cmath>
 #include <fstream>
 #include <limits>
@@ -15,6 +14,7 @@
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-monte-carlo/script/FieldName.hpp"
+#include "lum-monte-carlo/script/ScriptPrinter.hpp"
 
 namespace zep {
 
@@ -172,18 +172,12 @@ std::vector<Date> ScheduleDates(const Reader& schedule) {
     return dates;
 }
 
-// A field's value as the script language reads it back exactly: one word of digits and a point,
-// never an exponent (the tokeniser would read the sign of "1e-05" as a subtraction), with the
-// fewest digits that give the same double. The language holds neither infinities, NaN nor
-// subnormal numbers.
 std::string ScriptNumber(const Reader& fields, const std::string& name, double value) {
-    if (!std::isfinite(value) || (value != 0.0 && std::abs(value) < std::numeric_limits<double>::min()))
-        Malformed(fields.Path(name), "must be a finite number, zero or at least 2.2250738585072014e-308 in size");
-    // The longest such text, the smallest normal number, has 326 characters.
-    std::string text(512, '\0');
-    const auto written = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    text.resize(static_cast<std::size_t>(written.ptr - text.data()));
-    return text;
+    try {
+        return ScriptNumberText(value);
+    } catch (const std::invalid_argument& e) {
+        Malformed(fields.Path(name), e.what());
+    }
 }
 
 std::string FieldAssignments(const Reader& root) {
@@ -199,9 +193,8 @@ std::string FieldAssignments(const Reader& root) {
     return script;
 }
 
-XScriptInputs FromTree(const Json& tree) {
-    const Reader root(tree, "");
-    if (!tree.is_object()) Malformed("(top level)", "must be a mapping");
+XScriptInputs MarketOf(const Reader& root) {
+    if (!root.Node().is_object()) Malformed("(top level)", "must be a mapping");
     XScriptInputs in;
     in.today = root.DateField("valuation_date");
     const Reader market = root.Child("market");
@@ -228,6 +221,12 @@ XScriptInputs FromTree(const Json& tree) {
         in.adaptiveShift = sim.Flag("adaptive_shift", in.adaptiveShift);
         in.adaptiveShiftBarrier = sim.Number("adaptive_shift_barrier", in.adaptiveShiftBarrier);
     }
+    return in;
+}
+
+XScriptInputs FromTree(const Json& tree) {
+    const Reader root(tree, "");
+    XScriptInputs in = MarketOf(root);
     if (root.Has("price_variable")) in.priceVariable = root.Text("price_variable");
     in.notional = root.Number("notional", in.notional);
 
@@ -252,14 +251,24 @@ XScriptInputs FromTree(const Json& tree) {
 
 }  // namespace
 
+nlohmann::json DefinitionTree(const std::string& text) { return Parsed(text); }
+
+XScriptInputs ProductDefinitionFromTree(const nlohmann::json& tree) { return FromTree(tree); }
+
+XScriptInputs MarketDefinitionFromTree(const nlohmann::json& tree) { return MarketOf(Reader(tree, "")); }
+
 XScriptInputs ProductDefinitionFromText(const std::string& text) { return FromTree(Parsed(text)); }
 
-XScriptInputs ProductDefinitionFromFile(const std::string& path) {
+std::string DefinitionFileText(const std::string& path) {
     std::ifstream file(path);
     if (!file) throw std::invalid_argument("Product definition: cannot read file '" + path + "'");
     std::ostringstream text;
     text << file.rdbuf();
-    return ProductDefinitionFromText(text.str());
+    return text.str();
+}
+
+XScriptInputs ProductDefinitionFromFile(const std::string& path) {
+    return ProductDefinitionFromText(DefinitionFileText(path));
 }
 
 }  // namespace zep

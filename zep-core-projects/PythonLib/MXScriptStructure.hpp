@@ -76,7 +76,7 @@ public:
                             const std::vector<std::string>& greekNames,
                             const std::vector<double>& greekValues) const;
 
-private:
+protected:
     explicit MXScriptStructure(boost::shared_ptr<XScriptStructure> product);
 };
 

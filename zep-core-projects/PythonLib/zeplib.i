@@ -80,5 +80,6 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepBarrier.i"
 %include "zepPde.i"
 %include "zepXScript.i"
+%include "zepProducts.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"

@@ -22,6 +22,8 @@
 
 #include <string>
 
+#include <nlohmann/json.hpp>
+
 #include "lum-monte-carlo/XScriptStructure.hpp"
 
 namespace zep {
@@ -29,5 +31,13 @@ namespace zep {
 // JSON when the text starts with '{' (after blanks), YAML otherwise.
 XScriptInputs ProductDefinitionFromText(const std::string& text);
 XScriptInputs ProductDefinitionFromFile(const std::string& path);
+
+// The steps of the above, for readers of other definitions (the product classes' loader):
+// the text as a tree, read as a whole definition or as its market part only (valuation_date,
+// market, model, simulation), and a file's text.
+nlohmann::json DefinitionTree(const std::string& text);
+XScriptInputs ProductDefinitionFromTree(const nlohmann::json& tree);
+XScriptInputs MarketDefinitionFromTree(const nlohmann::json& tree);
+std::string DefinitionFileText(const std::string& path);
 
 }  // namespace zep

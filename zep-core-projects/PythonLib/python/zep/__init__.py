@@ -11,15 +11,17 @@ import types as _types
 from . import _describe, _pickling
 from . import zeplib as _zeplib
 from .zeplib import *  # noqa: F403 -- the public surface is the native module's
+from .products import AsianPayoff, AutoCall, Snowball, TargetRedemptionForward, load_market, load_product
 
-__all__ = sorted(name for name, value in vars(_zeplib).items()
-                 if not name.startswith("_") and not isinstance(value, _types.ModuleType))
+__all__ = sorted([name for name, value in vars(_zeplib).items()
+                  if not name.startswith("_") and not isinstance(value, _types.ModuleType)]
+                 + ["AsianPayoff", "AutoCall", "Snowball", "TargetRedemptionForward", "load_market", "load_product"])
 
 # Classes and functions report, and pickle under, the names a user imports: zep.Date, not
 # zep.zeplib.Date.
 _classes = []
 for _name in __all__:
-    _value = getattr(_zeplib, _name)
+    _value = globals()[_name]
     if isinstance(_value, (type, _types.FunctionType)) and _value.__module__ == _zeplib.__name__:
         _value.__module__ = __name__
         if isinstance(_value, type):
