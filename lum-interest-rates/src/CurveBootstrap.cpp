@@ -57,68 +57,132 @@ CurveBootstrap::Flows CurveBootstrap::FlowsOf(const RateQuote& quote) const {
     return flows;
 }
 
-double CurveBootstrap::ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve) const {
+double CurveBootstrap::ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve,
+                                   const Settled& settled) const {
     if (quote.instrument == RateInstrument::Swap) {
-        double annuity = 0.0;
-        for (std::size_t i = 0; i < flows.payments.size(); ++i)
+        double annuity = settled.annuity;
+        for (std::size_t i = settled.firstOpen; i < flows.payments.size(); ++i)
             annuity += flows.fractions[i] * curve.DiscountFactor(flows.payments[i]);
         return (curve.DiscountFactor(flows.start) - curve.DiscountFactor(flows.end)) / annuity;
     }
     return (curve.DiscountFactor(flows.start) / curve.DiscountFactor(flows.end) - 1.0) / flows.accrual;
 }
 
+namespace {
+
+// Interpolations whose value between two pillars reads only those two pillars.
+bool IsLocal(std::int32_t interpolationMethod) {
+    return interpolationMethod == FlatInterpolation || interpolationMethod == LinearInterpolation ||
+           interpolationMethod == LinearXYInterpolation || interpolationMethod == LogLinearInterpolation;
+}
+
+}  // namespace
+
 CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote> quotes,
                                const BootstrapConventions& conventions, const Calendar& calendar)
-    : m_referenceDate(referenceDate), m_conventions(conventions), m_calendar(calendar) {
+    : m_referenceDate(referenceDate),
+      m_spotDate(AdvanceBusinessDays(calendar, referenceDate, conventions.spotLagDays, conventions.centres)),
+      m_conventions(conventions),
+      m_calendar(calendar),
+      m_localInterpolation(IsLocal(conventions.interpolationMethod)) {
     ZEP_REQUIRE(!quotes.empty(), "BootstrapYieldCurve: no quotes");
-    m_spotDate = AdvanceBusinessDays(calendar, referenceDate, conventions.spotLagDays, conventions.centres);
     for (const RateQuote& quote : quotes) {
         ZEP_REQUIRE(std::isfinite(quote.rate), "BootstrapYieldCurve: the " + Describe(quote) + " quote is not a number");
         ZEP_REQUIRE(quote.tenor.Length() > 0, "BootstrapYieldCurve: the " + Describe(quote) + " quote has no tenor");
     }
     std::stable_sort(quotes.begin(), quotes.end(),
                      [&](const RateQuote& a, const RateQuote& b) { return MaturityOf(a) < MaturityOf(b); });
-    for (std::size_t i = 0; i < quotes.size(); ++i) {
-        const Date maturity = MaturityOf(quotes[i]);
-        ZEP_REQUIRE(maturity > referenceDate, "BootstrapYieldCurve: the " + Describe(quotes[i]) + " quote matures on the reference date");
+    m_quotes = std::move(quotes);
+    for (std::size_t i = 0; i < m_quotes.size(); ++i) {
+        const Date maturity = MaturityOf(m_quotes[i]);
+        ZEP_REQUIRE(maturity > referenceDate, "BootstrapYieldCurve: the " + Describe(m_quotes[i]) + " quote matures on the reference date");
         if (i > 0 && maturity == m_pillars.back())
-            ZEP_FAIL("BootstrapYieldCurve: the " + Describe(quotes[i]) + " quote matures on the date of the " +
-                     Describe(quotes[i - 1]) + " quote");
+            ZEP_FAIL("BootstrapYieldCurve: the " + Describe(m_quotes[i]) + " quote matures on the date of the " +
+                     Describe(m_quotes[i - 1]) + " quote");
         m_pillars.push_back(maturity);
     }
-    m_quotes = std::move(quotes);
     for (const RateQuote& quote : m_quotes) m_flows.push_back(FlowsOf(quote));
 
-    // Pillar by pillar: the zero rate at the new pillar that reprices its quote; the later
-    // pillars, not yet known, continue flat.
-    std::vector<double> zeroRates;
-    for (std::size_t i = 0; i < m_quotes.size(); ++i) {
-        const auto curveWith = [&](double zero) {
-            std::vector<Date> dates(m_pillars.begin(), m_pillars.begin() + static_cast<std::ptrdiff_t>(i + 1));
-            std::vector<double> rates = zeroRates;
-            rates.push_back(zero);
-            return YieldCurve(referenceDate, dates, rates, Continuous, conventions.curveDayCounter,
-                              conventions.interpolatedVariable, conventions.interpolationMethod);
-        };
-        const RateQuote& quote = m_quotes[i];
-        const auto mismatch = [&](double zero) { return ImpliedRate(quote, m_flows[i], curveWith(zero)) - quote.rate; };
-        double zero;
-        try {
-            zero = BrentSolve(mismatch, -0.5, 1.0, {1e-14, 200});
-        } catch (const Error& error) {
-            ZEP_FAIL("BootstrapYieldCurve: no discount factor reprices the " + Describe(quote) + " quote (" +
-                     error.Message() + ")");
-        }
-        zeroRates.push_back(zero);
+    m_zeroRates.assign(m_quotes.size(), 0.01);
+    m_trial.emplace(referenceDate, m_pillars, m_zeroRates, Continuous, conventions.curveDayCounter,
+                         conventions.interpolatedVariable, conventions.interpolationMethod);
+    for (std::size_t i = 0; i < m_quotes.size(); ++i) SolvePillar(i, i == 0 ? m_quotes[0].rate : m_zeroRates[i - 1]);
+    PublishCurve();
+}
+
+void CurveBootstrap::Requote(std::size_t index, double rate) {
+    ZEP_REQUIRE(index < m_quotes.size(), "BootstrapYieldCurve: no quote at that index");
+    const RateQuote& quote = m_quotes[index];
+    ZEP_REQUIRE(std::isfinite(rate), "BootstrapYieldCurve: the " + Describe(quote) + " quote is not a number");
+    const std::vector<double> solved = m_zeroRates;
+    const double previous = quote.rate;
+    m_quotes[index].rate = rate;
+    try {
+        for (std::size_t i = index; i < m_quotes.size(); ++i) SolvePillar(i, solved[i]);
+        PublishCurve();
+    } catch (...) {
+        // Back to the curve of the quotes before the change, whole.
+        m_quotes[index].rate = previous;
+        m_zeroRates = solved;
+        for (std::size_t i = index; i < m_quotes.size(); ++i) m_trial->SetContinuousZeroRateFrom(NodeOf(i), solved[i]);
+        throw;
     }
-    m_curve = boost::make_shared<YieldCurve>(referenceDate, m_pillars, zeroRates, Continuous,
-                                             conventions.curveDayCounter, conventions.interpolatedVariable,
-                                             conventions.interpolationMethod);
+}
+
+// The trial curve's node of pillar i is i + 1, after the reference date's; the first pillar's
+// rate also stands at the reference date.
+std::size_t CurveBootstrap::NodeOf(std::size_t pillar) { return pillar == 0 ? 0 : pillar + 1; }
+
+CurveBootstrap::Settled CurveBootstrap::SettledBefore(std::size_t pillar) const {
+    Settled settled;
+    const RateQuote& quote = m_quotes[pillar];
+    if (!m_localInterpolation || pillar == 0 || quote.instrument != RateInstrument::Swap) return settled;
+    const double solvedUpTo = m_trial->Times()[NodeOf(pillar - 1)];
+    const Flows& flows = m_flows[pillar];
+    for (; settled.firstOpen < flows.payments.size() && flows.payments[settled.firstOpen] <= solvedUpTo; ++settled.firstOpen)
+        settled.annuity += flows.fractions[settled.firstOpen] * m_trial->DiscountFactor(flows.payments[settled.firstOpen]);
+    return settled;
+}
+
+void CurveBootstrap::SolvePillar(std::size_t pillar, double guess) {
+    const RateQuote& quote = m_quotes[pillar];
+    const Flows& flows = m_flows[pillar];
+    const Settled settled = SettledBefore(pillar);
+    const std::size_t firstNode = NodeOf(pillar);
+    const auto mismatch = [&](double zero) {
+        m_trial->SetContinuousZeroRateFrom(firstNode, zero);
+        const double difference = ImpliedRate(quote, flows, *m_trial, settled) - quote.rate;
+        if (!std::isfinite(difference))
+            ZEP_FAIL("the curve gives no implied rate at a zero rate of " + std::to_string(zero));
+        return difference;
+    };
+    try {
+        // A pillar's rate lies near its guess (its neighbour's, or its own before a requote): a
+        // bracket of a hundred basis points around it saves Brent several steps; the wide one,
+        // from -50% to 100%, is the fallback.
+        double low = guess - 0.01, high = guess + 0.01;
+        double atLow = mismatch(low), atHigh = mismatch(high);
+        if (!(atLow * atHigh <= 0.0)) {
+            low = -0.5, high = 1.0;
+            atLow = mismatch(low), atHigh = mismatch(high);
+        }
+        m_zeroRates[pillar] = BrentSolve(mismatch, low, high, atLow, atHigh, {1e-14, 200});
+    } catch (const Error& error) {
+        ZEP_FAIL("BootstrapYieldCurve: no discount factor reprices the " + Describe(quote) + " quote (" +
+                 error.Message() + ")");
+    }
+    m_trial->SetContinuousZeroRateFrom(firstNode, m_zeroRates[pillar]);
+}
+
+void CurveBootstrap::PublishCurve() {
+    m_curve = boost::make_shared<YieldCurve>(m_referenceDate, m_pillars, m_zeroRates, Continuous,
+                                             m_conventions.curveDayCounter, m_conventions.interpolatedVariable,
+                                             m_conventions.interpolationMethod);
 }
 
 std::vector<double> CurveBootstrap::ImpliedRates() const {
     std::vector<double> rates;
-    for (std::size_t i = 0; i < m_quotes.size(); ++i) rates.push_back(ImpliedRate(m_quotes[i], m_flows[i], *m_curve));
+    for (std::size_t i = 0; i < m_quotes.size(); ++i) rates.push_back(ImpliedRate(m_quotes[i], m_flows[i], *m_curve, Settled{}));
     return rates;
 }
 

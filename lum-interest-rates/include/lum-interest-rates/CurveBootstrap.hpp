@@ -1,7 +1,11 @@
 // A discount curve bootstrapped from market quotes, pillar by pillar: each quote, in maturity
 // order, fixes the discount factor at its maturity so that the instrument reprices exactly on
-// the curve built so far (solved by Brent's method on the pillar's zero rate, so that a
-// non-local interpolation between the pillars is honoured too).
+// the curve built so far, the later pillars held at the same zero rate (solved by Brent's method
+// on the pillar's zero rate, so that a non-local interpolation between the pillars is honoured
+// too). The trial curve is one curve whose newest pillars change in place; with a local
+// interpolation (flat, linear, log-linear) the flows on or before the previous pillar are summed
+// once per pillar, not once per trial. Since a pillar depends only on the quotes before it,
+// changing one quote re-solves from its pillar on.
 //
 // Instruments, all starting at the spot date (reference date + spotLagDays business days):
 // - deposit "3M": DF(spot) / DF(end) = 1 + rate * tau(spot, end), tau by the deposit day count;
@@ -14,6 +18,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,6 +57,9 @@ public:
                    const Calendar& calendar);
 
     const boost::shared_ptr<YieldCurve>& Curve() const { return m_curve; }
+    // A new rate for the quote at `index` (in the sorted order of Quotes()): the pillars from its
+    // own on are solved again and Curve() is a new curve; a curve handed out before is unchanged.
+    void Requote(std::size_t index, double rate);
     // The rate each quote implies on the finished curve, in the quotes' order after sorting.
     std::vector<double> ImpliedRates() const;
     const std::vector<RateQuote>& Quotes() const { return m_quotes; }
@@ -67,9 +75,20 @@ private:
         std::vector<double> payments;  // swap: the fixed leg's payment dates
         std::vector<double> fractions;
     };
+    // The part of a swap's annuity that the pillars already solved fix: the payments before
+    // `firstOpen`.
+    struct Settled {
+        std::size_t firstOpen = 0;
+        double annuity = 0.0;
+    };
     Flows FlowsOf(const RateQuote& quote) const;
-    double ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve) const;
+    double ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve,
+                       const Settled& settled) const;
     Date MaturityOf(const RateQuote& quote) const;
+    Settled SettledBefore(std::size_t pillar) const;
+    static std::size_t NodeOf(std::size_t pillar);
+    void SolvePillar(std::size_t pillar, double guess);
+    void PublishCurve();
 
     Date m_referenceDate;
     Date m_spotDate;
@@ -78,6 +97,9 @@ private:
     const Calendar& m_calendar;
     std::vector<Date> m_pillars;
     std::vector<Flows> m_flows;
+    std::vector<double> m_zeroRates;  // continuous, one per pillar
+    bool m_localInterpolation = false;
+    std::optional<YieldCurve> m_trial;  // every pillar; the ones not yet solved at the last rate tried
     boost::shared_ptr<YieldCurve> m_curve;
 };
 
