@@ -7,66 +7,10 @@
 
 #include "lum-auxiliary/Error.hpp"
 #include "lum-solvers/RootFinders.hpp"
+#include "QuoteFlows.hpp"
 #include "lum-time/Schedule.hpp"
 
 namespace zep {
-
-namespace {
-
-std::string Describe(const RateQuote& quote) {
-    static const char* kNames[] = {"deposit", "FRA", "swap"};
-    const std::string name = kNames[static_cast<int>(quote.instrument)];
-    return quote.instrument == RateInstrument::FRA ? name + " " + quote.start.Text() + "x" + quote.tenor.Text()
-                                                   : name + " " + quote.tenor.Text();
-}
-
-}  // namespace
-
-Date CurveBootstrap::MaturityOf(const RateQuote& quote) const {
-    return m_calendar.Adjust(m_spotDate + quote.tenor, m_conventions.rollRule, m_conventions.centres);
-}
-
-CurveBootstrap::Flows CurveBootstrap::FlowsOf(const RateQuote& quote) const {
-    const BootstrapConventions& c = m_conventions;
-    const auto timeOf = [&](const Date& date) { return c.curveDayCounter.YearFraction(m_referenceDate, date); };
-    Flows flows;
-    if (quote.instrument == RateInstrument::Swap) {
-        ScheduleRules rules;
-        rules.tenor = c.fixedTenor;
-        rules.centres = c.centres;
-        rules.accrualAdjustment = c.rollRule;
-        rules.paymentAdjustment = c.rollRule;
-        rules.dayCounter = c.fixedDayCounter;
-        rules.fixingLagDays = 0;
-        const Schedule fixedLeg(m_spotDate, m_spotDate + quote.tenor, rules, m_calendar);
-        for (const SchedulePeriod& period : fixedLeg.Periods()) {
-            flows.payments.push_back(timeOf(period.payment));
-            flows.fractions.push_back(period.accrualFraction);
-        }
-        flows.start = timeOf(m_spotDate);
-        flows.end = flows.payments.back();
-        return flows;
-    }
-    const Date start = quote.instrument == RateInstrument::FRA
-                           ? m_calendar.Adjust(m_spotDate + quote.start, c.rollRule, c.centres)
-                           : m_spotDate;
-    const Date end = MaturityOf(quote);
-    flows.start = timeOf(start);
-    flows.end = timeOf(end);
-    flows.accrual = c.depositDayCounter.YearFraction(start, end);
-    return flows;
-}
-
-double CurveBootstrap::ImpliedRate(const RateQuote& quote, const Flows& flows, const YieldCurve& curve,
-                                   const Settled& settled) const {
-    if (quote.instrument == RateInstrument::Swap) {
-        double annuity = settled.annuity;
-        for (std::size_t i = settled.firstOpen; i < flows.payments.size(); ++i)
-            annuity += flows.fractions[i] * curve.DiscountFactor(flows.payments[i]);
-        return (curve.DiscountFactor(flows.start) - curve.DiscountFactor(flows.end)) / annuity;
-    }
-    return (curve.DiscountFactor(flows.start) / curve.DiscountFactor(flows.end) - 1.0) / flows.accrual;
-}
 
 namespace {
 
@@ -76,16 +20,24 @@ bool IsLocal(std::int32_t interpolationMethod) {
            interpolationMethod == LinearXYInterpolation || interpolationMethod == LogLinearInterpolation;
 }
 
+// The trial curve's node of pillar i is i + 1, after the reference date's; the first pillar's
+// rate also stands at the reference date.
+std::size_t NodeOf(std::size_t pillar) { return pillar == 0 ? 0 : pillar + 1; }
+
 }  // namespace
 
 CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote> quotes,
-                               const BootstrapConventions& conventions, const Calendar& calendar)
+                               const BootstrapConventions& conventions, const Calendar& calendar,
+                               boost::shared_ptr<const YieldCurve> discountCurve)
     : m_referenceDate(referenceDate),
       m_spotDate(AdvanceBusinessDays(calendar, referenceDate, conventions.spotLagDays, conventions.centres)),
       m_conventions(conventions),
       m_calendar(calendar),
+      m_discountCurve(std::move(discountCurve)),
       m_localInterpolation(IsLocal(conventions.interpolationMethod)) {
     ZEP_REQUIRE(!quotes.empty(), "BootstrapYieldCurve: no quotes");
+    const detail::QuoteSetting setting{referenceDate, m_spotDate, m_conventions, calendar, m_discountCurve.get()};
+    const auto MaturityOf = [&](const RateQuote& quote) { return detail::MaturityOf(quote, setting); };
     for (const RateQuote& quote : quotes) {
         ZEP_REQUIRE(std::isfinite(quote.rate), "BootstrapYieldCurve: the " + Describe(quote) + " quote is not a number");
         ZEP_REQUIRE(quote.tenor.Length() > 0, "BootstrapYieldCurve: the " + Describe(quote) + " quote has no tenor");
@@ -101,14 +53,17 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
                      Describe(m_quotes[i - 1]) + " quote");
         m_pillars.push_back(maturity);
     }
-    for (const RateQuote& quote : m_quotes) m_flows.push_back(FlowsOf(quote));
+    for (const RateQuote& quote : m_quotes) m_flows.push_back(detail::LayOutFlows(quote, setting));
 
     m_zeroRates.assign(m_quotes.size(), 0.01);
     m_trial.emplace(referenceDate, m_pillars, m_zeroRates, Continuous, conventions.curveDayCounter,
                          conventions.interpolatedVariable, conventions.interpolationMethod);
-    for (std::size_t i = 0; i < m_quotes.size(); ++i) SolvePillar(i, i == 0 ? m_quotes[0].rate : m_zeroRates[i - 1]);
+    // The first guess: a money-market rate of a few percent.
+    for (std::size_t i = 0; i < m_quotes.size(); ++i) SolvePillar(i, i == 0 ? 0.03 : m_zeroRates[i - 1]);
     PublishCurve();
 }
+
+CurveBootstrap::~CurveBootstrap() = default;
 
 void CurveBootstrap::Requote(std::size_t index, double rate) {
     ZEP_REQUIRE(index < m_quotes.size(), "BootstrapYieldCurve: no quote at that index");
@@ -129,29 +84,19 @@ void CurveBootstrap::Requote(std::size_t index, double rate) {
     }
 }
 
-// The trial curve's node of pillar i is i + 1, after the reference date's; the first pillar's
-// rate also stands at the reference date.
-std::size_t CurveBootstrap::NodeOf(std::size_t pillar) { return pillar == 0 ? 0 : pillar + 1; }
-
-CurveBootstrap::Settled CurveBootstrap::SettledBefore(std::size_t pillar) const {
-    Settled settled;
-    const RateQuote& quote = m_quotes[pillar];
-    if (!m_localInterpolation || pillar == 0 || quote.instrument != RateInstrument::Swap) return settled;
-    const double solvedUpTo = m_trial->Times()[NodeOf(pillar - 1)];
-    const Flows& flows = m_flows[pillar];
-    for (; settled.firstOpen < flows.payments.size() && flows.payments[settled.firstOpen] <= solvedUpTo; ++settled.firstOpen)
-        settled.annuity += flows.fractions[settled.firstOpen] * m_trial->DiscountFactor(flows.payments[settled.firstOpen]);
-    return settled;
+// Under a local interpolation the curve up to the previous pillar no longer moves.
+double CurveBootstrap::SolvedUpTo(std::size_t pillar) const {
+    return m_localInterpolation && pillar > 0 ? m_trial->Times()[NodeOf(pillar - 1)] : -1.0;
 }
 
 void CurveBootstrap::SolvePillar(std::size_t pillar, double guess) {
     const RateQuote& quote = m_quotes[pillar];
-    const Flows& flows = m_flows[pillar];
-    const Settled settled = SettledBefore(pillar);
+    const detail::QuoteFlows& flows = m_flows[pillar];
+    const detail::SettledFlows settled = detail::SettleFlows(quote, flows, *m_trial, SolvedUpTo(pillar));
     const std::size_t firstNode = NodeOf(pillar);
     const auto mismatch = [&](double zero) {
         m_trial->SetContinuousZeroRateFrom(firstNode, zero);
-        const double difference = ImpliedRate(quote, flows, *m_trial, settled) - quote.rate;
+        const double difference = detail::ImpliedQuote(quote, flows, *m_trial, settled) - quote.rate;
         if (!std::isfinite(difference))
             ZEP_FAIL("the curve gives no implied rate at a zero rate of " + std::to_string(zero));
         return difference;
@@ -180,10 +125,11 @@ void CurveBootstrap::PublishCurve() {
                                              m_conventions.interpolationMethod);
 }
 
-std::vector<double> CurveBootstrap::ImpliedRates() const {
-    std::vector<double> rates;
-    for (std::size_t i = 0; i < m_quotes.size(); ++i) rates.push_back(ImpliedRate(m_quotes[i], m_flows[i], *m_curve, Settled{}));
-    return rates;
+std::vector<double> CurveBootstrap::ImpliedQuotes() const {
+    std::vector<double> implied;
+    for (std::size_t i = 0; i < m_quotes.size(); ++i)
+        implied.push_back(detail::ImpliedQuote(m_quotes[i], m_flows[i], *m_curve, detail::SettledFlows{}));
+    return implied;
 }
 
 }  // namespace zep
