@@ -59,8 +59,8 @@ QuoteFlows LayOutFlows(const RateQuote& quote, const QuoteSetting& setting) {
         const bool ois = quote.instrument == RateInstrument::OIS;
         const Date termination = setting.spotDate + quote.tenor;
         const Schedule fixedLeg(setting.spotDate, termination,
-                                LegRules(ois ? c.oisTenor : c.fixedTenor, ois ? c.oisDayCounter : c.fixedDayCounter,
-                                         setting),
+                                LegRules(ois ? c.oisTenor : quote.fixedTenor.Length() > 0 ? quote.fixedTenor : c.fixedTenor,
+                                         ois ? c.oisDayCounter : c.fixedDayCounter, setting),
                                 setting.calendar);
         for (const SchedulePeriod& period : fixedLeg.Periods()) {
             flows.payments.push_back(timeOf(period.payment));

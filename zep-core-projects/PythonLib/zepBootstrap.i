@@ -1,4 +1,4 @@
-// Curves bootstrapped from deposit, FRA and swap quotes, and curves given by a formula.
+// Curves bootstrapped from deposit, FRA, future, swap and OIS quotes, and curves given by a formula.
 %{
 #include "lum-interest-rates/CurveBootstrap.hpp"
 #include "lum-interest-rates/ParametricCurves.hpp"
@@ -38,21 +38,28 @@ namespace zep::python {
 // The raw entry point behind BootstrapYieldCurve below: one entry per quote in each list.
 boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
         const zep::Date& referenceDate, const std::vector<double>& instruments, const std::vector<std::string>& starts,
-        const std::vector<std::string>& tenors, const std::vector<double>& rates, int spotLagDays,
+        const std::vector<std::string>& tenors, const std::vector<double>& rates,
+        const std::vector<double>& convexities, const std::vector<std::string>& fixedTenors, int spotLagDays,
         const std::string& centres, int rollRule, const zep::DayCounter& depositDayCounter,
-        const std::string& fixedTenor, const zep::DayCounter& fixedDayCounter,
-        const zep::DayCounter& curveDayCounter, int interpolatedVariable, int interpolationMethod) {
-    if (instruments.size() != tenors.size() || starts.size() != tenors.size() || rates.size() != tenors.size())
+        const std::string& fixedTenor, const zep::DayCounter& fixedDayCounter, const std::string& floatTenor,
+        const std::string& oisTenor, const zep::DayCounter& oisDayCounter,
+        const zep::DayCounter& curveDayCounter, int interpolatedVariable, int interpolationMethod,
+        boost::shared_ptr<zep::YieldCurve> discountCurve) {
+    const std::size_t n = tenors.size();
+    if (instruments.size() != n || starts.size() != n || rates.size() != n || convexities.size() != n ||
+        fixedTenors.size() != n)
         throw std::invalid_argument("BootstrapYieldCurve: one instrument, start, tenor and rate per quote");
     std::vector<zep::RateQuote> quotes;
-    for (std::size_t i = 0; i < tenors.size(); ++i) {
-        if (instruments[i] != 0 && instruments[i] != 1 && instruments[i] != 2)
-            throw std::invalid_argument("BootstrapYieldCurve: instruments are DEPOSIT, FRA or SWAP");
+    for (std::size_t i = 0; i < n; ++i) {
+        if (!(instruments[i] >= 0 && instruments[i] <= 4 && instruments[i] == static_cast<int>(instruments[i])))
+            throw std::invalid_argument("BootstrapYieldCurve: instruments are DEPOSIT, FRA, SWAP, FUTURE or OIS");
         zep::RateQuote quote;
         quote.instrument = static_cast<zep::RateInstrument>(static_cast<int>(instruments[i]));
         if (!starts[i].empty()) quote.start = zep::Period(starts[i]);
         quote.tenor = zep::Period(tenors[i]);
         quote.rate = rates[i];
+        quote.convexityAdjustment = convexities[i];
+        if (!fixedTenors[i].empty()) quote.fixedTenor = zep::Period(fixedTenors[i]);
         quotes.push_back(quote);
     }
     zep::BootstrapConventions conventions;
@@ -62,10 +69,13 @@ boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
     conventions.depositDayCounter = depositDayCounter;
     conventions.fixedTenor = zep::Period(fixedTenor);
     conventions.fixedDayCounter = fixedDayCounter;
+    conventions.floatTenor = zep::Period(floatTenor);
+    conventions.oisTenor = zep::Period(oisTenor);
+    conventions.oisDayCounter = oisDayCounter;
     conventions.curveDayCounter = curveDayCounter;
     conventions.interpolatedVariable = interpolatedVariable;
     conventions.interpolationMethod = interpolationMethod;
-    return zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared()).Curve();
+    return zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared(), discountCurve).Curve();
 }
 }
 %}
@@ -82,42 +92,102 @@ def ParametricYieldCurve(referenceDate: "Date | str", model: "ParametricRateMode
     return curve
 
 
-def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list[tuple[str, str, float]]", spotLagDays: "int" = 2,
+def DepositQuote(tenor: "str", rate: "float") -> "dict":
+    """A deposit from spot to spot + tenor ("3M") at a simple money-market rate."""
+    return {"instrument": "DEPOSIT", "tenor": tenor, "rate": rate}
+
+
+def FraQuote(tenor: "str", rate: "float") -> "dict":
+    """A forward rate agreement, tenor "3x6": start and end in months from spot."""
+    return {"instrument": "FRA", "tenor": tenor, "rate": rate}
+
+
+def FutureQuote(start: "str", price: "float", convexity: "float" = 0.0) -> "dict":
+    """A three-month money-market future on the first IMM date on or after spot + start, quoted
+    as its price 100 * (1 - futures rate); convexity is the futures rate minus the forward rate."""
+    return {"instrument": "FUTURE", "tenor": start, "rate": price, "convexity": convexity}
+
+
+def SwapQuote(tenor: "str", rate: "float", fixedTenor: "str | None" = None) -> "dict":
+    """A par fixed-float swap from spot to spot + tenor ("5Y"); fixedTenor ("6M") overrides the
+    fixed leg's period of the bootstrap's conventions for this swap."""
+    quote = {"instrument": "SWAP", "tenor": tenor, "rate": rate}
+    if fixedTenor:
+        quote["fixedTenor"] = fixedTenor
+    return quote
+
+
+def OisQuote(tenor: "str", rate: "float") -> "dict":
+    """A par overnight-index swap from spot to spot + tenor ("2Y")."""
+    return {"instrument": "OIS", "tenor": tenor, "rate": rate}
+
+
+def _quote_rows(quotes):
+    """Quotes as (instrument, tenor, rate, convexity, fixedTenor) from tuples, dicts or a DataFrame."""
+    if hasattr(quotes, "to_dict"):  # a pandas DataFrame
+        quotes = quotes.to_dict("records")
+    rows = []
+    for q in quotes:
+        if isinstance(q, dict):
+            fixed = q.get("fixedTenor")
+            rows.append((q["instrument"], q["tenor"], q["rate"], q.get("convexity", 0.0),
+                         fixed if isinstance(fixed, str) else ""))  # a DataFrame fills gaps with NaN
+        else:
+            q = tuple(q)
+            if len(q) not in (3, 4):
+                raise ValueError(f"BootstrapYieldCurve: a quote reads (instrument, tenor, rate[, convexity]), not {q!r}")
+            rows.append(q + (0.0,) * (4 - len(q)) + ("",))
+    return rows
+
+
+def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays: "int" = 2,
                         centres: "str" = "TARGET", rollRule: "int" = 2,
                         depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
                         fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
-                        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2) -> "YieldCurve":
-    """A discount curve bootstrapped pillar by pillar from market quotes.
+                        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2,
+                        discountCurve: "YieldCurve | None" = None, floatTenor: "str" = "6M",
+                        oisTenor: "str" = "1Y", oisDayCounter: "DayCounter | None" = None) -> "YieldCurve":
+    """A curve bootstrapped pillar by pillar from market quotes.
 
     quotes: (instrument, tenor, rate) with instrument "DEPOSIT" (tenor "3M"), "FRA" (tenor "3x6":
-    start and end months from spot) or "SWAP" (tenor "5Y": par rate of a fixed leg paying every
-    fixedTenor against the same curve's floating leg); also accepted as dicts with these keys or
-    a pandas DataFrame with these columns. Instruments start spotLagDays business days after the
-    reference date on the centres; dates roll by rollRule. Day counts: deposits and FRAs Act/360,
-    the fixed leg 30/360, the curve Act/365 Fixed unless given. The curve interpolates
-    interpolatedVariable (1 continuous zero rates, 2 discount factors) by interpolationMethod
-    (2 linear, 4 log-linear, 6 cubic)."""
-    if hasattr(quotes, "to_dict"):  # a pandas DataFrame
-        quotes = quotes.to_dict("records")
-    rows = [(q["instrument"], q["tenor"], q["rate"]) if isinstance(q, dict) else tuple(q) for q in quotes]
-    kinds = {"DEPOSIT": 0, "FRA": 1, "SWAP": 2}
-    instruments, starts, tenors, rates = [], [], [], []
-    for instrument, tenor, rate in rows:
+    start and end months from spot), "SWAP" (tenor "5Y": par rate of a fixed leg paying every
+    fixedTenor), "OIS" (tenor "2Y": par rate of an overnight-index swap paying every oisTenor,
+    oisDayCounter) or "FUTURE" (tenor "3M": the three-month future on the first IMM date on or
+    after spot + tenor; rate is its price, 100 * (1 - futures rate), and a fourth element the
+    convexity adjustment, futures rate minus forward rate); also accepted as dicts with these
+    keys (and "convexity", "fixedTenor"), as made by DepositQuote, FraQuote, FutureQuote,
+    SwapQuote and OisQuote, or a pandas DataFrame with these columns. Instruments start
+    spotLagDays business days after the reference date on the centres; dates roll by rollRule.
+    Day counts: deposits, FRAs and futures Act/360, the fixed leg 30/360, OIS Act/360, the curve
+    Act/365 Fixed unless given. The curve interpolates interpolatedVariable (1 continuous zero
+    rates, 2 discount factors) by interpolationMethod (2 linear, 4 log-linear, 6 cubic).
+
+    Without discountCurve the curve discounts and projects. With it, the curve built is a
+    projection curve: swap floating legs reset every floatTenor on its forwards, and both legs
+    are discounted on discountCurve (OIS discounting)."""
+    kinds = {"DEPOSIT": 0, "FRA": 1, "SWAP": 2, "FUTURE": 3, "OIS": 4}
+    instruments, starts, tenors, rates, convexities, fixedTenors = [], [], [], [], [], []
+    for instrument, tenor, rate, convexity, quoteFixedTenor in _quote_rows(quotes):
         kind = kinds.get(str(instrument).upper())
         if kind is None:
-            raise ValueError(f"BootstrapYieldCurve: unknown instrument {instrument!r}: DEPOSIT, FRA or SWAP")
+            raise ValueError(f"BootstrapYieldCurve: unknown instrument {instrument!r}: DEPOSIT, FRA, SWAP, FUTURE or OIS")
         start, end = ("", tenor)
         if kind == 1:
             parts = str(tenor).upper().split("X")
             if len(parts) != 2:
                 raise ValueError(f"BootstrapYieldCurve: an FRA tenor reads like '3x6', not {tenor!r}")
             start, end = parts[0] + "M", parts[1] + "M"
+        elif kind == 3:
+            start, end = tenor, "3M"
         instruments.append(float(kind))
         starts.append(start)
         tenors.append(end)
         rates.append(float(rate))
-    return BootstrapYieldCurveFrom(referenceDate, instruments, starts, tenors, rates, spotLagDays, centres, rollRule,
-                                   depositDayCounter or DayCounter(Act360), fixedTenor,
-                                   fixedDayCounter or DayCounter(Thirty360), curveDayCounter or DayCounter(Act365Fixed),
-                                   interpolatedVariable, interpolationMethod)
+        convexities.append(float(convexity))
+        fixedTenors.append(quoteFixedTenor)
+    return BootstrapYieldCurveFrom(referenceDate, instruments, starts, tenors, rates, convexities, fixedTenors,
+                                   spotLagDays, centres, rollRule, depositDayCounter or DayCounter(Act360), fixedTenor,
+                                   fixedDayCounter or DayCounter(Thirty360), floatTenor, oisTenor,
+                                   oisDayCounter or DayCounter(Act360), curveDayCounter or DayCounter(Act365Fixed),
+                                   interpolatedVariable, interpolationMethod, discountCurve)
 %}

@@ -38,6 +38,7 @@ struct RateQuote {
                    // the others: from the spot date to maturity
     double rate = 0.0;  // as the market quotes it: a rate, or a future's price
     double convexityAdjustment = 0.0;  // futures only: futures rate minus forward rate
+    Period fixedTenor;  // swaps: the fixed leg's period when not the conventions' (length 0)
 };
 
 struct BootstrapConventions {
