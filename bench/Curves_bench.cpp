@@ -33,16 +33,19 @@ std::vector<zep::RateQuote> ThirtyQuotes() {
     return quotes;
 }
 
+// The argument is the interpolation method: 2 linear (pillar by pillar), 6 cubic (global fit).
 void Bootstrap30Quotes(benchmark::State& state) {
     const std::vector<zep::RateQuote> quotes = ThirtyQuotes();
     const zep::Calendar& calendar = zep::Calendar::Shared();
     const zep::Date today(std::string("2024-01-15"));
+    zep::BootstrapConventions conventions;
+    conventions.interpolationMethod = static_cast<std::int32_t>(state.range(0));
     for (auto _ : state) {
-        const zep::CurveBootstrap bootstrap(today, quotes, zep::BootstrapConventions{}, calendar);
+        const zep::CurveBootstrap bootstrap(today, quotes, conventions, calendar);
         benchmark::DoNotOptimize(bootstrap.Curve().get());
     }
 }
-BENCHMARK(Bootstrap30Quotes)->Unit(benchmark::kMicrosecond);
+BENCHMARK(Bootstrap30Quotes)->Arg(zep::LinearInterpolation)->Arg(zep::CubicInterpolation)->Unit(benchmark::kMicrosecond);
 
 // One quote bumped by a basis point and back, as a risk run does quote after quote: the argument
 // is the quote's place in maturity order (0 the first deposit, 29 the 80-year swap).

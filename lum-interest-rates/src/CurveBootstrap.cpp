@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-solvers/LevenbergMarquardt.hpp"
 #include "lum-solvers/RootFinders.hpp"
 #include "QuoteFlows.hpp"
 #include "lum-time/Schedule.hpp"
@@ -60,6 +61,7 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
                          conventions.interpolatedVariable, conventions.interpolationMethod);
     // The first guess: a money-market rate of a few percent.
     for (std::size_t i = 0; i < m_quotes.size(); ++i) SolvePillar(i, i == 0 ? 0.03 : m_zeroRates[i - 1]);
+    FitGlobally();
     PublishCurve();
 }
 
@@ -74,12 +76,13 @@ void CurveBootstrap::Requote(std::size_t index, double rate) {
     m_quotes[index].rate = rate;
     try {
         for (std::size_t i = index; i < m_quotes.size(); ++i) SolvePillar(i, solved[i]);
+        FitGlobally();
         PublishCurve();
     } catch (...) {
         // Back to the curve of the quotes before the change, whole.
         m_quotes[index].rate = previous;
         m_zeroRates = solved;
-        for (std::size_t i = index; i < m_quotes.size(); ++i) m_trial->SetContinuousZeroRateFrom(NodeOf(i), solved[i]);
+        SetTrialRates(solved, 0);
         throw;
     }
 }
@@ -103,13 +106,14 @@ void CurveBootstrap::SolvePillar(std::size_t pillar, double guess) {
     };
     try {
         // A pillar's rate lies near its guess (its neighbour's, or its own before a requote): a
-        // bracket of a hundred basis points around it saves Brent several steps; the wide one,
-        // from -50% to 100%, is the fallback.
-        double low = guess - 0.01, high = guess + 0.01;
-        double atLow = mismatch(low), atHigh = mismatch(high);
-        if (!(atLow * atHigh <= 0.0)) {
-            low = -0.5, high = 1.0;
+        // bracket of a hundred basis points around it saves Brent several steps. Failing that the
+        // bracket doubles, up to -50% to 100%: under a non-local interpolation the mismatch need
+        // not be monotone, and the root nearest the guess is the one wanted.
+        double low = guess, high = guess, atLow = 0.0, atHigh = 0.0;
+        for (double width = 0.01;; width *= 2.0) {
+            low = std::max(guess - width, -0.5), high = std::min(guess + width, 1.0);
             atLow = mismatch(low), atHigh = mismatch(high);
+            if (atLow * atHigh <= 0.0 || (low == -0.5 && high == 1.0)) break;
         }
         m_zeroRates[pillar] = BrentSolve(mismatch, low, high, atLow, atHigh, {1e-14, 200});
     } catch (const Error& error) {
@@ -117,6 +121,40 @@ void CurveBootstrap::SolvePillar(std::size_t pillar, double guess) {
                  error.Message() + ")");
     }
     m_trial->SetContinuousZeroRateFrom(firstNode, m_zeroRates[pillar]);
+}
+
+void CurveBootstrap::SetTrialRates(const std::vector<double>& zeroRates, std::size_t fromPillar) {
+    for (std::size_t i = fromPillar; i < zeroRates.size(); ++i) m_trial->SetContinuousZeroRateFrom(NodeOf(i), zeroRates[i]);
+}
+
+void CurveBootstrap::FitGlobally() {
+    if (m_localInterpolation || !m_conventions.globalFit) return;
+    // Residuals in rate: a future's price is 100 times its rate.
+    const auto scale = [](const RateQuote& quote) { return quote.instrument == RateInstrument::Future ? 0.01 : 1.0; };
+    const Residuals residuals = [&](const std::vector<double>& zeroRates) {
+        SetTrialRates(zeroRates, 0);
+        std::vector<double> r(m_quotes.size());
+        for (std::size_t i = 0; i < r.size(); ++i)
+            r[i] = (detail::ImpliedQuote(m_quotes[i], m_flows[i], *m_trial, detail::SettledFlows{}) - m_quotes[i].rate) *
+                   scale(m_quotes[i]);
+        return r;
+    };
+    const Box box{std::vector<double>(m_quotes.size(), -0.5), std::vector<double>(m_quotes.size(), 1.0)};
+    OptimizationResult fit;
+    try {
+        fit = LevenbergMarquardt({200, 1e-15, 1e-7}).Minimize(residuals, m_zeroRates, box);
+    } catch (const Error& error) {
+        SetTrialRates(m_zeroRates, 0);
+        ZEP_FAIL("BootstrapYieldCurve: the global fit failed (" + error.Message() + ")");
+    }
+    const std::vector<double> off = residuals(fit.x);
+    for (std::size_t i = 0; i < off.size(); ++i)
+        if (!(std::abs(off[i]) <= 1e-10)) {
+            SetTrialRates(m_zeroRates, 0);
+            ZEP_FAIL("BootstrapYieldCurve: the global fit (LevenbergMarquardt) leaves the " + Describe(m_quotes[i]) +
+                     " quote off by " + std::to_string(off[i]));
+        }
+    m_zeroRates = fit.x;
 }
 
 void CurveBootstrap::PublishCurve() {

@@ -78,6 +78,20 @@ def quantlib_curves():
     return ois, projection
 
 
+@pytest.mark.parametrize("globalFit, worst", [(True, 1e-10), (False, None)])
+def test_a_cubic_curve_reprices_every_quote_through_the_global_fit(globalFit, worst):
+    curve = zep.BootstrapYieldCurve(REFERENCE, OIS, interpolationMethod=6, globalFit=globalFit)
+    spot = spot_date()
+    errors = []
+    for _, tenor, rate in OIS:
+        leg = zep.Schedule(spot, spot + zep.Period(tenor), "1Y", "TARGET", fixingLagDays=0)
+        errors.append(abs(par_rate(leg, leg, curve, curve) - rate))
+    if worst:
+        assert max(errors) <= worst
+    else:  # pillar by pillar only the last quote is exact
+        assert errors[-1] <= 1e-10 < max(errors)
+
+
 @pytest.mark.parametrize("which", ["ois", "projection"])
 def test_the_curves_agree_with_quantlib(ois_curve, projection_curve, which):
     ours = {"ois": ois_curve, "projection": projection_curve}[which]

@@ -43,7 +43,7 @@ boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
         const std::string& centres, int rollRule, const zep::DayCounter& depositDayCounter,
         const std::string& fixedTenor, const zep::DayCounter& fixedDayCounter, const std::string& floatTenor,
         const std::string& oisTenor, const zep::DayCounter& oisDayCounter,
-        const zep::DayCounter& curveDayCounter, int interpolatedVariable, int interpolationMethod,
+        const zep::DayCounter& curveDayCounter, int interpolatedVariable, int interpolationMethod, bool globalFit,
         boost::shared_ptr<zep::YieldCurve> discountCurve) {
     const std::size_t n = tenors.size();
     if (instruments.size() != n || starts.size() != n || rates.size() != n || convexities.size() != n ||
@@ -75,6 +75,7 @@ boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
     conventions.curveDayCounter = curveDayCounter;
     conventions.interpolatedVariable = interpolatedVariable;
     conventions.interpolationMethod = interpolationMethod;
+    conventions.globalFit = globalFit;
     return zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared(), discountCurve).Curve();
 }
 }
@@ -146,7 +147,8 @@ def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays
                         fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
                         interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2,
                         discountCurve: "YieldCurve | None" = None, floatTenor: "str" = "6M",
-                        oisTenor: "str" = "1Y", oisDayCounter: "DayCounter | None" = None) -> "YieldCurve":
+                        oisTenor: "str" = "1Y", oisDayCounter: "DayCounter | None" = None,
+                        globalFit: "bool" = True) -> "YieldCurve":
     """A curve bootstrapped pillar by pillar from market quotes.
 
     quotes: (instrument, tenor, rate) with instrument "DEPOSIT" (tenor "3M"), "FRA" (tenor "3x6":
@@ -160,7 +162,10 @@ def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays
     spotLagDays business days after the reference date on the centres; dates roll by rollRule.
     Day counts: deposits, FRAs and futures Act/360, the fixed leg 30/360, OIS Act/360, the curve
     Act/365 Fixed unless given. The curve interpolates interpolatedVariable (1 continuous zero
-    rates, 2 discount factors) by interpolationMethod (2 linear, 4 log-linear, 6 cubic).
+    rates, 2 discount factors) by interpolationMethod (2 linear, 4 log-linear, 6 cubic). A
+    non-local interpolation (cubic) moves the earlier stretches of the curve as pillars are added;
+    with globalFit the pillars' rates are then solved together (Levenberg-Marquardt) so that every
+    quote reprices.
 
     Without discountCurve the curve discounts and projects. With it, the curve built is a
     projection curve: swap floating legs reset every floatTenor on its forwards, and both legs
@@ -189,5 +194,5 @@ def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays
                                    spotLagDays, centres, rollRule, depositDayCounter or DayCounter(Act360), fixedTenor,
                                    fixedDayCounter or DayCounter(Thirty360), floatTenor, oisTenor,
                                    oisDayCounter or DayCounter(Act360), curveDayCounter or DayCounter(Act365Fixed),
-                                   interpolatedVariable, interpolationMethod, discountCurve)
+                                   interpolatedVariable, interpolationMethod, bool(globalFit), discountCurve)
 %}

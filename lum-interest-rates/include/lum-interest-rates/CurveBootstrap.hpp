@@ -8,7 +8,7 @@
 // The trial curve is one curve whose newest pillars change in place; with a local interpolation
 // (flat, linear, log-linear) the flows on or before the previous pillar are summed once per
 // pillar, not once per trial. Since a pillar depends only on the quotes before it, changing one
-// quote re-solves from its pillar on.
+// quote re-solves from its pillar on (and fits globally again when the interpolation is not local).
 #pragma once
 
 #include <memory>
@@ -46,6 +46,8 @@ public:
 private:
     double SolvedUpTo(std::size_t pillar) const;
     void SolvePillar(std::size_t pillar, double guess);
+    void SetTrialRates(const std::vector<double>& zeroRates, std::size_t fromPillar);
+    void FitGlobally();
     void PublishCurve();
 
     Date m_referenceDate;

@@ -54,6 +54,11 @@ struct BootstrapConventions {
     DayCounter curveDayCounter = DayCounter(Act365Fixed);
     std::int32_t interpolatedVariable = ContinuousZeroRates;
     std::int32_t interpolationMethod = LinearInterpolation;
+    // A non-local interpolation (cubic, Lagrange, the spline table) moves the earlier stretches of
+    // the curve as each pillar is added, so the earlier quotes drift off; the global fit then
+    // solves every pillar's rate together (Levenberg-Marquardt from the pillar-by-pillar curve)
+    // until every quote reprices. Local interpolations reprice pillar by pillar and skip it.
+    bool globalFit = true;
 };
 
 // "deposit 3M", "FRA 3Mx6M", "future 3M+3M", "swap 5Y", "OIS 2Y": how messages name a quote.
