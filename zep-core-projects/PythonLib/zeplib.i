@@ -73,3 +73,4 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepXScript.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
+%include "zepCredit.i"

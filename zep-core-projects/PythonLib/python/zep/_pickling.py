@@ -183,6 +183,7 @@ _RECORDED = {
     zeplib.Svensson: ((), ()),
     zeplib.Vasicek: ((), ()),
     zeplib.CoxIngersollRoss: ((), ()),
+    zeplib.CreditCurve: ((), ()),
 }
 
 
