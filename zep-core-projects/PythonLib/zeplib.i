@@ -74,3 +74,4 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
 %include "zepCredit.i"
+%include "zepYieldCurve2.i"

@@ -184,6 +184,8 @@ _RECORDED = {
     zeplib.Vasicek: ((), ()),
     zeplib.CoxIngersollRoss: ((), ()),
     zeplib.CreditCurve: ((), ()),
+    zeplib.YieldCurve2: ((), ()),
+    zeplib.MYieldCurve2: ((), ()),
 }
 
 
