@@ -500,6 +500,8 @@ void YieldCurve::SetParametricModel(boost::shared_ptr<const ParametricRateModel>
 
 void YieldCurve::SetImpliedCurve(boost::shared_ptr<const YieldCurve> otherCurve,
                                  boost::shared_ptr<const ForwardPointsCurve> forwardPoints, bool isCCY2) {
+    ZEP_REQUIRE(otherCurve, "YieldCurve: the implied curve needs the other currency's curve.");
+    ZEP_REQUIRE(forwardPoints, "YieldCurve: the implied curve needs the forward points.");
     m_otherCurve = std::move(otherCurve);
     m_forwardPoints = std::move(forwardPoints);
     m_isCCY2 = isCCY2;

@@ -4,7 +4,6 @@
 #include "lum-interest-rates/ParametricCurves.hpp"
 %}
 
-%shared_ptr(zep::ParametricRateModel)
 %shared_ptr(zep::NelsonSiegel)
 %shared_ptr(zep::Svensson)
 %shared_ptr(zep::Vasicek)
@@ -13,7 +12,6 @@
 %feature("docstring") zep::Svensson "Svensson zero rates: Svensson(beta0, beta1, beta2, beta3, tau1, tau2).";
 %feature("docstring") zep::Vasicek "Vasicek short rate dr = a (b - r) dt + sigma dW: Vasicek(r0, a, b, sigma); DiscountFactor(t), Rate(t).";
 %feature("docstring") zep::CoxIngersollRoss "Cox-Ingersoll-Ross short rate dr = a (b - r) dt + sigma sqrt(r) dW: CoxIngersollRoss(r0, a, b, sigma).";
-%include "lum-interest-rates/ParametricRateModel.hpp"
 %include "lum-interest-rates/ParametricCurves.hpp"
 
 %rename(_ParametricYieldCurve) zep::python::ParametricYieldCurve;
