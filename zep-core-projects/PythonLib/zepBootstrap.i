@@ -194,3 +194,35 @@ def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays
                                    oisDayCounter or DayCounter(Act360), curveDayCounter or DayCounter(Act365Fixed),
                                    interpolatedVariable, interpolationMethod, bool(globalFit), discountCurve)
 %}
+
+// Curves over other curves: a spread over a base curve, overnight rates off a discount curve.
+%{
+#include "lum-interest-rates/OvernightRateCurve.hpp"
+#include "lum-interest-rates/SpreadRateModel.hpp"
+%}
+%shared_ptr(zep::SpreadRateModel)
+%ignore zep::OvernightRateCurve::OvernightRate(const Date&, const Calendar&) const;
+%feature("docstring") zep::SpreadRateModel
+"Zero rates over a base curve: SpreadRateModel(base, spread) adds a constant continuously
+compounded spread, SpreadRateModel(base, spreadCurve) the spread curve's continuous zero rate, so
+that discount factors multiply. Use through SpreadYieldCurve.";
+%feature("docstring") zep::OvernightRateCurve
+"Overnight rates off a discount curve: OvernightRateCurve(curve, centres='TARGET',
+dayCounter=DayCounter(Act360)); OvernightRate(date) from a business day to the next,
+CompoundedRate(start, end) what compounding them over a period amounts to.";
+%include "lum-interest-rates/SpreadRateModel.hpp"
+%include "lum-interest-rates/OvernightRateCurve.hpp"
+%extend zep::OvernightRateCurve {
+    double OvernightRate(const zep::Date& date) const { return $self->OvernightRate(date, zep::Calendar::Shared()); }
+}
+
+%pythoncode %{
+def SpreadYieldCurve(base: "YieldCurve", spread: "float | YieldCurve") -> "YieldCurve":
+    """A discount curve over a base curve: its continuously compounded zero rates are the base's
+    plus a constant spread or plus a spread curve's, its discount factors the base's times the
+    spread's; on the base curve's reference date and day count. It pickles as its parts."""
+    if base is None or spread is None:
+        raise ValueError("SpreadYieldCurve: no base curve or no spread")
+    model = SpreadRateModel(base, spread if isinstance(spread, YieldCurve) else float(spread))
+    return ParametricYieldCurve(base.ReferenceDate(), model, DayCounter(base.DayCounterCode()))
+%}

@@ -210,6 +210,8 @@ _RECORDED = {
     zeplib.CreditCurve: ((), ()),
     zeplib.YieldCurve2: ((), ()),
     zeplib.QuotedForwardPoints: ((), ()),
+    zeplib.SpreadRateModel: ((), ()),
+    zeplib.OvernightRateCurve: ((), ()),
     zeplib.MYieldCurve2: ((), ()),
 }
 
