@@ -91,23 +91,23 @@ def ParametricYieldCurve(referenceDate: "Date | str", model: "ParametricRateMode
     return curve
 
 
-def DepositQuote(tenor: "str", rate: "float") -> "dict":
+def DepositQuote(tenor: "str", rate: "float") -> "dict[str, str | float]":
     """A deposit from spot to spot + tenor ("3M") at a simple money-market rate."""
     return {"instrument": "DEPOSIT", "tenor": tenor, "rate": rate}
 
 
-def FraQuote(tenor: "str", rate: "float") -> "dict":
+def FraQuote(tenor: "str", rate: "float") -> "dict[str, str | float]":
     """A forward rate agreement, tenor "3x6": start and end in months from spot."""
     return {"instrument": "FRA", "tenor": tenor, "rate": rate}
 
 
-def FutureQuote(start: "str", price: "float", convexity: "float" = 0.0) -> "dict":
+def FutureQuote(start: "str", price: "float", convexity: "float" = 0.0) -> "dict[str, str | float]":
     """A three-month money-market future on the first IMM date on or after spot + start, quoted
     as its price 100 * (1 - futures rate); convexity is the futures rate minus the forward rate."""
     return {"instrument": "FUTURE", "tenor": start, "rate": price, "convexity": convexity}
 
 
-def SwapQuote(tenor: "str", rate: "float", fixedTenor: "str | None" = None) -> "dict":
+def SwapQuote(tenor: "str", rate: "float", fixedTenor: "str | None" = None) -> "dict[str, str | float]":
     """A par fixed-float swap from spot to spot + tenor ("5Y"); fixedTenor ("6M") overrides the
     fixed leg's period of the bootstrap's conventions for this swap."""
     quote = {"instrument": "SWAP", "tenor": tenor, "rate": rate}
@@ -116,7 +116,7 @@ def SwapQuote(tenor: "str", rate: "float", fixedTenor: "str | None" = None) -> "
     return quote
 
 
-def OisQuote(tenor: "str", rate: "float") -> "dict":
+def OisQuote(tenor: "str", rate: "float") -> "dict[str, str | float]":
     """A par overnight-index swap from spot to spot + tenor ("2Y")."""
     return {"instrument": "OIS", "tenor": tenor, "rate": rate}
 
@@ -139,7 +139,9 @@ def _quote_rows(quotes):
     return rows
 
 
-def BootstrapYieldCurve(referenceDate: "Date | str", quotes: "list", spotLagDays: "int" = 2,
+def BootstrapYieldCurve(referenceDate: "Date | str",
+                        quotes: "Sequence[tuple[str, str, float] | tuple[str, str, float, float] | dict[str, str | float]]",
+                        spotLagDays: "int" = 2,
                         centres: "str" = "TARGET", rollRule: "int" = 2,
                         depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
                         fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
