@@ -43,8 +43,7 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
         ZEP_REQUIRE(std::isfinite(quote.rate), "BootstrapYieldCurve: the " + Describe(quote) + " quote is not a number");
         ZEP_REQUIRE(quote.tenor.Length() > 0, "BootstrapYieldCurve: the " + Describe(quote) + " quote has no tenor");
     }
-    std::stable_sort(quotes.begin(), quotes.end(),
-                     [&](const RateQuote& a, const RateQuote& b) { return MaturityOf(a) < MaturityOf(b); });
+    // A quote table out of maturity order is most likely a mistyped tenor: refused, not sorted.
     m_quotes = std::move(quotes);
     for (std::size_t i = 0; i < m_quotes.size(); ++i) {
         const Date maturity = MaturityOf(m_quotes[i]);
@@ -52,13 +51,16 @@ CurveBootstrap::CurveBootstrap(const Date& referenceDate, std::vector<RateQuote>
         if (i > 0 && maturity == m_pillars.back())
             ZEP_FAIL("BootstrapYieldCurve: the " + Describe(m_quotes[i]) + " quote matures on the date of the " +
                      Describe(m_quotes[i - 1]) + " quote");
+        if (i > 0 && maturity < m_pillars.back())
+            ZEP_FAIL("BootstrapYieldCurve: the " + Describe(m_quotes[i]) + " quote matures before the " +
+                     Describe(m_quotes[i - 1]) + " quote listed ahead of it: quotes go in maturity order");
         m_pillars.push_back(maturity);
     }
     for (const RateQuote& quote : m_quotes) m_flows.push_back(detail::LayOutFlows(quote, setting));
 
     m_zeroRates.assign(m_quotes.size(), 0.01);
     m_trial.emplace(referenceDate, m_pillars, m_zeroRates, Continuous, conventions.curveDayCounter,
-                         conventions.interpolatedVariable, conventions.interpolationMethod);
+                    conventions.interpolatedVariable, conventions.interpolationMethod);
     // The first guess: a money-market rate of a few percent.
     for (std::size_t i = 0; i < m_quotes.size(); ++i) SolvePillar(i, i == 0 ? 0.03 : m_zeroRates[i - 1]);
     FitGlobally();

@@ -158,7 +158,8 @@ def BootstrapYieldCurve(referenceDate: "Date | str",
     after spot + tenor; rate is its price, 100 * (1 - futures rate), and a fourth element the
     convexity adjustment, futures rate minus forward rate); also accepted as dicts with these
     keys (and "convexity", "fixedTenor"), as made by DepositQuote, FraQuote, FutureQuote,
-    SwapQuote and OisQuote, or a pandas DataFrame with these columns. Instruments start
+    SwapQuote and OisQuote, or a pandas DataFrame with these columns, in maturity order (a quote
+    maturing on or before the one ahead of it is refused). Instruments start
     spotLagDays business days after the reference date on the centres; dates roll by rollRule.
     Day counts: deposits, FRAs and futures Act/360, the fixed leg 30/360, OIS Act/360, the curve
     Act/365 Fixed unless given. The curve interpolates interpolatedVariable (1 continuous zero

@@ -1,5 +1,5 @@
-// A curve bootstrapped from market quotes (RateQuote.hpp), pillar by pillar: each quote, in
-// maturity order, fixes the discount factor at its maturity so that the instrument reprices
+// A curve bootstrapped from market quotes (RateQuote.hpp), pillar by pillar: each quote, given in
+// maturity order (a quote maturing on or before the one listed ahead of it is refused), fixes the discount factor at its maturity so that the instrument reprices
 // exactly on the curve built so far, the later pillars held at the same zero rate (solved by
 // Brent's method on the pillar's zero rate, so that a non-local interpolation between the
 // pillars is honoured too). Given a discount curve, the curve built is a projection curve: it
@@ -33,7 +33,7 @@ public:
     ~CurveBootstrap();
 
     const boost::shared_ptr<YieldCurve>& Curve() const { return m_curve; }
-    // A new rate for the quote at `index` (in the sorted order of Quotes()): the pillars from its
+    // A new rate for the quote at `index` (in the order of Quotes()): the pillars from its
     // own on are solved again and Curve() is a new curve; a curve handed out before is unchanged.
     // On failure nothing changes.
     void Requote(std::size_t index, double rate);
