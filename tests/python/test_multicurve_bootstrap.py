@@ -153,3 +153,20 @@ def test_a_projection_curve_pickles(projection_curve):
 def test_bad_quotes_are_refused_naming_the_quote(quotes, message):
     with pytest.raises((RuntimeError, ValueError), match=message):
         zep.BootstrapYieldCurve(REFERENCE, quotes)
+
+
+def test_a_kept_bootstrap_requotes_to_the_fresh_curve(ois_curve):
+    bootstrap = zep.BootstrapCurve(REFERENCE, SWAPS, discountCurve=ois_curve)
+    before = bootstrap.Curve()
+    bootstrap.Requote(3, 0.0310)
+    moved = list(SWAPS)
+    moved[3] = ("SWAP", "5Y", 0.0310)
+    fresh = zep.BootstrapYieldCurve(REFERENCE, moved, discountCurve=ois_curve)
+    for date in ("2025-01-15", "2029-01-15", "2040-01-15"):
+        assert bootstrap.Curve().DiscountFactor(date) == pytest.approx(fresh.DiscountFactor(date), abs=1e-14)
+    assert before.DiscountFactor("2029-01-15") != bootstrap.Curve().DiscountFactor("2029-01-15")
+    assert list(bootstrap.ImpliedQuotes())[3] == pytest.approx(0.0310, abs=1e-10)
+    with pytest.raises(RuntimeError, match="no discount factor reprices the deposit 6M quote"):
+        bootstrap.Requote(0, 25.0)
+    assert bootstrap.Curve().DiscountFactor("2029-01-15") == pytest.approx(fresh.DiscountFactor("2029-01-15"),
+                                                                           abs=1e-14)

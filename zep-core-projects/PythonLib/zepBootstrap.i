@@ -31,10 +31,21 @@ boost::shared_ptr<zep::YieldCurve> ParametricYieldCurve(const zep::Date& referen
 }
 %}
 
+%ignore zep::CurveBootstrap::CurveBootstrap;
+%ignore zep::CurveBootstrap::Quotes;
+%ignore zep::CurveBootstrap::Pillars;
+%feature("docstring") zep::CurveBootstrap
+"A bootstrap kept for risk: BootstrapCurve(...) takes the arguments of BootstrapYieldCurve.
+Curve() is the curve; Requote(index, rate) gives the quote at index (in the order given) a new
+rate and solves again from its pillar on, Curve() then being a new curve (a curve handed out
+before is unchanged; on failure nothing changes); ImpliedQuotes() reprices every quote.";
+%include "lum-interest-rates/CurveBootstrap.hpp"
+
+%newobject zep::python::BootstrapFrom;
 %inline %{
 namespace zep::python {
-// The raw entry point behind BootstrapYieldCurve below: one entry per quote in each list.
-boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
+// The raw entry point behind BootstrapCurve below: one entry per quote in each list.
+zep::CurveBootstrap* BootstrapFrom(
         const zep::Date& referenceDate, const std::vector<double>& instruments, const std::vector<std::string>& starts,
         const std::vector<std::string>& tenors, const std::vector<double>& rates,
         const std::vector<double>& convexities, const std::vector<std::string>& fixedTenors, int spotLagDays,
@@ -74,7 +85,7 @@ boost::shared_ptr<zep::YieldCurve> BootstrapYieldCurveFrom(
     conventions.interpolatedVariable = interpolatedVariable;
     conventions.interpolationMethod = interpolationMethod;
     conventions.globalFit = globalFit;
-    return zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared(), discountCurve).Curve();
+    return new zep::CurveBootstrap(referenceDate, quotes, conventions, zep::Calendar::Shared(), discountCurve);
 }
 }
 %}
@@ -139,16 +150,52 @@ def _quote_rows(quotes):
     return rows
 
 
+def BootstrapCurve(referenceDate: "Date | str",
+        quotes: "Sequence[tuple[str, str, float] | tuple[str, str, float, float] | dict[str, str | float]]",
+        spotLagDays: "int" = 2, centres: "str" = "TARGET", rollRule: "int" = 2,
+        depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
+        fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
+        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2,
+        discountCurve: "YieldCurve | None" = None, floatTenor: "str" = "6M", oisTenor: "str" = "1Y",
+        oisDayCounter: "DayCounter | None" = None, globalFit: "bool" = True) -> "CurveBootstrap":
+    """The bootstrap behind BootstrapYieldCurve (same arguments), kept for risk: Curve() is the
+    curve, Requote(index, rate) solves again from the moved quote's pillar on, ImpliedQuotes()
+    reprices every quote."""
+    kinds = {"DEPOSIT": 0, "FRA": 1, "SWAP": 2, "FUTURE": 3, "OIS": 4}
+    instruments, starts, tenors, rates, convexities, fixedTenors = [], [], [], [], [], []
+    for instrument, tenor, rate, convexity, quoteFixedTenor in _quote_rows(quotes):
+        kind = kinds.get(str(instrument).upper())
+        if kind is None:
+            raise ValueError(f"BootstrapYieldCurve: unknown instrument {instrument!r}: DEPOSIT, FRA, SWAP, FUTURE or OIS")
+        start, end = ("", tenor)
+        if kind == 1:
+            parts = str(tenor).upper().split("X")
+            if len(parts) != 2:
+                raise ValueError(f"BootstrapYieldCurve: an FRA tenor reads like '3x6', not {tenor!r}")
+            start, end = parts[0] + "M", parts[1] + "M"
+        elif kind == 3:
+            start, end = tenor, "3M"
+        instruments.append(float(kind))
+        starts.append(start)
+        tenors.append(end)
+        rates.append(float(rate))
+        convexities.append(float(convexity))
+        fixedTenors.append(quoteFixedTenor)
+    return BootstrapFrom(referenceDate, instruments, starts, tenors, rates, convexities, fixedTenors, spotLagDays,
+                         centres, rollRule, depositDayCounter or DayCounter(Act360), fixedTenor,
+                         fixedDayCounter or DayCounter(Thirty360), floatTenor, oisTenor,
+                         oisDayCounter or DayCounter(Act360), curveDayCounter or DayCounter(Act365Fixed),
+                         interpolatedVariable, interpolationMethod, bool(globalFit), discountCurve)
+
+
 def BootstrapYieldCurve(referenceDate: "Date | str",
-                        quotes: "Sequence[tuple[str, str, float] | tuple[str, str, float, float] | dict[str, str | float]]",
-                        spotLagDays: "int" = 2,
-                        centres: "str" = "TARGET", rollRule: "int" = 2,
-                        depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
-                        fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
-                        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2,
-                        discountCurve: "YieldCurve | None" = None, floatTenor: "str" = "6M",
-                        oisTenor: "str" = "1Y", oisDayCounter: "DayCounter | None" = None,
-                        globalFit: "bool" = True) -> "YieldCurve":
+        quotes: "Sequence[tuple[str, str, float] | tuple[str, str, float, float] | dict[str, str | float]]",
+        spotLagDays: "int" = 2, centres: "str" = "TARGET", rollRule: "int" = 2,
+        depositDayCounter: "DayCounter | None" = None, fixedTenor: "str" = "1Y",
+        fixedDayCounter: "DayCounter | None" = None, curveDayCounter: "DayCounter | None" = None,
+        interpolatedVariable: "int" = 1, interpolationMethod: "int" = 2,
+        discountCurve: "YieldCurve | None" = None, floatTenor: "str" = "6M", oisTenor: "str" = "1Y",
+        oisDayCounter: "DayCounter | None" = None, globalFit: "bool" = True) -> "YieldCurve":
     """A curve bootstrapped pillar by pillar from market quotes.
 
     quotes: (instrument, tenor, rate) with instrument "DEPOSIT" (tenor "3M"), "FRA" (tenor "3x6":
@@ -171,31 +218,9 @@ def BootstrapYieldCurve(referenceDate: "Date | str",
     Without discountCurve the curve discounts and projects. With it, the curve built is a
     projection curve: swap floating legs reset every floatTenor on its forwards, and both legs
     are discounted on discountCurve (OIS discounting)."""
-    kinds = {"DEPOSIT": 0, "FRA": 1, "SWAP": 2, "FUTURE": 3, "OIS": 4}
-    instruments, starts, tenors, rates, convexities, fixedTenors = [], [], [], [], [], []
-    for instrument, tenor, rate, convexity, quoteFixedTenor in _quote_rows(quotes):
-        kind = kinds.get(str(instrument).upper())
-        if kind is None:
-            raise ValueError(f"BootstrapYieldCurve: unknown instrument {instrument!r}: DEPOSIT, FRA, SWAP, FUTURE or OIS")
-        start, end = ("", tenor)
-        if kind == 1:
-            parts = str(tenor).upper().split("X")
-            if len(parts) != 2:
-                raise ValueError(f"BootstrapYieldCurve: an FRA tenor reads like '3x6', not {tenor!r}")
-            start, end = parts[0] + "M", parts[1] + "M"
-        elif kind == 3:
-            start, end = tenor, "3M"
-        instruments.append(float(kind))
-        starts.append(start)
-        tenors.append(end)
-        rates.append(float(rate))
-        convexities.append(float(convexity))
-        fixedTenors.append(quoteFixedTenor)
-    return BootstrapYieldCurveFrom(referenceDate, instruments, starts, tenors, rates, convexities, fixedTenors,
-                                   spotLagDays, centres, rollRule, depositDayCounter or DayCounter(Act360), fixedTenor,
-                                   fixedDayCounter or DayCounter(Thirty360), floatTenor, oisTenor,
-                                   oisDayCounter or DayCounter(Act360), curveDayCounter or DayCounter(Act365Fixed),
-                                   interpolatedVariable, interpolationMethod, bool(globalFit), discountCurve)
+    return BootstrapCurve(referenceDate, quotes, spotLagDays, centres, rollRule, depositDayCounter, fixedTenor,
+                          fixedDayCounter, curveDayCounter, interpolatedVariable, interpolationMethod, discountCurve,
+                          floatTenor, oisTenor, oisDayCounter, globalFit).Curve()
 %}
 
 // Curves over other curves: a spread over a base curve, overnight rates off a discount curve.
