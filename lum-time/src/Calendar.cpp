@@ -58,6 +58,14 @@ std::string Lower(const std::string& text) {
                 "Can't find the fincancial center code '" + std::string(unknown.what()) + "' in the calendar");
 }
 
+// One day on in a roll's search, which gives up after a year: centres whose holidays cover a
+// whole year (a holiday-only calendar) have no business day to roll to.
+Date NextDayWithin(const Date& day, const Date& from, int step, int direction) {
+    if (step >= 366)
+        ZEP_FAIL_IN("zep::Calendar::Adjust", "no business day within a year of " + from.ToString() + " on these centres");
+    return day + direction;
+}
+
 }  // namespace
 
 Calendar::Calendar() : m_index(std::make_unique<detail::HolidayIndex>()) {
@@ -160,14 +168,14 @@ Date BusinessDays::Adjust(const Date& date, std::int32_t rule) const {
         case Following:
         case ModifiedFollowing: {
             Date result = date;
-            while (!IsBusinessDay(result)) ++result;
+            for (int step = 0; !IsBusinessDay(result); ++step) result = NextDayWithin(result, date, step, 1);
             if (rule == ModifiedFollowing && result.Month() != date.Month()) return Adjust(date, Preceding);
             return result;
         }
         case Preceding:
         case ModifiedPreceding: {
             Date result = date;
-            while (!IsBusinessDay(result)) --result;
+            for (int step = 0; !IsBusinessDay(result); ++step) result = NextDayWithin(result, date, step, -1);
             if (rule == ModifiedPreceding && result.Month() != date.Month()) return Adjust(date, Following);
             return result;
         }

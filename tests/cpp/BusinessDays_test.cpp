@@ -66,5 +66,20 @@ TEST(BusinessDays, RefusesAnUnknownCentreAndTheMarketRules) {
     EXPECT_THROW(calendar->BusinessDaysOf("AAA").Adjust(Date(1, 6, 2025), IMM), const char*);
 }
 
+TEST(BusinessDays, ARollOnHolidayOnlyCentresFailsNamingTheDate) {
+    std::vector<Date> everyDay;
+    for (std::int32_t serial = Date(1, 1, 2024).SerialNumber(); serial <= Date(31, 12, 2026).SerialNumber(); ++serial)
+        everyDay.emplace_back(serial);
+    const auto calendar = Calendar::FromHolidays({{"AAA", everyDay}});
+    for (const std::int32_t rule : {Following, Preceding, ModifiedFollowing})
+        try {
+            calendar->Adjust(Date(1, 6, 2025), rule, "AAA");
+            FAIL() << rule;
+        } catch (const std::exception& error) {
+            EXPECT_NE(std::string(error.what()).find("no business day within a year of 01/06/2025"), std::string::npos)
+                << error.what();
+        }
+}
+
 }  // namespace
 }  // namespace zep

@@ -11,7 +11,6 @@
 // quote re-solves from its pillar on (and fits globally again when the interpolation is not local).
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <vector>
 
