@@ -145,7 +145,7 @@ def test_a_projection_curve_pickles(projection_curve):
 
 @pytest.mark.parametrize("quotes, message", [
     ([("OIS", "2Y", 0.03), ("OIS", "2Y", 0.031)], "the OIS 2Y quote matures on the date of the OIS 2Y quote"),
-    ([("FUTURE", "3M", 250.0)], "no discount factor reprices the future 3M\\+3M quote"),
+    ([("FUTURE", "3M", 250.0)], "no discount factor reprices the future 3M\\+3M quote \\(Brent: "),
     ([("OIS", "5Y", 0.03), ("OIS", "2Y", 0.031)],
      "the OIS 2Y quote matures before the OIS 5Y quote listed ahead of it: quotes go in maturity order"),
     ([("SWAP", "5Y", 0.03, 0.0, 1.0)], "a quote reads \\(instrument, tenor, rate\\[, convexity\\]\\)"),
