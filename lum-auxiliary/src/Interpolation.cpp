@@ -108,6 +108,20 @@ Interpolation<A, O, V>::Interpolation(std::vector<A> x, std::vector<O> y, Interp
 }
 
 template <class A, class O, class V>
+void Interpolation<A, O, V>::SetValuesFrom(std::size_t first, const std::vector<O>& values) {
+    if (values.size() != m_y.size()) Fail("Interpolation: Data dimensions don't match");
+    // Only the log-linear and "ffq" forms read the logarithms.
+    const bool logs = UsesMethod(LogLinearInterpolation) || UsesMethod(FFQInterpolation);
+    for (std::size_t k = first; k < m_y.size(); ++k) {
+        m_y[k] = values[k];
+        m_logY[k] = logs ? std::log(static_cast<double>(values[k])) : 0.0;
+    }
+    for (std::size_t k = first == 0 ? 0 : first - 1; k < m_slopes.size(); ++k)
+        m_slopes[k] = (m_y[k + 1] - m_y[k]) / (static_cast<double>(m_x[k + 1]) - m_x[k]);
+    if (UsesMethod(CubicInterpolation) || UsesMethod(ClampedCubicInterpolation)) PrepareSplines();
+}
+
+template <class A, class O, class V>
 std::size_t Interpolation<A, O, V>::BucketOf(double x) const {
     return std::min(static_cast<std::size_t>((x - m_x.front()) * m_bucketsPerUnit), m_bucketIntervals.size() - 1);
 }

@@ -184,23 +184,32 @@ YieldCurve::YieldCurve(const Date& referenceDate, const std::vector<Date>& dates
     std::vector<double> variables(pillars.size());
     for (std::size_t i = 0; i < pillars.size(); ++i) {
         const double r = rates[i], t = times[i];
-        const bool atZero = IsNearZero(t);
         // A simple rate grows money by 1 + r t; a growth that is not positive is no rate.
         if (!continuous && !(1.0 + r * t > 0.0))
             ZEP_FAIL(fmt::format("YieldCurve: the simple zero rate {:.6g} over {:.6g} years gives no discount factor "
                                  "(1 + r t is not positive)", r, t));
-        switch (interpolatedVariable) {
-            case ContinuousZeroRates:
-                variables[i] = continuous || atZero ? r : std::log(1.0 + r * t) / t;
-                break;
-            case DiscountFactors:
-                variables[i] = atZero ? 1.0 : continuous ? std::exp(-r * t) : 1.0 / (1.0 + r * t);
-                break;
-            default:  // simple and annual zero rates keep the simple rate
-                variables[i] = !continuous || atZero ? r : (std::exp(r * t) - 1.0) / t;
-        }
+        variables[i] = VariableFromZeroRate(r, t, continuous);
     }
     CompletePillars(pillars, std::move(variables));
+}
+
+double YieldCurve::VariableFromZeroRate(double r, double t, bool continuous) const {
+    const bool atZero = IsNearZero(t);
+    switch (m_interpolatedVariable) {
+        case ContinuousZeroRates:
+            return continuous || atZero ? r : std::log(1.0 + r * t) / t;
+        case DiscountFactors:
+            return atZero ? 1.0 : continuous ? std::exp(-r * t) : 1.0 / (1.0 + r * t);
+        default:  // simple and annual zero rates keep the simple rate
+            return !continuous || atZero ? r : (std::exp(r * t) - 1.0) / t;
+    }
+}
+
+void YieldCurve::SetContinuousZeroRateFrom(std::size_t first, double zero) {
+    for (std::size_t k = first; k < m_variables.size(); ++k) m_variables[k] = VariableFromZeroRate(zero, m_times[k], true);
+    m_interpolation.SetValuesFrom(first, m_variables);
+    if (m_interpolationMethod == ClampedCubicInterpolation) m_interpolation.autoSetBoundaryDerivatives();
+    if (m_interpolationMethod == SplineTableInterpolation) BuildSplineTable(PillarForwardRates());
 }
 
 YieldCurve::YieldCurve(const Date& referenceDate, const std::vector<Period>& tenors,
@@ -491,6 +500,8 @@ void YieldCurve::SetParametricModel(boost::shared_ptr<const ParametricRateModel>
 
 void YieldCurve::SetImpliedCurve(boost::shared_ptr<const YieldCurve> otherCurve,
                                  boost::shared_ptr<const ForwardPointsCurve> forwardPoints, bool isCCY2) {
+    ZEP_REQUIRE(otherCurve, "YieldCurve: the implied curve needs the other currency's curve.");
+    ZEP_REQUIRE(forwardPoints, "YieldCurve: the implied curve needs the forward points.");
     m_otherCurve = std::move(otherCurve);
     m_forwardPoints = std::move(forwardPoints);
     m_isCCY2 = isCCY2;

@@ -53,6 +53,19 @@ std::string Lower(const std::string& text) {
     return lower;
 }
 
+[[noreturn]] void FailUnknownCentre(const detail::UnknownCentre& unknown) {
+    ZEP_FAIL_IN("zep::Calendar::Dates",
+                "Can't find the fincancial center code '" + std::string(unknown.what()) + "' in the calendar");
+}
+
+// One day on in a roll's search, which gives up after a year: centres whose holidays cover a
+// whole year (a holiday-only calendar) have no business day to roll to.
+Date NextDayWithin(const Date& day, const Date& from, int step, int direction) {
+    if (step >= 366)
+        ZEP_FAIL_IN("zep::Calendar::Adjust", "no business day within a year of " + from.ToString() + " on these centres");
+    return day + direction;
+}
+
 }  // namespace
 
 Calendar::Calendar() : m_index(std::make_unique<detail::HolidayIndex>()) {
@@ -122,8 +135,7 @@ const std::vector<std::int32_t>& Calendar::Holidays(std::string_view centres) co
     try {
         return m_index->Merged(centres);
     } catch (const detail::UnknownCentre& unknown) {
-        ZEP_FAIL_IN("zep::Calendar::Dates", "Can't find the fincancial center code '" +
-                                                std::string(unknown.what()) + "' in the calendar");
+        FailUnknownCentre(unknown);
     }
 }
 
@@ -131,33 +143,61 @@ bool Calendar::IsBusinessDay(const Date& date, std::string_view centres) const {
     return IsBusinessSerial(date.SerialNumber(), Holidays(centres));
 }
 
-Date Calendar::Adjust(const Date& date, std::int32_t rule, std::string_view centres) const {
+bool BusinessDays::IsBusinessDay(const Date& date) const {
+    const auto serial = static_cast<std::size_t>(date.SerialNumber());
+    if (detail::IsWeekend(date.SerialNumber())) return false;
+    const std::size_t word = serial / 64;
+    return word >= m_holidayBits->size() || ((*m_holidayBits)[word] >> (serial % 64) & 1) == 0;
+}
+
+BusinessDays Calendar::BusinessDaysOf(std::string_view centres) const {
+    static const detail::HolidayBits kWeekendsOnly;
+    if (centres.empty()) return BusinessDays(kWeekendsOnly);
+    try {
+        return BusinessDays(m_index->MergedBits(centres));
+    } catch (const detail::UnknownCentre& unknown) {
+        FailUnknownCentre(unknown);
+    }
+}
+
+Date BusinessDays::Adjust(const Date& date, std::int32_t rule) const {
     ZEP_REQUIRE_TEXT(!date.IsNull(), "Can't adjust a null date");
+    if (rule < Following || rule > Unadjusted || rule == IMM) throw "Unknown adjusting rule";
+    if (rule == Unadjusted || IsBusinessDay(date)) return date;
     switch (rule) {
-        case Unadjusted:
-            return date;
         case Following:
         case ModifiedFollowing: {
-            const HolidaySerials& holidays = Holidays(centres);
             Date result = date;
-            while (!IsBusinessSerial(result.SerialNumber(), holidays)) ++result;
-            if (rule == ModifiedFollowing && result.Month() != date.Month())
-                return Adjust(date, Preceding, centres);
+            for (int step = 0; !IsBusinessDay(result); ++step) result = NextDayWithin(result, date, step, 1);
+            if (rule == ModifiedFollowing && result.Month() != date.Month()) return Adjust(date, Preceding);
             return result;
         }
         case Preceding:
         case ModifiedPreceding: {
-            const HolidaySerials& holidays = Holidays(centres);
             Date result = date;
-            while (!IsBusinessSerial(result.SerialNumber(), holidays)) --result;
-            if (rule == ModifiedPreceding && result.Month() != date.Month())
-                return Adjust(date, Following, centres);
+            for (int step = 0; !IsBusinessDay(result); ++step) result = NextDayWithin(result, date, step, -1);
+            if (rule == ModifiedPreceding && result.Month() != date.Month()) return Adjust(date, Following);
             return result;
         }
+        default:
+            return date;
+    }
+}
+
+Date Calendar::Adjust(const Date& date, std::int32_t rule, std::string_view centres) const {
+    ZEP_REQUIRE_TEXT(!date.IsNull(), "Can't adjust a null date");
+    switch (rule) {
         case IMM:
             return NextFutureRollDate(date, "IMM");
         case LME:
             return NextCommodityDeliveryDate(date, "LME");
+        case Unadjusted:
+            return date;
+        case Following:
+        case ModifiedFollowing:
+        case Preceding:
+        case ModifiedPreceding:
+            return BusinessDaysOf(centres).Adjust(date, rule);
         default:
             throw "Unknown adjusting rule";
     }

@@ -30,12 +30,12 @@ void HolidayIndex::Add(const HolidayTable& holidays) {
     m_entries.clear();
 }
 
-const HolidaySerials& HolidayIndex::Build(std::string_view centres, std::size_t hash) const {
+const HolidayIndex::Entry& HolidayIndex::Build(std::string_view centres, std::size_t hash) const {
     const std::lock_guard lock(m_builder);
     auto& bucket = m_buckets[hash % kBuckets];
     for (const Entry* entry = bucket.load(std::memory_order_relaxed); entry != nullptr;
          entry = entry->next)
-        if (entry->hash == hash && entry->centres == centres) return entry->holidays;
+        if (entry->hash == hash && entry->centres == centres) return *entry;
 
     HolidaySerials merged;
     for (const std::string_view code : SplitCentres(centres)) {
@@ -48,12 +48,15 @@ const HolidaySerials& HolidayIndex::Build(std::string_view centres, std::size_t 
     std::sort(merged.begin(), merged.end());
     merged.erase(std::unique(merged.begin(), merged.end()), merged.end());
 
-    auto entry = std::make_unique<Entry>(
-        Entry{std::string(centres), hash, std::move(merged), bucket.load(std::memory_order_relaxed)});
+    HolidayBits bits(merged.empty() ? 0 : static_cast<std::size_t>(merged.back()) / 64 + 1);
+    for (const std::int32_t serial : merged) bits[static_cast<std::size_t>(serial) / 64] |= std::uint64_t{1} << (serial % 64);
+
+    auto entry = std::make_unique<Entry>(Entry{std::string(centres), hash, std::move(merged), std::move(bits),
+                                               bucket.load(std::memory_order_relaxed)});
     const Entry* published = entry.get();
     m_entries.push_back(std::move(entry));
     bucket.store(published, std::memory_order_release);
-    return published->holidays;
+    return *published;
 }
 
 }  // namespace zep::detail

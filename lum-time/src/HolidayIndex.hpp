@@ -17,6 +17,8 @@
 namespace zep::detail {
 
 using HolidaySerials = std::vector<std::int32_t>;  // ascending serial numbers
+// The same holidays as bits, bit (serial % 64) of word (serial / 64): a test in one load.
+using HolidayBits = std::vector<std::uint64_t>;
 using HolidayTable = std::map<std::string, HolidaySerials, std::less<>>;
 
 // Serial modulo 7 with 0 read as 7 gives 1 for Sunday and 7 for Saturday.
@@ -42,13 +44,8 @@ public:
     const HolidayTable& Centres() const { return m_centres; }
 
     // The weekday holidays of every centre the text names, merged and ascending.
-    const HolidaySerials& Merged(std::string_view centres) const {
-        const std::size_t hash = Hash(centres);
-        for (const Entry* entry = m_buckets[hash % kBuckets].load(std::memory_order_acquire);
-             entry != nullptr; entry = entry->next)
-            if (entry->hash == hash && entry->centres == centres) return entry->holidays;
-        return Build(centres, hash);
-    }
+    const HolidaySerials& Merged(std::string_view centres) const { return Find(centres).holidays; }
+    const HolidayBits& MergedBits(std::string_view centres) const { return Find(centres).bits; }
 
 private:
     // FNV-1a: centre texts are a few characters, where it beats the general-purpose hash.
@@ -62,11 +59,19 @@ private:
         std::string centres;
         std::size_t hash;
         HolidaySerials holidays;
+        HolidayBits bits;
         const Entry* next;
     };
     static constexpr std::size_t kBuckets = 64;
 
-    const HolidaySerials& Build(std::string_view centres, std::size_t hash) const;
+    const Entry& Find(std::string_view centres) const {
+        const std::size_t hash = Hash(centres);
+        for (const Entry* entry = m_buckets[hash % kBuckets].load(std::memory_order_acquire);
+             entry != nullptr; entry = entry->next)
+            if (entry->hash == hash && entry->centres == centres) return *entry;
+        return Build(centres, hash);
+    }
+    const Entry& Build(std::string_view centres, std::size_t hash) const;
 
     HolidayTable m_centres;
     mutable std::array<std::atomic<const Entry*>, kBuckets> m_buckets{};

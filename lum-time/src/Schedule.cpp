@@ -25,6 +25,21 @@ std::vector<Date> ImmDatesBetween(const Date& effective, const Date& termination
     return dates;
 }
 
+// The business-day step on centres already looked up; the centres text only names them in the
+// failure.
+Date AdvanceBusinessDays(const BusinessDays& businessDays, const Date& date, std::int32_t days,
+                         const std::string& centres) {
+    Date result = date;
+    const std::int32_t direction = days >= 0 ? 1 : -1;
+    for (std::int32_t moved = 0, looked = 0; moved != days;) {
+        result = result + direction;
+        if (++looked > 366 + 2 * std::abs(days))
+            ZEP_FAIL("Schedule: no business day within a year on the centres \"" + centres + "\"");
+        if (businessDays.IsBusinessDay(result)) moved += direction;
+    }
+    return result;
+}
+
 }  // namespace
 
 Date ImmDate(std::int32_t month, std::int32_t year) {
@@ -35,15 +50,7 @@ Date ImmDate(std::int32_t month, std::int32_t year) {
 }
 
 Date AdvanceBusinessDays(const Calendar& calendar, const Date& date, std::int32_t days, const std::string& centres) {
-    Date result = date;
-    const std::int32_t direction = days >= 0 ? 1 : -1;
-    for (std::int32_t moved = 0, looked = 0; moved != days;) {
-        result = result + direction;
-        if (++looked > 366 + 2 * std::abs(days))
-            ZEP_FAIL("Schedule: no business day within a year on the centres \"" + centres + "\"");
-        if (calendar.IsBusinessDay(result, centres)) moved += direction;
-    }
-    return result;
+    return AdvanceBusinessDays(calendar.BusinessDaysOf(centres), date, days, centres);
 }
 
 std::vector<Date> Schedule::UnadjustedDates(const Date& effective, const Date& termination, const ScheduleRules& rules) {
@@ -55,50 +62,48 @@ std::vector<Date> Schedule::UnadjustedDates(const Date& effective, const Date& t
     const bool toMonthEnd = rules.endOfMonth && MonthBased(rules.tenor) && IsMonthEnd(anchor);
     // A bound on the number of periods: a daily tenor over the longest trade is still far below.
     const std::int32_t maxPeriods = termination.SerialNumber() - effective.SerialNumber() + 1;
-    std::vector<Date> inner;
+    const Date last = backward ? effective : termination;
+    // Generated away from the anchor into one vector, which ends up in calendar order.
+    std::vector<Date> dates;
+    dates.reserve(static_cast<std::size_t>(maxPeriods) < 512 ? maxPeriods + 1 : 512);
+    dates.push_back(anchor);
     for (std::int32_t k = 1; k <= maxPeriods; ++k) {
-        Date date = anchor + Period((backward ? -k : k) * rules.tenor.Length(), rules.tenor.Units());
+        Date date = anchor.Advance((backward ? -k : k) * rules.tenor.Length(), rules.tenor.Units());
         if (toMonthEnd) date = MonthEnd(date);
         if (backward ? date <= effective : date >= termination) break;
-        inner.push_back(date);
+        dates.push_back(date);
     }
-    if (backward) std::reverse(inner.begin(), inner.end());
-    // The odd period, if any, sits at the front (backward) or at the back (forward); a long stub
-    // takes in the regular period next to it.
-    const bool odd = backward ? !inner.empty() && effective + Period(rules.tenor.Length(), rules.tenor.Units()) != inner.front()
-                              : !inner.empty() && inner.back() + Period(rules.tenor.Length(), rules.tenor.Units()) != termination;
-    if (rules.stub == StubKind::Long && odd && !inner.empty()) {
-        if (backward)
-            inner.erase(inner.begin());
-        else
-            inner.pop_back();
-    }
-    std::vector<Date> dates{effective};
-    dates.insert(dates.end(), inner.begin(), inner.end());
-    dates.push_back(termination);
+    // The odd period, if any, sits next to `last`; a long stub takes in the regular period next
+    // to it.
+    const std::size_t innerCount = dates.size() - 1;
+    const Date regularFromStart = (backward ? effective : dates.back()).Advance(rules.tenor.Length(), rules.tenor.Units());
+    const bool odd = innerCount > 0 && regularFromStart != (backward ? dates.back() : termination);
+    if (rules.stub == StubKind::Long && odd) dates.pop_back();
+    dates.push_back(last);
+    if (backward) std::reverse(dates.begin(), dates.end());
     return dates;
 }
 
 Schedule::Schedule(const Date& effective, const Date& termination, const ScheduleRules& rules, const Calendar& calendar)
     : m_rules(rules) {
     const std::vector<Date> dates = UnadjustedDates(effective, termination, rules);
-    std::vector<SchedulePeriod> periods;
-    periods.reserve(dates.size() - 1);
+    const BusinessDays businessDays = calendar.BusinessDaysOf(rules.centres);
+    m_periods.resize(dates.size() - 1);
+    Date accrualStart = businessDays.Adjust(dates.front(), rules.accrualAdjustment);
     for (std::size_t i = 0; i + 1 < dates.size(); ++i) {
-        SchedulePeriod period;
+        SchedulePeriod& period = m_periods[i];
         period.unadjustedStart = dates[i];
         period.unadjustedEnd = dates[i + 1];
-        period.accrualStart = calendar.Adjust(dates[i], rules.accrualAdjustment, rules.centres);
-        period.accrualEnd = calendar.Adjust(dates[i + 1], rules.accrualAdjustment, rules.centres);
-        const Date paymentRolled = calendar.Adjust(period.accrualEnd, rules.paymentAdjustment, rules.centres);
+        period.accrualStart = accrualStart;
+        period.accrualEnd = businessDays.Adjust(dates[i + 1], rules.accrualAdjustment);
+        const Date paymentRolled = businessDays.Adjust(period.accrualEnd, rules.paymentAdjustment);
         period.payment = rules.paymentLagDays == 0
                              ? paymentRolled
-                             : AdvanceBusinessDays(calendar, paymentRolled, rules.paymentLagDays, rules.centres);
-        period.fixing = AdvanceBusinessDays(calendar, period.accrualStart, -rules.fixingLagDays, rules.centres);
+                             : AdvanceBusinessDays(businessDays, paymentRolled, rules.paymentLagDays, rules.centres);
+        period.fixing = AdvanceBusinessDays(businessDays, period.accrualStart, -rules.fixingLagDays, rules.centres);
         period.accrualFraction = rules.dayCounter.YearFraction(period.accrualStart, period.accrualEnd);
-        periods.push_back(period);
+        accrualStart = period.accrualEnd;
     }
-    m_periods = std::move(periods);
 }
 
 }  // namespace zep

@@ -5,11 +5,16 @@
 #include <boost/make_shared.hpp>
 
 #include "lum-interest-rates/YieldCurve.hpp"
+#include "lum-interest-rates/QuotedForwardPoints.hpp"
 #include "CurveArrays.hpp"
 %}
 
 %shared_ptr(zep::GenericCurve)
 %shared_ptr(zep::YieldCurve)
+// The hooks' arguments: a rate model (the parametric curves) or FX forward points.
+%shared_ptr(zep::ParametricRateModel)
+%shared_ptr(zep::ForwardPointsCurve)
+%shared_ptr(zep::QuotedForwardPoints)
 
 // Lists of dates arrive through the date-list typemap of zepCalendar.i.
 %typemap(out) const std::vector<zep::Date>& {
@@ -89,8 +94,6 @@
 %ignore zep::YieldCurve::YieldCurve(const Date&, const std::vector<Period>&, const std::vector<double>&, Frequency);
 namespace zep {
 %ignore YieldCurve::DiscountFactorArray;
-%ignore YieldCurve::SetParametricModel;
-%ignore YieldCurve::SetImpliedCurve;
 %ignore GenericCurve::GetInterpolation;
 %ignore GenericCurve::GetDayCounter;
 }
@@ -106,6 +109,12 @@ DiscountFactors(array) evaluates a whole NumPy array of times or dates in one ca
 
 %include "lum-interest-rates/InterpolatedVariable.hpp"
 %include "lum-interest-rates/GenericCurve.hpp"
+%feature("docstring") zep::QuotedForwardPoints
+"FX forward points as quoted: QuotedForwardPoints(spot, scale, times, points), forward = spot +
+points / scale, linear in time from zero points at time zero, flat beyond the last time.";
+%include "lum-interest-rates/ParametricRateModel.hpp"
+%include "lum-interest-rates/ForwardPointsCurve.hpp"
+%include "lum-interest-rates/QuotedForwardPoints.hpp"
 %include "lum-interest-rates/YieldCurve.hpp"
 
 %extend zep::YieldCurve {

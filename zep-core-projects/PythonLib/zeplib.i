@@ -83,3 +83,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepProducts.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
+%include "zepCredit.i"
+%include "zepYieldCurve2.i"

@@ -68,6 +68,12 @@ public:
     // Second derivatives of the natural cubic spline at the nodes (zero at both ends).
     std::vector<double> NaturalSecondDerivatives() const;
 
+    // One-dimensional: values[k] becomes the value of node k for every node from `first` on, the
+    // nodes and settings left in place (the spline curvatures solved again): how a bootstrap tries
+    // values at its newest node without building an interpolation, and without allocating for the
+    // methods other than the splines.
+    void SetValuesFrom(std::size_t first, const std::vector<Ordinate>& values);
+
     // End derivatives for the clamped spline, read off the data as the extrapolation suggests.
     void autoSetBoundaryDerivatives();
     void SetBoundaryDerivatives(double leftDer, double rightDer);

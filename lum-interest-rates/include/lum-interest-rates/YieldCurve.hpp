@@ -104,6 +104,13 @@ public:
     static boost::shared_ptr<YieldCurve> FromJson(const std::string& text);
 
 private:
+    // A bootstrap tries each pillar's rate on one curve changed in place.
+    friend class CurveBootstrap;
+    // The continuous zero rate `zero` at pillar `first` (counting the reference pillar) and every
+    // later pillar, held in the curve's interpolated variable.
+    void SetContinuousZeroRateFrom(std::size_t first, double zero);
+    double VariableFromZeroRate(double r, double t, bool continuous) const;
+
     YieldCurve();
     double DiscountFactorFromRate(double rate, double t) const;
     double ParRateAt(double T) const;

@@ -54,10 +54,10 @@ double NewtonSolve(const ValueAndDerivative& f, double guess, double low, double
     detail::FailRootSearch("Newton", "no convergence after " + std::to_string(search.maxIterations) + " iterations");
 }
 
-// [low, high] must bracket a root of f.
+// [low, high] must bracket a root of f, whose values there the caller already has.
 template <class Function>
-double BrentSolve(const Function& f, double low, double high, RootSearch search = {}) {
-    double a = low, b = high, fa = f(a), fb = f(b);
+double BrentSolve(const Function& f, double low, double high, double atLow, double atHigh, RootSearch search = {}) {
+    double a = low, b = high, fa = atLow, fb = atHigh;
     if (fa == 0.0) return a;
     if (fb == 0.0) return b;
     if (!(fa * fb < 0.0)) detail::FailRootSearch("Brent", "root must be bracketed");
@@ -107,6 +107,12 @@ double BrentSolve(const Function& f, double low, double high, RootSearch search 
         if (!std::isfinite(fb)) detail::FailRootSearch("Brent", "the function is not finite at " + std::to_string(b));
     }
     detail::FailRootSearch("Brent", "no convergence after " + std::to_string(search.maxIterations) + " iterations");
+}
+
+// [low, high] must bracket a root of f.
+template <class Function>
+double BrentSolve(const Function& f, double low, double high, RootSearch search = {}) {
+    return BrentSolve(f, low, high, f(low), f(high), search);
 }
 
 }  // namespace zep

@@ -29,6 +29,23 @@ namespace detail {
 class HolidayIndex;
 }
 
+// The business days of one centre text, looked up once, for loops over many dates (the periods
+// of a schedule) that would otherwise find the centres again at every date. It reads the
+// calendar's holiday list: valid while the calendar lives and loads no further holidays.
+class BusinessDays {
+public:
+    bool IsBusinessDay(const Date& date) const;
+    // Following, Preceding and their modified forms, or Unadjusted; other rules are the
+    // calendar's (Calendar::Adjust).
+    Date Adjust(const Date& date, std::int32_t rule) const;
+
+private:
+    friend class Calendar;
+    // Weekday holidays as bits, bit (serial % 64) of word (serial / 64).
+    explicit BusinessDays(const std::vector<std::uint64_t>& holidayBits) : m_holidayBits(&holidayBits) {}
+    const std::vector<std::uint64_t>* m_holidayBits;
+};
+
 // Holiday dates by centre code.
 using HolidayDates = std::map<std::string, std::vector<Date>>;
 
@@ -72,6 +89,7 @@ public:
     void LoadMurexHolidays(const std::string& path);
 
     bool IsBusinessDay(const Date& date, std::string_view centres) const;
+    BusinessDays BusinessDaysOf(std::string_view centres) const;
     Date Adjust(const Date& date, std::int32_t rule, std::string_view centres) const;
     // Business days after start up to and including end; both must be business days.
     std::int32_t BusinessDaysBetween(const Date& start, const Date& end,

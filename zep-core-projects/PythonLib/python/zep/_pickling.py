@@ -65,10 +65,34 @@ def _parametric_curve(arguments):
     return zeplib.ParametricYieldCurve(*arguments)
 
 
+def _hooked_curve(state):
+    fields, hooks = state
+    curve = zeplib.YieldCurve.FromJson(fields)
+    for name, args in hooks:
+        getattr(curve, name)(*args)
+    return curve
+
+
 def _curve_state(curve):
-    # A curve on a formula saves the formula: its saved fields hold the pillars only.
+    # A curve on a formula saves the formula: its saved fields hold the pillars only. A curve
+    # given a model or another currency's curve through its hooks saves the hook calls beside them.
     arguments = getattr(curve, "_zep_parametric", None)
-    return (_parametric_curve, arguments) if arguments else (_yield_curve, curve.ToJson())
+    if arguments:
+        return _parametric_curve, arguments
+    hooks = curve.__dict__.get(_HOOKS)
+    return (_hooked_curve, (curve.ToJson(), list(hooks))) if hooks else (_yield_curve, curve.ToJson())
+
+
+_HOOKS = "_zep_hooks"  # the hook calls a curve was given, in order
+
+
+def _recording_hook(name, hook):
+    @functools.wraps(hook)
+    def record(self, *args):
+        result = hook(self, *args)
+        self.__dict__.setdefault(_HOOKS, []).append((name, args))
+        return result
+    return record
 
 
 def _sequence(state):
@@ -186,6 +210,12 @@ _RECORDED = {
     zeplib.Svensson: ((), ()),
     zeplib.Vasicek: ((), ()),
     zeplib.CoxIngersollRoss: ((), ()),
+    zeplib.CreditCurve: ((), ()),
+    zeplib.YieldCurve2: ((), ()),
+    zeplib.QuotedForwardPoints: ((), ()),
+    zeplib.SpreadRateModel: ((), ()),
+    zeplib.OvernightRateCurve: ((), ()),
+    zeplib.MYieldCurve2: ((), ()),
 }
 
 
@@ -200,5 +230,7 @@ def install():
         for name in setters:
             setattr(cls, name, _recording_setter(name, getattr(cls, name)))
         cls.__reduce__ = _recipe_reduce
+    for name in ("SetParametricModel", "SetImpliedCurve"):
+        setattr(zeplib.YieldCurve, name, _recording_hook(name, getattr(zeplib.YieldCurve, name)))
     zeplib.MXScriptStructure.FromFile = _recording_factory(zeplib.MXScriptStructure, "FromFile",
                                                            _product_file_as_definition)
