@@ -20,9 +20,14 @@ bool IsDateTimeDate(PyObject* object) {
     }
     return PyDate_Check(object);
 }
+
+// A NumPy datetime64 scalar, recognised by its type name so that NumPy need not be loaded.
+bool IsDatetime64(PyObject* object) { return std::string_view(Py_TYPE(object)->tp_name) == "numpy.datetime64"; }
 }  // namespace
 
-bool LooksLikeDate(PyObject* object) { return PyUnicode_Check(object) || IsDateTimeDate(object); }
+bool LooksLikeDate(PyObject* object) {
+    return PyUnicode_Check(object) || IsDateTimeDate(object) || IsDatetime64(object);
+}
 
 Conversion DateFromPython(PyObject* object, zep::Date& date) {
     if (PyUnicode_Check(object)) {
@@ -63,6 +68,20 @@ std::optional<DateInput> DateInputFromPython(PyObject* object) {
     if (IsDateTimeDate(object))
         return DateInput(DayMonthYear{PyDateTime_GET_DAY(object), PyDateTime_GET_MONTH(object),
                                       PyDateTime_GET_YEAR(object)});
+    if (IsDatetime64(object)) {
+        // Its text is ISO 8601, "2024-01-17" or "2024-01-17T10:30": the day is what counts.
+        PyObject* text = PyObject_Str(object);
+        if (text == nullptr) {
+            PyErr_Clear();
+            return std::nullopt;
+        }
+        const char* characters = PyUnicode_AsUTF8(text);
+        std::optional<DateInput> input;
+        if (characters != nullptr) input = DateInput(std::string(characters).substr(0, std::string(characters).find('T')));
+        Py_DECREF(text);
+        PyErr_Clear();
+        return input;
+    }
     return std::nullopt;
 }
 

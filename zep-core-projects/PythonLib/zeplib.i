@@ -73,3 +73,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepXScript.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
+// Rate and FX instruments sit on the curves above.
+%include "zepRates.i"

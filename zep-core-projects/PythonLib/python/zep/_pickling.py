@@ -183,6 +183,13 @@ _RECORDED = {
     zeplib.Svensson: ((), ()),
     zeplib.Vasicek: ((), ()),
     zeplib.CoxIngersollRoss: ((), ()),
+    zeplib.FixingStore: ((), ("Add",)),
+    zeplib.MVanillaSwap: ((), ()),
+    zeplib.MXCurrencySwap: ((), ()),
+    zeplib.MBond: ((), ()),
+    zeplib.MFXForwardOutright: ((), ()),
+    zeplib.MFXSwap: ((), ()),
+    zeplib.MFXNDF: ((), ()),
 }
 
 

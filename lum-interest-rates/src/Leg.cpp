@@ -1,0 +1,198 @@
+#include "lum-interest-rates/Leg.hpp"
+
+#include <cmath>
+
+#include "lum-auxiliary/Error.hpp"
+
+namespace zep {
+
+namespace {
+
+void RequireMarket(const LegMarket& market, bool needsProjection) {
+    ZEP_REQUIRE(market.discount != nullptr, "Leg: no discount curve.");
+    ZEP_REQUIRE(!needsProjection || market.projection != nullptr, "Leg: no projection curve.");
+    ZEP_REQUIRE(std::isfinite(market.fxRate) && market.fxRate > 0.0, "Leg: the FX rate must be positive.");
+}
+
+// A fixing needed before the valuation date is the market's; on it, the market's if published.
+bool NeedsPublishedFixing(const Date& fixing, const Date& valuation, const std::string& index,
+                          const FixingStore* fixings) {
+    if (fixing < valuation) return true;
+    return fixing == valuation && fixings != nullptr && fixings->Has(index, fixing);
+}
+
+double PublishedFixing(const std::string& index, const Date& date, const FixingStore* fixings) {
+    static const FixingStore none;
+    return (fixings ? *fixings : none).Fixing(index, date);
+}
+
+}  // namespace
+
+Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m_terms(std::move(terms)) {
+    const auto& periods = schedule.Periods();
+    ZEP_REQUIRE(!periods.empty(), "Leg: the schedule has no period.");
+    ZEP_REQUIRE(m_terms.notionals.size() == 1 || m_terms.notionals.size() == periods.size(),
+                "Leg: give one notional, or one per period (" + std::to_string(periods.size()) + ").");
+    for (double notional : m_terms.notionals)
+        ZEP_REQUIRE(std::isfinite(notional) && notional >= 0.0,
+                    "Leg: notional '" + std::to_string(notional) + "' must be a finite number >= 0.");
+    ZEP_REQUIRE(std::isfinite(m_terms.fixedRate) && std::isfinite(m_terms.spread) && std::isfinite(m_terms.gearing),
+                "Leg: rate, spread and gearing must be finite.");
+    const bool floating = m_terms.kind != CouponKind::Fixed;
+    ZEP_REQUIRE(!floating || !m_terms.index.empty(), "Leg: a floating leg needs an index name.");
+    ZEP_REQUIRE(m_terms.lookbackDays >= 0 && m_terms.lockoutDays >= 0, "Leg: lookback and lockout days must be >= 0.");
+    m_centres = schedule.Rules().centres;
+    const DayCounter& dayCounter = schedule.Rules().dayCounter;
+    for (std::size_t i = 0; i < periods.size(); ++i) {
+        const SchedulePeriod& period = periods[i];
+        Coupon coupon;
+        coupon.accrualStart = period.accrualStart;
+        coupon.accrualEnd = period.accrualEnd;
+        coupon.payment = period.payment;
+        coupon.fixing = period.fixing;
+        coupon.accrualFraction = period.accrualFraction;
+        coupon.notional = m_terms.notionals[m_terms.notionals.size() == 1 ? 0 : i];
+        coupon.indexStart = period.accrualStart;
+        coupon.indexEnd = period.accrualEnd;
+        if (m_terms.kind == CouponKind::Floating && m_terms.inArrears) {
+            coupon.indexStart = period.accrualEnd;
+            coupon.indexEnd = calendar.Adjust(period.accrualEnd + m_terms.indexTenor, schedule.Rules().accrualAdjustment,
+                                              m_centres);
+            coupon.fixing = AdvanceBusinessDays(calendar, period.accrualEnd, -schedule.Rules().fixingLagDays, m_centres);
+        }
+        coupon.indexFraction = dayCounter.YearFraction(coupon.indexStart, coupon.indexEnd);
+        if (m_terms.kind == CouponKind::Overnight) AddObservations(coupon, calendar);
+        m_coupons.push_back(coupon);
+    }
+}
+
+// Each business day of the interest period accrues the overnight rate of the day `lookback`
+// business days earlier. Without a shift the rate accrues over the interest day's length; with
+// one, over the observed day's. Under a lockout the last days repeat the rate before them.
+void Leg::AddObservations(Coupon& coupon, const Calendar& calendar) {
+    const DayCounter dayCounter(Act360);
+    std::vector<Date> days;
+    for (Date day = coupon.accrualStart; day < coupon.accrualEnd; day = AdvanceBusinessDays(calendar, day, 1, m_centres))
+        days.push_back(day);
+    ZEP_REQUIRE(!days.empty(), "Leg: an overnight period from " + coupon.accrualStart.ToString() + " has no business day.");
+    ZEP_REQUIRE(static_cast<std::size_t>(m_terms.lockoutDays) < days.size(),
+                "Leg: the lockout of " + std::to_string(m_terms.lockoutDays) + " days is not shorter than the period from " +
+                    coupon.accrualStart.ToString() + ".");
+    coupon.firstObservation = m_observations.size();
+    const std::size_t locked = days.size() - static_cast<std::size_t>(m_terms.lockoutDays);
+    for (std::size_t d = 0; d < days.size(); ++d) {
+        const Date interestEnd = d + 1 < days.size() ? days[d + 1] : coupon.accrualEnd;
+        const Date observed = AdvanceBusinessDays(calendar, days[std::min(d, locked - 1)], -m_terms.lookbackDays, m_centres);
+        Observation observation;
+        observation.rateStart = observed;
+        observation.rateEnd = AdvanceBusinessDays(calendar, observed, 1, m_centres);
+        observation.rateFraction = dayCounter.YearFraction(observation.rateStart, observation.rateEnd);
+        if (m_terms.observationShift) {
+            const Date shiftedStart = AdvanceBusinessDays(calendar, days[d], -m_terms.lookbackDays, m_centres);
+            observation.weight = dayCounter.YearFraction(shiftedStart, AdvanceBusinessDays(calendar, shiftedStart, 1, m_centres));
+        } else {
+            observation.weight = dayCounter.YearFraction(days[d], interestEnd);
+        }
+        m_observations.push_back(observation);
+    }
+    coupon.endObservation = m_observations.size();
+}
+
+double Leg::IndexRate(const Coupon& coupon, const LegMarket& market) const {
+    if (NeedsPublishedFixing(coupon.fixing, market.discount->ReferenceDate(), m_terms.index, market.fixings))
+        return PublishedFixing(m_terms.index, coupon.fixing, market.fixings);
+    const double growth = market.projection->DiscountFactor(coupon.indexStart) / market.projection->DiscountFactor(coupon.indexEnd);
+    return (growth - 1.0) / coupon.indexFraction;
+}
+
+// The compounded rate: (prod (1 + r_d w_d) - 1) / sum w_d over the days of the period.
+double Leg::OvernightRate(const Coupon& coupon, const LegMarket& market) const {
+    const Date valuation = market.discount->ReferenceDate();
+    double growth = 1.0, span = 0.0;
+    for (std::size_t d = coupon.firstObservation; d < coupon.endObservation; ++d) {
+        const Observation& day = m_observations[d];
+        const double rate = NeedsPublishedFixing(day.rateStart, valuation, m_terms.index, market.fixings)
+                                ? PublishedFixing(m_terms.index, day.rateStart, market.fixings)
+                                : (market.projection->DiscountFactor(day.rateStart) /
+                                       market.projection->DiscountFactor(day.rateEnd) - 1.0) / day.rateFraction;
+        growth *= 1.0 + rate * day.weight;
+        span += day.weight;
+    }
+    return (growth - 1.0) / span;
+}
+
+double Leg::CouponRate(const Coupon& coupon, const LegMarket& market) const {
+    switch (m_terms.kind) {
+        case CouponKind::Fixed: return m_terms.fixedRate;
+        case CouponKind::Floating: return m_terms.gearing * IndexRate(coupon, market) + m_terms.spread;
+        case CouponKind::Overnight: return m_terms.gearing * OvernightRate(coupon, market) + m_terms.spread;
+    }
+    return 0.0;
+}
+
+template <class Visit>
+void Leg::ForEachFlow(const LegMarket& market, Visit&& visit) const {
+    RequireMarket(market, m_terms.kind != CouponKind::Fixed);
+    const Date valuation = market.discount->ReferenceDate();
+    if (m_terms.exchangeNotional && m_coupons.front().accrualStart > valuation)
+        visit(nullptr, m_coupons.front().accrualStart, 0.0, -m_coupons.front().notional);
+    for (std::size_t i = 0; i < m_coupons.size(); ++i) {
+        const Coupon& coupon = m_coupons[i];
+        if (coupon.payment <= valuation) continue;
+        const double rate = CouponRate(coupon, market);
+        visit(&coupon, coupon.payment, rate, coupon.notional * rate * coupon.accrualFraction);
+        // Principal returns as the notional steps down, the rest at maturity.
+        const double next = i + 1 < m_coupons.size() ? m_coupons[i + 1].notional : 0.0;
+        if (m_terms.exchangeNotional && coupon.notional != next) visit(nullptr, coupon.payment, 0.0, coupon.notional - next);
+    }
+}
+
+double Leg::PV(const LegMarket& market) const {
+    double pv = 0.0;
+    ForEachFlow(market, [&](const Coupon*, const Date& payment, double, double amount) {
+        pv += amount * market.discount->DiscountFactor(payment);
+    });
+    return pv * market.fxRate;
+}
+
+double Leg::Annuity(const LegMarket& market) const {
+    RequireMarket(market, false);
+    const Date valuation = market.discount->ReferenceDate();
+    double annuity = 0.0;
+    for (const Coupon& coupon : m_coupons)
+        if (coupon.payment > valuation)
+            annuity += coupon.notional * coupon.accrualFraction * market.discount->DiscountFactor(coupon.payment);
+    return annuity * market.fxRate;
+}
+
+std::vector<CashFlow> Leg::CashFlows(const LegMarket& market) const {
+    std::vector<CashFlow> rows;
+    ForEachFlow(market, [&](const Coupon* coupon, const Date& payment, double rate, double amount) {
+        CashFlow row;
+        row.paymentDate = payment;
+        row.amount = amount;
+        row.discountFactor = market.discount->DiscountFactor(payment);
+        row.presentValue = amount * row.discountFactor;
+        if (coupon) {
+            row.accrualStart = coupon->accrualStart;
+            row.accrualEnd = coupon->accrualEnd;
+            row.fixingDate = m_terms.kind == CouponKind::Fixed ? Date() : coupon->fixing;
+            row.accrualFraction = coupon->accrualFraction;
+            row.notional = coupon->notional;
+            row.rate = rate;
+        } else {
+            row.kind = CashFlowKind::Notional;
+            row.notional = std::abs(amount);
+        }
+        rows.push_back(row);
+    });
+    return rows;
+}
+
+Leg Leg::WithQuotedCoupon(double rate) const {
+    Leg copy = *this;
+    (copy.m_terms.kind == CouponKind::Fixed ? copy.m_terms.fixedRate : copy.m_terms.spread) = rate;
+    return copy;
+}
+
+}  // namespace zep
