@@ -1,6 +1,8 @@
 #include "lum-interest-rates/Leg.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "lum-auxiliary/Error.hpp"
 
@@ -27,6 +29,31 @@ double PublishedFixing(const std::string& index, const Date& date, const FixingS
 }
 
 }  // namespace
+
+// The discount factors of a leg's dates on one curve, read in one block call: a 10-year
+// quarterly leg asks for each date up to three times (index start, index end, payment) and the
+// block interpolates them in one pass. Legs with more dates than the buffer read one by one.
+class Leg::Factors {
+public:
+    static constexpr std::size_t kCapacity = 512;
+
+    Factors(const YieldCurve& curve, const std::vector<Date>& dates) : m_curve(curve), m_dates(dates) {
+        m_buffered = dates.size() <= kCapacity;
+        if (!m_buffered) return;
+        double times[kCapacity];
+        const Date reference = curve.ReferenceDate();
+        const DayCounter& dayCounter = curve.GetDayCounter();
+        for (std::size_t i = 0; i < dates.size(); ++i) times[i] = dayCounter.YearFraction(reference, dates[i]);
+        curve.DiscountFactorArray(times, m_factors, dates.size());
+    }
+    double At(std::uint32_t slot) const { return m_buffered ? m_factors[slot] : m_curve.DiscountFactor(m_dates[slot]); }
+
+private:
+    const YieldCurve& m_curve;
+    const std::vector<Date>& m_dates;
+    bool m_buffered = false;
+    double m_factors[kCapacity];
+};
 
 Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m_terms(std::move(terms)) {
     const auto& periods = schedule.Periods();
@@ -64,6 +91,23 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
         if (m_terms.kind == CouponKind::Overnight) AddObservations(coupon, calendar);
         m_coupons.push_back(coupon);
     }
+    IndexDates();
+}
+
+void Leg::IndexDates() {
+    for (const Coupon& coupon : m_coupons)
+        for (const Date& date : {coupon.indexStart, coupon.indexEnd, coupon.payment, coupon.accrualStart})
+            m_dates.push_back(date);
+    std::sort(m_dates.begin(), m_dates.end());
+    m_dates.erase(std::unique(m_dates.begin(), m_dates.end()), m_dates.end());
+    const auto slot = [&](const Date& date) {
+        return static_cast<std::uint32_t>(std::lower_bound(m_dates.begin(), m_dates.end(), date) - m_dates.begin());
+    };
+    for (Coupon& coupon : m_coupons) {
+        coupon.indexStartSlot = slot(coupon.indexStart);
+        coupon.indexEndSlot = slot(coupon.indexEnd);
+        coupon.paymentSlot = slot(coupon.payment);
+    }
 }
 
 // Each business day of the interest period accrues the overnight rate of the day `lookback`
@@ -98,10 +142,10 @@ void Leg::AddObservations(Coupon& coupon, const Calendar& calendar) {
     coupon.endObservation = m_observations.size();
 }
 
-double Leg::IndexRate(const Coupon& coupon, const LegMarket& market) const {
+double Leg::IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const {
     if (NeedsPublishedFixing(coupon.fixing, market.discount->ReferenceDate(), m_terms.index, market.fixings))
         return PublishedFixing(m_terms.index, coupon.fixing, market.fixings);
-    const double growth = market.projection->DiscountFactor(coupon.indexStart) / market.projection->DiscountFactor(coupon.indexEnd);
+    const double growth = projection.At(coupon.indexStartSlot) / projection.At(coupon.indexEndSlot);
     return (growth - 1.0) / coupon.indexFraction;
 }
 
@@ -121,10 +165,10 @@ double Leg::OvernightRate(const Coupon& coupon, const LegMarket& market) const {
     return (growth - 1.0) / span;
 }
 
-double Leg::CouponRate(const Coupon& coupon, const LegMarket& market) const {
+double Leg::CouponRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const {
     switch (m_terms.kind) {
         case CouponKind::Fixed: return m_terms.fixedRate;
-        case CouponKind::Floating: return m_terms.gearing * IndexRate(coupon, market) + m_terms.spread;
+        case CouponKind::Floating: return m_terms.gearing * IndexRate(coupon, market, projection) + m_terms.spread;
         case CouponKind::Overnight: return m_terms.gearing * OvernightRate(coupon, market) + m_terms.spread;
     }
     return 0.0;
@@ -134,44 +178,50 @@ template <class Visit>
 void Leg::ForEachFlow(const LegMarket& market, Visit&& visit) const {
     RequireMarket(market, m_terms.kind != CouponKind::Fixed);
     const Date valuation = market.discount->ReferenceDate();
-    if (m_terms.exchangeNotional && m_coupons.front().accrualStart > valuation)
-        visit(nullptr, m_coupons.front().accrualStart, 0.0, -m_coupons.front().notional);
+    const Factors discount(*market.discount, m_dates);
+    // A fixed leg reads no projection curve: it shares the discount factors rather than read one.
+    const bool ownProjection = m_terms.kind != CouponKind::Fixed && market.projection != market.discount;
+    std::optional<Factors> projectionFactors;
+    if (ownProjection) projectionFactors.emplace(*market.projection, m_dates);
+    const Factors& projection = projectionFactors ? *projectionFactors : discount;
+    const Coupon& first = m_coupons.front();
+    if (m_terms.exchangeNotional && first.accrualStart > valuation)
+        visit(nullptr, first.accrualStart, 0.0, -first.notional, market.discount->DiscountFactor(first.accrualStart));
     for (std::size_t i = 0; i < m_coupons.size(); ++i) {
         const Coupon& coupon = m_coupons[i];
         if (coupon.payment <= valuation) continue;
-        const double rate = CouponRate(coupon, market);
-        visit(&coupon, coupon.payment, rate, coupon.notional * rate * coupon.accrualFraction);
+        const double rate = CouponRate(coupon, market, projection);
+        const double factor = discount.At(coupon.paymentSlot);
+        visit(&coupon, coupon.payment, rate, coupon.notional * rate * coupon.accrualFraction, factor);
         // Principal returns as the notional steps down, the rest at maturity.
         const double next = i + 1 < m_coupons.size() ? m_coupons[i + 1].notional : 0.0;
-        if (m_terms.exchangeNotional && coupon.notional != next) visit(nullptr, coupon.payment, 0.0, coupon.notional - next);
+        if (m_terms.exchangeNotional && coupon.notional != next) visit(nullptr, coupon.payment, 0.0, coupon.notional - next, factor);
     }
 }
 
 double Leg::PV(const LegMarket& market) const {
     double pv = 0.0;
-    ForEachFlow(market, [&](const Coupon*, const Date& payment, double, double amount) {
-        pv += amount * market.discount->DiscountFactor(payment);
-    });
+    ForEachFlow(market, [&](const Coupon*, const Date&, double, double amount, double factor) { pv += amount * factor; });
     return pv * market.fxRate;
 }
 
 double Leg::Annuity(const LegMarket& market) const {
     RequireMarket(market, false);
     const Date valuation = market.discount->ReferenceDate();
+    const Factors discount(*market.discount, m_dates);
     double annuity = 0.0;
     for (const Coupon& coupon : m_coupons)
-        if (coupon.payment > valuation)
-            annuity += coupon.notional * coupon.accrualFraction * market.discount->DiscountFactor(coupon.payment);
+        if (coupon.payment > valuation) annuity += coupon.notional * coupon.accrualFraction * discount.At(coupon.paymentSlot);
     return annuity * market.fxRate;
 }
 
 std::vector<CashFlow> Leg::CashFlows(const LegMarket& market) const {
     std::vector<CashFlow> rows;
-    ForEachFlow(market, [&](const Coupon* coupon, const Date& payment, double rate, double amount) {
+    ForEachFlow(market, [&](const Coupon* coupon, const Date& payment, double rate, double amount, double factor) {
         CashFlow row;
         row.paymentDate = payment;
         row.amount = amount;
-        row.discountFactor = market.discount->DiscountFactor(payment);
+        row.discountFactor = factor;
         row.presentValue = amount * row.discountFactor;
         if (coupon) {
             row.accrualStart = coupon->accrualStart;

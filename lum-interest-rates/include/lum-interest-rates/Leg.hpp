@@ -66,7 +66,9 @@ private:
         Date indexStart, indexEnd;  // the period a term index rate is read over
         double accrualFraction = 0.0, indexFraction = 0.0, notional = 0.0;
         std::size_t firstObservation = 0, endObservation = 0;  // overnight: range in m_observations
+        std::uint32_t indexStartSlot = 0, indexEndSlot = 0, paymentSlot = 0;  // positions in m_dates
     };
+    class Factors;
     // One day of an overnight coupon: the rate of [rateStart, rateEnd] accrues for `weight`.
     struct Observation {
         Date rateStart, rateEnd;
@@ -74,11 +76,12 @@ private:
     };
 
     void AddObservations(Coupon& coupon, const Calendar& calendar);
-    double IndexRate(const Coupon& coupon, const LegMarket& market) const;
+    void IndexDates();
+    double IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
     double OvernightRate(const Coupon& coupon, const LegMarket& market) const;
-    double CouponRate(const Coupon& coupon, const LegMarket& market) const;
-    // Calls visit(coupon or null for a notional exchange, payment, rate, amount) for every flow
-    // paid after the valuation date: the one walk PV, Annuity and CashFlows share.
+    double CouponRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
+    // Calls visit(coupon or null for a notional exchange, payment, rate, amount, discount factor)
+    // for every flow paid after the valuation date: the one walk PV, Annuity and CashFlows share.
     template <class Visit>
     void ForEachFlow(const LegMarket& market, Visit&& visit) const;
 
@@ -86,6 +89,7 @@ private:
     std::string m_centres;
     std::vector<Coupon> m_coupons;
     std::vector<Observation> m_observations;
+    std::vector<Date> m_dates;  // every accrual, index and payment date of the coupons, sorted, once each
 };
 
 }  // namespace zep
