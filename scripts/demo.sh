@@ -15,4 +15,6 @@ echo
 echo
 .venv/bin/python examples/curve_demo.py
 echo
+.venv/bin/python examples/rates_demo.py
+echo
 .venv/bin/python examples/price_autocallable.py

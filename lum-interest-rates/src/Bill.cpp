@@ -61,6 +61,7 @@ std::vector<CashFlow> Bill::CashFlows(const YieldCurve& discount) const {
 
 std::string Bill::Describe() const {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     text << "Bill: " << m_faceValue << " paid on " << m_maturity.ToString() << " (" << m_dayCounter.ToString() << ").";
     return text.str();
 }

@@ -178,6 +178,7 @@ std::vector<CashFlow> Bond::CashFlows(const YieldCurve& discount) const {
 
 std::string Bond::Describe() const {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     text << "Fixed-rate bond, coupon " << m_terms.couponRate << " paid " << m_terms.frequency << " times a year ("
          << m_terms.dayCounter.ToString() << "), notional " << m_terms.notionals.front();
     if (m_terms.notionals.size() > 1) text << " amortising";

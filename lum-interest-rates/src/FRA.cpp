@@ -53,6 +53,7 @@ std::vector<CashFlow> FRA::CashFlows(const LegMarket& market) const {
 
 std::string FRA::Describe() const {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     text << "FRA: " << (m_buySell > 0 ? "pay " : "receive ") << m_contractRate << " against " << m_index << " on "
          << m_notional << ", " << m_start.ToString() << " to " << m_end.ToString() << ".";
     return text.str();

@@ -69,6 +69,7 @@ std::vector<CashFlow> FXForward::CashFlows(const FXMarket& market) const {
 
 std::string FXForward::Describe() const {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     text << "FX forward: " << (m_buySell > 0 ? "buy " : "sell ") << m_notional << " base at " << m_contractRate
          << " on " << m_delivery.ToString() << ".";
     return text.str();

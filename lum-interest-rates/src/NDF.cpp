@@ -48,6 +48,7 @@ std::vector<CashFlow> NDF::CashFlows(const FXMarket& market, const FixingStore* 
 
 std::string NDF::Describe() const {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     text << "NDF: " << (m_buySell > 0 ? "buy " : "sell ") << m_notional << " base at " << m_contractRate << ", fixing "
          << m_fixingIndex << " on " << m_fixingDate.ToString() << ", settled in the base currency on "
          << m_settlementDate.ToString() << ".";

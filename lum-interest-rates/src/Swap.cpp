@@ -20,6 +20,7 @@ const char* KindName(CouponKind kind) {
 
 std::string DescribeLeg(const Leg& leg) {
     std::ostringstream text;
+    text.precision(10);  // notionals in full, rates to a hundredth of a basis point
     const LegTerms& terms = leg.Terms();
     text << KindName(terms.kind) << " leg, notional " << terms.notionals.front();
     if (terms.notionals.size() > 1) text << " amortising to " << terms.notionals.back();
