@@ -1,6 +1,8 @@
 """Prices three rate and FX instruments on bootstrapped curves and prints their cash flows: a
 5-year EUR payer swap (annual 30/360 fixed against 6-month EURIBOR), a Bund-style 2.6% annual
 fixed-rate bond, and a 1-year EUR/USD forward from spot and the EUR and USD curves."""
+from typing import Any
+
 import zep
 
 EUR_QUOTES = [("DEPOSIT", "3M", 0.0360), ("DEPOSIT", "6M", 0.0365), ("FRA", "6x12", 0.0340), ("SWAP", "2Y", 0.0320),
@@ -14,7 +16,7 @@ eur = zep.BootstrapYieldCurve(TODAY, EUR_QUOTES)
 usd = zep.BootstrapYieldCurve(TODAY, USD_QUOTES, centres="NYC", fixedTenor="6M")
 
 
-def show(table):
+def show(table: Any) -> None:
     """The cash-flow table (a pandas DataFrame, or a NumPy structured array without pandas)."""
     print(f"    {'payment':<12}{'accrual':>9}{'notional':>15}{'rate':>10}{'amount':>15}{'DF':>10}{'PV':>15}")
     for i in range(len(table)):

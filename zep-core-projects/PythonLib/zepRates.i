@@ -21,7 +21,10 @@ before the valuation date reads its rate here; a missing one fails naming the in
 %feature("docstring") zep::CashFlow
 "One cash flow: kind (CashFlowKind_Coupon or CashFlowKind_Notional), accrualStart, accrualEnd,
 fixingDate, paymentDate, accrualFraction, notional, rate, amount, discountFactor, presentValue.";
+// Rows report what an instrument pays: read-only in Python.
+%immutable;
 %include "lum-interest-rates/CashFlow.hpp"
+%mutable;
 %template(CashFlowVector) std::vector<zep::CashFlow>;
 // Cash-flow lists reach Python as a CashFlowVector, not as a tuple of rows.
 %typemap(out) std::vector<zep::CashFlow> {
