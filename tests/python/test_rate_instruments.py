@@ -301,3 +301,67 @@ def test_bad_input_is_refused_with_a_message_naming_it(curve, build, message):
 def test_an_unknown_day_count_name_is_refused(curve):
     with pytest.raises((RuntimeError, ValueError), match="invalid day count convention"):
         swap(curve, fixedDayCounter="Thirty-ish")
+
+
+# --- money market, basis and floating-rate notes ---------------------------------------------
+
+def test_a_bill_from_its_discount_yield_and_money_market_yield():
+    bill = zep.MBill(100.0, "2024-07-15")  # 182 days from 15 Jan 2024, Act/360
+    price = bill.PriceFromDiscountYield(0.05, "2024-01-15")
+    assert price == pytest.approx(100.0 * (1 - 0.05 * 182 / 360), abs=1e-12)
+    assert bill.DiscountYield(price, "2024-01-15") == pytest.approx(0.05, abs=1e-14)
+    mm = bill.MoneyMarketYield(price, "2024-01-15")
+    assert mm == pytest.approx((100.0 / price - 1) * 360 / 182, abs=1e-14)
+    assert bill.PriceFromMoneyMarketYield(mm, "2024-01-15") == pytest.approx(price, abs=1e-12)
+
+
+def test_a_bill_on_a_curve_is_its_face_discounted(curve):
+    bill = zep.MBill(1e6, "2024-07-15", discountCurve=curve)
+    assert bill.PV() == pytest.approx(1e6 * curve.DiscountFactor(zep.Date("2024-07-15")), rel=1e-14)
+
+
+def test_an_fra_pays_the_forward_less_the_contract_rate(curve):
+    fra = zep.MFRA(1, 1e6, 0.03, "2024-04-17", "2024-07-17", curve)
+    start, end = zep.Date("2024-04-17"), zep.Date("2024-07-17")
+    tau = 91 / 360
+    forward = (curve.DiscountFactor(start) / curve.DiscountFactor(end) - 1) / tau
+    assert fra.ParRate() == pytest.approx(forward, rel=1e-14)
+    # Settled at the start with the forward's own discounting: worth the same as paid at the end.
+    assert fra.NPV() == pytest.approx(1e6 * (forward - 0.03) * tau * curve.DiscountFactor(end), rel=1e-12)
+    assert zep.MFRA(1, 1e6, forward, "2024-04-17", "2024-07-17", curve).NPV() == pytest.approx(0.0, abs=1e-9)
+
+
+def test_a_basis_swap_at_its_par_spread_is_worth_nothing(curve, eur_curve):
+    build = lambda spread: zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, eur_curve,
+                                          receivedSpread=spread)
+    assert build(build(0.0).ParSpread()).NPV() == pytest.approx(0.0, abs=1e-7)
+    same = zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, curve)
+    assert same.NPV() == pytest.approx(0.0, abs=1e-7)  # both legs worth par on one curve
+
+
+def test_a_floating_rate_note_on_its_own_curve_is_worth_par_at_the_start(curve):
+    note = zep.MFloatingRateNote(100.0, 0.0, "2024-01-17", "2029-01-17", curve)
+    assert note.PV() == pytest.approx(100.0 * curve.DiscountFactor(zep.Date("2024-01-17")), rel=1e-12)
+    assert note.DiscountMargin(note.PV()) == pytest.approx(0.0, abs=1e-12)
+    shifted = zep.YieldCurve.FromZeroRates(REFERENCE, PILLARS, [z + 0.002 for z in ZEROS], zep.Continuous,
+                                           zep.DayCounter(zep.Act365Fixed))
+    # The margin shifts discounting only: price the note on the shifted curve, projecting on the original.
+    on_shifted = zep.MFloatingRateNote(100.0, 0.0, "2024-01-17", "2029-01-17", shifted, curve)
+    assert note.DiscountMargin(on_shifted.PV()) == pytest.approx(0.002, abs=1e-10)
+
+
+@pytest.mark.parametrize("build, message", [
+    (lambda c: zep.MBill(-100.0, "2024-07-15"), "MBill::MBill failed: Bill: face value '-100.000000' must be a positive number."),
+    (lambda c: zep.MBill(100.0, "2024-07-15").DiscountYield(99.0, "2024-08-01"),
+     "MBill::DiscountYield failed: Bill: settlement 01/08/2024 is not before the maturity 15/07/2024."),
+    (lambda c: zep.MFRA(1, 1e6, 0.03, "2024-07-17", "2024-04-17", c),
+     "MFRA::MFRA failed: FRA: the end date 17/04/2024 is not after the start 17/07/2024."),
+    (lambda c: zep.MFloatingRateNote(100.0, 0.0, "2024-01-17", "2029-01-17", c).DiscountMargin(0.0),
+     "MFloatingRateNote::DiscountMargin failed: FRN: price '0.000000' must be a positive number."),
+    (lambda c: zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", None, c, c),
+     "MBasisSwap::MBasisSwap failed: MBasisSwap: the discount curve is None."),
+])
+def test_money_market_and_note_inputs_are_refused_naming_them(curve, build, message):
+    with pytest.raises((RuntimeError, ValueError)) as failure:
+        build(curve)
+    assert str(failure.value).startswith(message), str(failure.value)

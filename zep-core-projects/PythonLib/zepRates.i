@@ -3,7 +3,11 @@
 %{
 #include "lum-interest-rates/CashFlow.hpp"
 #include "lum-interest-rates/FixingStore.hpp"
+#include "MBasisSwap.hpp"
+#include "MBill.hpp"
 #include "MBond.hpp"
+#include "MFRA.hpp"
+#include "MFloatingRateNote.hpp"
 #include "MFXForwardOutright.hpp"
 #include "MFXNDF.hpp"
 #include "MFXSwap.hpp"
@@ -59,8 +63,29 @@ spotDate, quoteCurve, baseCurve). Failures read 'MFXSwap::<operation> failed: ..
 contractRate, fixingDate, settlementDate, spot, spotDate, quoteCurve, baseCurve, fixingIndex='FX',
 fixings=None); Price is the settlement rate. Failures read 'MFXNDF::<operation> failed: ...'.";
 
+%feature("docstring") zep::python::MBasisSwap
+"A basis swap receiving one term index (+ receivedSpread) and paying another, each projected on
+its own curve, both discounted on discountCurve; ParSpread is the received leg's par spread.
+Failures read 'MBasisSwap::<operation> failed: ...'.";
+%feature("docstring") zep::python::MFloatingRateNote
+"A floating-rate note: MFloatingRateNote(faceValue, quotedMargin, issueDate, maturityDate,
+discountCurve, projectionCurve=None, index='EURIBOR3M', tenor='3M', ...); PV per 100 and
+DiscountMargin(dirtyPrice). Failures read 'MFloatingRateNote::<operation> failed: ...'.";
+%feature("docstring") zep::python::MBill
+"A bill: MBill(faceValue, maturityDate, dayCounter='Act360', discountCurve=None); prices from
+discount yield P = F (1 - d t) or money-market yield P = F / (1 + y t), and back.
+Failures read 'MBill::<operation> failed: ...'.";
+%feature("docstring") zep::python::MFRA
+"A forward rate agreement: MFRA(buySell, notional, contractRate, startDate, endDate,
+discountCurve, projectionCurve=None, index='EURIBOR3M', ...), +1 pays the contract rate, settled
+at the start. Failures read 'MFRA::<operation> failed: ...'.";
+
 %include "MVanillaSwap.hpp"
 %include "MXCurrencySwap.hpp"
+%include "MBasisSwap.hpp"
+%include "MFloatingRateNote.hpp"
+%include "MBill.hpp"
+%include "MFRA.hpp"
 %include "MBond.hpp"
 %include "MFXForwardOutright.hpp"
 %include "MFXSwap.hpp"
@@ -106,7 +131,8 @@ def _instrument_repr(self):
         return f"<{type(self).__name__}: not initialized>"
 
 
-for _instrument in (MVanillaSwap, MXCurrencySwap, MBond, MFXForwardOutright, MFXSwap, MFXNDF):
+for _instrument in (MVanillaSwap, MXCurrencySwap, MBasisSwap, MFloatingRateNote, MBill, MFRA, MBond,
+                    MFXForwardOutright, MFXSwap, MFXNDF):
     _instrument.CashFlows = _cash_flows
     _instrument.__repr__ = _instrument_repr
 del _instrument
