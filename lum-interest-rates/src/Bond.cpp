@@ -176,6 +176,15 @@ std::vector<CashFlow> Bond::CashFlows(const YieldCurve& discount) const {
     return rows;
 }
 
+std::vector<std::pair<Date, double>> Bond::PaymentsBetween(const Date& after, const Date& upTo) const {
+    const double outstanding = PositionAt(after).outstanding;
+    std::vector<std::pair<Date, double>> payments;
+    for (const Flow& flow : m_flows)
+        if (flow.payment > after && flow.payment <= upTo)
+            payments.emplace_back(flow.payment, 100.0 * (flow.coupon + flow.principal) / outstanding);
+    return payments;
+}
+
 std::string Bond::Describe() const {
     std::ostringstream text;
     text.precision(10);  // notionals in full, rates to a hundredth of a basis point

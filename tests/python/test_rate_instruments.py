@@ -365,3 +365,51 @@ def test_money_market_and_note_inputs_are_refused_naming_them(curve, build, mess
     with pytest.raises((RuntimeError, ValueError)) as failure:
         build(curve)
     assert str(failure.value).startswith(message), str(failure.value)
+
+
+# --- bond futures ----------------------------------------------------------------------------
+
+BASKET = dict(coupons=[0.026, 0.022, 0.06], issueDates=["2023-08-15", "2023-02-15", "2022-06-10"],
+              maturityDates=["2033-08-15", "2033-02-15", "2032-06-10"])
+
+
+def test_conversion_factors_are_clean_prices_at_the_notional_coupon():
+    future = zep.MBondFuture("2024-03-11", **BASKET)
+    ql.Settings.instance().evaluationDate = ql.Date(11, 3, 2024)
+    for i, (coupon, issue, maturity) in enumerate(zip(*BASKET.values())):
+        to_ql = lambda text: ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
+        schedule = ql.Schedule(to_ql(issue), to_ql(maturity), ql.Period("1Y"), ql.NullCalendar(), ql.Unadjusted,
+                               ql.Unadjusted, ql.DateGeneration.Backward, False)
+        bond = ql.FixedRateBond(0, 100.0, schedule, [coupon], ql.ActualActual(ql.ActualActual.ISMA), ql.Unadjusted)
+        expected = ql.BondFunctions.cleanPrice(bond, 0.06, ql.ActualActual(ql.ActualActual.ISMA), ql.Compounded,
+                                               ql.Annual, ql.Date(11, 3, 2024)) / 100
+        assert future.ConversionFactor(i) == pytest.approx(expected, rel=1e-10), i
+    on_coupon_date = zep.MBondFuture("2024-06-10", [0.06], ["2022-06-10"], ["2032-06-10"])
+    assert on_coupon_date.ConversionFactor(0) == pytest.approx(1.0, abs=1e-14)  # a 6% bond at 6% is at par
+
+
+def test_the_implied_repo_finances_the_bond_into_delivery():
+    future = zep.MBondFuture("2024-09-10", **BASKET)
+    bond = zep.MBond(0.026, "2023-08-15", "2033-08-15", "1Y")
+    settle, clean, futures_price = "2024-03-11", 97.5, 131.2
+    repo = future.ImpliedRepo(0, futures_price, clean, settle)
+    dirty = clean + bond.AccruedAmount(settle)
+    invoice = futures_price * future.ConversionFactor(0) + bond.AccruedAmount("2024-09-10")
+    # A coupon of 2.6 on 15 Aug 2024 is received and invested at the repo rate to delivery (26 days).
+    assert dirty * (1 + repo * 183 / 360) == pytest.approx(invoice + 2.6 * (1 + repo * 26 / 360), rel=1e-13)
+
+
+def test_the_cheapest_to_deliver_has_the_highest_implied_repo():
+    future = zep.MBondFuture("2024-03-11", **BASKET)
+    settle = "2024-01-15"
+    prices = [zep.MBond(c, i, m, "1Y").CleanPrice(0.03, settle) for c, i, m in zip(*BASKET.values())]
+    for cheap in range(3):
+        marked = [p - (0.5 if k == cheap else 0.0) for k, p in enumerate(prices)]
+        repos = [future.ImpliedRepo(k, 133.0, marked[k], settle) for k in range(3)]
+        assert future.CheapestToDeliver(133.0, marked, settle) == repos.index(max(repos))
+    with pytest.raises(RuntimeError, match=r"^MBondFuture::CheapestToDeliver failed: Bond future: give one clean "
+                                           r"price per bond of the basket \(3\)\."):
+        future.CheapestToDeliver(133.0, prices[:2], settle)
+    with pytest.raises(RuntimeError, match=r"^MBondFuture::ConversionFactor failed: Bond future: bond 3 is not in "
+                                           r"the basket of 3\."):
+        future.ConversionFactor(3)

@@ -2,7 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
-#include "lum-time/Calendar.hpp"
+#include "RateInputs.hpp"
 
 namespace zep::python {
 
@@ -10,25 +10,8 @@ MBond::MBond(double couponRate, const DateInput& issueDate, const DateInput& mat
              const zep::DayCounter& dayCounter, const std::vector<double>& notionals,
              boost::shared_ptr<zep::YieldCurve> discountCurve, const std::string& centres, bool endOfMonth) {
     Guarded("MBond::MBond", [&] {
-        zep::ScheduleRules rules;
-        rules.tenor = zep::Period(tenor);
-        const bool inMonths = rules.tenor.Units() == zep::Months || rules.tenor.Units() == zep::Years;
-        const int months = rules.tenor.Units() == zep::Years ? 12 * rules.tenor.Length() : rules.tenor.Length();
-        if (!inMonths || months <= 0 || 12 % months != 0)
-            throw std::invalid_argument("Bond: coupon tenor '" + tenor + "' must divide a year (1Y, 6M, 3M, 1M ...).");
-        rules.centres = centres;
-        rules.accrualAdjustment = zep::Unadjusted;
-        rules.paymentAdjustment = zep::Following;
-        rules.endOfMonth = endOfMonth;
-        rules.fixingLagDays = 0;
-        rules.dayCounter = zep::DayCounter(zep::Act365Fixed);  // dates only: the bond counts its own coupons
-        zep::BondTerms terms;
-        terms.couponRate = couponRate;
-        terms.notionals = notionals;
-        terms.dayCounter = dayCounter;
-        terms.frequency = static_cast<zep::Frequency>(12 / months);
-        m_object = boost::make_shared<zep::Bond>(zep::Schedule(issueDate.Value(), maturityDate.Value(), rules,
-                                                               zep::Calendar::Shared()), terms);
+        m_object = boost::make_shared<zep::Bond>(
+            MakeBond(couponRate, issueDate, maturityDate, tenor, dayCounter, notionals, centres, endOfMonth));
         m_curve = std::move(discountCurve);
     });
 }

@@ -4,10 +4,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
 #include "DateInput.hpp"
+#include "lum-interest-rates/Bond.hpp"
 #include "lum-interest-rates/FXForward.hpp"
 #include "lum-interest-rates/FixingStore.hpp"
 #include "lum-interest-rates/Leg.hpp"
@@ -25,6 +27,11 @@ struct LegInput {
 };
 
 zep::Schedule MakeSchedule(const DateInput& start, const DateInput& end, const LegInput& leg);
+// A fixed-rate bond whose coupons accrue unadjusted and pay on the following business day, at
+// the frequency its tenor gives (which must divide a year).
+zep::Bond MakeBond(double couponRate, const DateInput& issueDate, const DateInput& maturityDate,
+                   const std::string& tenor, const zep::DayCounter& dayCounter, const std::vector<double>& notionals,
+                   const std::string& centres, bool endOfMonth);
 // "IBOR" (a term rate fixed per period) or "OVERNIGHT" (compounded daily), any case.
 zep::CouponKind FloatingKindOf(const std::string& name);
 

@@ -6,6 +6,7 @@
 #include "MBasisSwap.hpp"
 #include "MBill.hpp"
 #include "MBond.hpp"
+#include "MBondFuture.hpp"
 #include "MFRA.hpp"
 #include "MFloatingRateNote.hpp"
 #include "MFXForwardOutright.hpp"
@@ -87,6 +88,12 @@ at the start. Failures read 'MFRA::<operation> failed: ...'.";
 %include "MBill.hpp"
 %include "MFRA.hpp"
 %include "MBond.hpp"
+%feature("docstring") zep::python::MBondFuture
+"A bond future: MBondFuture(deliveryDate, coupons, issueDates, maturityDates, notionalCoupon=0.06,
+tenor='1Y', dayCounter='ActActICMA'); ConversionFactor(i) (clean price per 1 at the notional
+coupon yield on the delivery date), ImpliedRepo(i, futuresPrice, cleanPrice, settlement) (Act/360),
+CheapestToDeliver(futuresPrice, cleanPrices, settlement). Failures read 'MBondFuture::<operation> failed: ...'.";
+%include "MBondFuture.hpp"
 %include "MFXForwardOutright.hpp"
 %include "MFXSwap.hpp"
 %include "MFXNDF.hpp"

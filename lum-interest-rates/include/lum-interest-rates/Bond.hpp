@@ -6,6 +6,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lum-interest-rates/CashFlow.hpp"
@@ -42,6 +43,8 @@ public:
     // The continuous spread over the curve's zero rates that reprices the clean price.
     double ZSpread(double cleanPrice, const YieldCurve& discount, const Date& settlement) const;
     std::vector<CashFlow> CashFlows(const YieldCurve& discount) const;
+    // Coupons and principal per 100 outstanding at `after`, paid in (after, upTo].
+    std::vector<std::pair<Date, double>> PaymentsBetween(const Date& after, const Date& upTo) const;
     std::string Describe() const;
 
     const BondTerms& Terms() const { return m_terms; }

@@ -191,6 +191,7 @@ _RECORDED = {
     zeplib.MBill: ((), ()),
     zeplib.MFRA: ((), ()),
     zeplib.MBond: ((), ()),
+    zeplib.MBondFuture: ((), ()),
     zeplib.MFXForwardOutright: ((), ()),
     zeplib.MFXSwap: ((), ()),
     zeplib.MFXNDF: ((), ()),
