@@ -56,6 +56,23 @@ def test_swap_agrees_with_quantlib(curve, ql_curve, pay_fixed):
     assert ours.FixedLegBPS() == pytest.approx(abs(reference.fixedLegBPS()), rel=1e-8)
 
 
+@pytest.mark.parametrize("lookback, lockout, shift", [(0, 0, False), (2, 0, False), (2, 0, True), (0, 3, False),
+                                                     (2, 2, True)])
+def test_an_ois_agrees_with_quantlib_under_lookback_lockout_and_observation_shift(curve, ql_curve, lookback, lockout,
+                                                                                 shift):
+    schedule = ql.Schedule(ql.Date(17, 1, 2024), ql.Date(17, 1, 2027), ql.Period("1Y"), ql.TARGET(),
+                           ql.ModifiedFollowing, ql.ModifiedFollowing, ql.DateGeneration.Backward, False)
+    reference = ql.OvernightIndexedSwap(ql.Swap.Payer, 1e6, schedule, 0.03, ql.Actual360(), ql.Estr(ql_curve), 0.0, 0,
+                                        ql.Following, ql.TARGET(), False, ql.RateAveraging.Compound, lookback, lockout,
+                                        shift)
+    reference.setPricingEngine(ql.DiscountingSwapEngine(ql_curve))
+    ours = zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2027-01-17", curve, index="ESTR", floatingKind="OVERNIGHT",
+                            floatTenor="1Y", fixedDayCounter="Act360", fixingLagDays=0, lookbackDays=lookback,
+                            lockoutDays=lockout, observationShift=shift)
+    assert ours.NPV() == pytest.approx(reference.NPV(), rel=1e-10)
+    assert ours.ParRate() == pytest.approx(reference.fairRate(), rel=1e-12)
+
+
 def test_a_swap_at_its_par_rate_on_its_bootstrap_curve_is_worth_nothing():
     quotes = [("DEPOSIT", "6M", 0.0365), ("SWAP", "2Y", 0.0320), ("SWAP", "5Y", 0.0295), ("SWAP", "10Y", 0.0301)]
     built = zep.BootstrapYieldCurve(REFERENCE, quotes)
