@@ -430,3 +430,39 @@ def test_the_cheapest_to_deliver_has_the_highest_implied_repo():
     with pytest.raises(RuntimeError, match=r"^MBondFuture::ConversionFactor failed: Bond future: bond 3 is not in "
                                            r"the basket of 3\."):
         future.ConversionFactor(3)
+
+
+# --- product definitions ---------------------------------------------------------------------
+
+SWAP_YAML = """
+type: VanillaSwap
+payFixed: 1
+notional: 1000000
+fixedRate: 0.03
+startDate: 2024-01-17
+endDate: 2034-01-17
+discountCurve: EUR
+"""
+
+
+def test_a_swap_from_its_yaml_or_json_definition_is_the_swap_built_directly(curve):
+    direct = swap(curve)
+    from_yaml = zep.RateInstrumentFromDefinition(SWAP_YAML, {"EUR": curve})
+    import json
+    as_json = json.dumps({"type": "VanillaSwap", "payFixed": 1, "notional": 1e6, "fixedRate": 0.03,
+                          "startDate": "2024-01-17", "endDate": "2034-01-17", "discountCurve": "EUR"})
+    from_json = zep.RateInstrumentFromDefinition(as_json, {"EUR": curve})
+    assert from_yaml.NPV() == pytest.approx(direct.NPV(), rel=1e-14)
+    assert from_json.NPV() == pytest.approx(direct.NPV(), rel=1e-14)
+    assert pickle.loads(pickle.dumps(from_json)).NPV() == from_json.NPV()
+
+
+@pytest.mark.parametrize("definition, curves, message", [
+    ({"type": "Swaption"}, {}, "unknown product type 'Swaption'"),
+    ({"type": "Bill", "faceValue": 100.0, "maturityDate": "2024-07-15", "discountCurve": "USD"}, {},
+     "curve 'USD' of discountCurve is not among the curves given"),
+    ("[1, 2]", {}, "a definition is a mapping"),
+])
+def test_a_bad_definition_is_refused_naming_what_is_wrong(definition, curves, message):
+    with pytest.raises(ValueError, match=message):
+        zep.RateInstrumentFromDefinition(definition, curves)

@@ -143,4 +143,57 @@ for _instrument in (MVanillaSwap, MXCurrencySwap, MBasisSwap, MFloatingRateNote,
     _instrument.CashFlows = _cash_flows
     _instrument.__repr__ = _instrument_repr
 del _instrument
+
+
+_RATE_PRODUCTS = {
+    "VanillaSwap": MVanillaSwap, "XCurrencySwap": MXCurrencySwap, "BasisSwap": MBasisSwap,
+    "FloatingRateNote": MFloatingRateNote, "Bill": MBill, "FRA": MFRA, "Bond": MBond, "BondFuture": MBondFuture,
+    "FXForwardOutright": MFXForwardOutright, "FXSwap": MFXSwap, "FXNDF": MFXNDF,
+}
+
+
+def RateInstrumentFromDefinition(definition: "str | dict[str, object]",
+                                 curves: "dict[str, YieldCurve] | None" = None,
+                                 fixings: "FixingStore | None" = None) -> "object":
+    """A rate or FX instrument from its product definition: a dict, or JSON or YAML text (YAML
+    needs PyYAML). The key "type" names the product (VanillaSwap, XCurrencySwap, BasisSwap,
+    FloatingRateNote, Bill, FRA, Bond, BondFuture, FXForwardOutright, FXSwap, FXNDF); every other
+    key is a keyword of its M class. A text value of a key ending in "Curve" names one of
+    `curves`; "fixings": true takes the store given here.
+
+        type: VanillaSwap
+        payFixed: 1
+        notional: 10000000
+        fixedRate: 0.03
+        startDate: 2024-01-17
+        endDate: 2029-01-17
+        discountCurve: EUR
+    """
+    if isinstance(definition, str):
+        import json
+        try:
+            definition = json.loads(definition)
+        except ValueError:
+            try:
+                import yaml
+            except ImportError:
+                raise ValueError("RateInstrumentFromDefinition: the text is not JSON, and YAML needs PyYAML") from None
+            definition = yaml.safe_load(definition)
+    if not isinstance(definition, dict):
+        raise ValueError("RateInstrumentFromDefinition: a definition is a mapping of keys to values")
+    terms = dict(definition)
+    kind = terms.pop("type", None)
+    product = _RATE_PRODUCTS.get(kind)
+    if product is None:
+        raise ValueError(f"RateInstrumentFromDefinition: unknown product type {kind!r}; one of "
+                         + ", ".join(sorted(_RATE_PRODUCTS)))
+    curves = curves or {}
+    for key, value in terms.items():
+        if key.endswith("Curve") and isinstance(value, str):
+            if value not in curves:
+                raise ValueError(f"RateInstrumentFromDefinition: curve {value!r} of {key} is not among the curves given")
+            terms[key] = curves[value]
+    if terms.get("fixings") is True:
+        terms["fixings"] = fixings
+    return product(**terms)
 %}
