@@ -23,9 +23,8 @@ FRA::FRA(int buySell, double notional, double contractRate, const Date& fixingDa
 
 double FRA::ParRate(const LegMarket& market) const {
     ZEP_REQUIRE(market.discount != nullptr && market.projection != nullptr, "FRA: the discount and projection curves are needed.");
-    const Date valuation = market.discount->ReferenceDate();
-    if (m_fixingDate < valuation || (m_fixingDate == valuation && market.fixings && market.fixings->Has(m_index, m_fixingDate)))
-        return (market.fixings ? *market.fixings : FixingStore()).Fixing(m_index, m_fixingDate);
+    if (const auto fixed = KnownFixing(market.fixings, m_index, m_fixingDate, market.discount->ReferenceDate()))
+        return *fixed;
     return (market.projection->DiscountFactor(m_start) / market.projection->DiscountFactor(m_end) - 1.0) / m_fraction;
 }
 

@@ -22,4 +22,12 @@ double FixingStore::Fixing(const std::string& index, const Date& date) const {
     return found->second;
 }
 
+std::optional<double> KnownFixing(const FixingStore* fixings, const std::string& index, const Date& fixingDate,
+                                  const Date& valuation) {
+    if (fixingDate > valuation) return std::nullopt;
+    if (fixingDate == valuation && (fixings == nullptr || !fixings->Has(index, fixingDate))) return std::nullopt;
+    if (fixings == nullptr) ZEP_FAIL("Missing fixing of index '" + index + "' on " + fixingDate.ToString() + ".");
+    return fixings->Fixing(index, fixingDate);
+}
+
 }  // namespace zep

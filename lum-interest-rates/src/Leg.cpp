@@ -16,18 +16,6 @@ void RequireMarket(const LegMarket& market, bool needsProjection) {
     ZEP_REQUIRE(std::isfinite(market.fxRate) && market.fxRate > 0.0, "Leg: the FX rate must be positive.");
 }
 
-// A fixing needed before the valuation date is the market's; on it, the market's if published.
-bool NeedsPublishedFixing(const Date& fixing, const Date& valuation, const std::string& index,
-                          const FixingStore* fixings) {
-    if (fixing < valuation) return true;
-    return fixing == valuation && fixings != nullptr && fixings->Has(index, fixing);
-}
-
-double PublishedFixing(const std::string& index, const Date& date, const FixingStore* fixings) {
-    static const FixingStore none;
-    return (fixings ? *fixings : none).Fixing(index, date);
-}
-
 }  // namespace
 
 // The discount factors of a leg's dates on one curve, read in one block call: a 10-year
@@ -143,8 +131,8 @@ void Leg::AddObservations(Coupon& coupon, const Calendar& calendar) {
 }
 
 double Leg::IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const {
-    if (NeedsPublishedFixing(coupon.fixing, market.discount->ReferenceDate(), m_terms.index, market.fixings))
-        return PublishedFixing(m_terms.index, coupon.fixing, market.fixings);
+    if (const auto fixed = KnownFixing(market.fixings, m_terms.index, coupon.fixing, market.discount->ReferenceDate()))
+        return *fixed;
     const double growth = projection.At(coupon.indexStartSlot) / projection.At(coupon.indexEndSlot);
     return (growth - 1.0) / coupon.indexFraction;
 }
@@ -155,10 +143,10 @@ double Leg::OvernightRate(const Coupon& coupon, const LegMarket& market) const {
     double growth = 1.0, span = 0.0;
     for (std::size_t d = coupon.firstObservation; d < coupon.endObservation; ++d) {
         const Observation& day = m_observations[d];
-        const double rate = NeedsPublishedFixing(day.rateStart, valuation, m_terms.index, market.fixings)
-                                ? PublishedFixing(m_terms.index, day.rateStart, market.fixings)
-                                : (market.projection->DiscountFactor(day.rateStart) /
-                                       market.projection->DiscountFactor(day.rateEnd) - 1.0) / day.rateFraction;
+        const auto fixed = KnownFixing(market.fixings, m_terms.index, day.rateStart, valuation);
+        const double rate = fixed ? *fixed
+                                  : (market.projection->DiscountFactor(day.rateStart) /
+                                         market.projection->DiscountFactor(day.rateEnd) - 1.0) / day.rateFraction;
         growth *= 1.0 + rate * day.weight;
         span += day.weight;
     }

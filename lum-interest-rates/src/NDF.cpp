@@ -19,9 +19,8 @@ NDF::NDF(int buySell, double baseNotional, double contractRate, const Date& fixi
 
 double NDF::Price(const FXMarket& market, const FixingStore* fixings) const {
     RequireFXMarket(market);
-    const Date valuation = market.quoteCurve->ReferenceDate();
-    if (m_fixingDate < valuation || (m_fixingDate == valuation && fixings && fixings->Has(m_fixingIndex, m_fixingDate)))
-        return (fixings ? *fixings : FixingStore()).Fixing(m_fixingIndex, m_fixingDate);
+    if (const auto fixed = KnownFixing(fixings, m_fixingIndex, m_fixingDate, market.quoteCurve->ReferenceDate()))
+        return *fixed;
     // The forward to the settlement date: the usual market approximation of the fixing's value.
     return FXForward::Outright(market, m_settlementDate);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -22,5 +23,11 @@ public:
 private:
     std::map<std::pair<std::string, std::int32_t>, double> m_rates;
 };
+
+// The rate a fixing on `fixingDate` has as seen on `valuation`: published (and required) before
+// the valuation date, published if the store has it on that date, not yet known after it.
+// A null store holds nothing.
+std::optional<double> KnownFixing(const FixingStore* fixings, const std::string& index, const Date& fixingDate,
+                                  const Date& valuation);
 
 }  // namespace zep
