@@ -90,6 +90,19 @@ def test_a_floating_leg_without_spread_is_worth_par_on_its_own_curve(curve):
         assert ours.FloatingLegPV() == pytest.approx(par, rel=1e-12), kind
 
 
+def test_gearing_scales_the_index_and_in_arrears_reads_the_period_after_the_accrual(curve):
+    par = 1e6 * (curve.DiscountFactor(zep.Date("2024-01-17")) - curve.DiscountFactor(zep.Date("2034-01-17")))
+    assert swap(curve, gearing=2.0).FloatingLegPV() == pytest.approx(2 * par, rel=1e-12)
+    arrears = swap(curve, inArrears=True).CashFlowSchedule()
+    calendar = zep.Calendar()
+    for row in [r for r in arrears if r.fixingDate.SerialNumber()][:6]:
+        start = row.accrualEnd
+        end = calendar.Adjust(start + zep.Period("6M"), zep.ModifiedFollowing, "TARGET")
+        forward = (curve.DiscountFactor(start) / curve.DiscountFactor(end) - 1) / (zep.DayCounter(zep.Act360)
+                                                                                     .YearFraction(start, end))
+        assert row.rate == pytest.approx(forward, rel=1e-12), str(row.paymentDate)
+
+
 def test_an_ois_compounds_published_fixings_before_the_valuation_date(curve):
     fixings = zep.FixingStore()
     day = datetime.date(2024, 1, 2)
