@@ -275,6 +275,9 @@ def test_cash_flows_come_as_a_table_and_as_a_vector_of_rows(curve):
 @pytest.mark.parametrize("date", ["2024-01-17", datetime.date(2024, 1, 17), numpy.datetime64("2024-01-17")])
 def test_dates_arrive_as_text_date_or_datetime64(curve, date):
     assert zep.MVanillaSwap(1, 1e6, 0.03, date, "2034-01-17", curve).NPV() == pytest.approx(swap(curve).NPV(), rel=1e-14)
+    fixings = zep.FixingStore()
+    fixings.Add("ESTR", date, 0.04)
+    assert fixings.Fixing("ESTR", "2024-01-17") == 0.04
 
 
 def test_instruments_pickle(curve, eur_curve):
