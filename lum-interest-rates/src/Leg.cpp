@@ -227,10 +227,4 @@ std::vector<CashFlow> Leg::CashFlows(const LegMarket& market) const {
     return rows;
 }
 
-Leg Leg::WithQuotedCoupon(double rate) const {
-    Leg copy = *this;
-    (copy.m_terms.kind == CouponKind::Fixed ? copy.m_terms.fixedRate : copy.m_terms.spread) = rate;
-    return copy;
-}
-
 }  // namespace zep

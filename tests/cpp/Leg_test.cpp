@@ -157,7 +157,9 @@ TEST(Swap, ParSpreadOfABasisSwapZeroesIt) {
     const Swap basis(threeMonth, sixMonth);
     const LegMarket received{&curve, &curve}, paid{&curve, &other};
     const double spread = basis.ParCoupon(SwapSide::Receive, received, paid);
-    const Swap atPar(threeMonth.WithQuotedCoupon(spread), sixMonth);
+    LegTerms withSpread = Floating();
+    withSpread.spread = spread;
+    const Swap atPar(Leg(LegSchedule("2024-03-15", "2029-03-15", "3M"), withSpread, Calendar::Shared()), sixMonth);
     EXPECT_NEAR(atPar.PV(received, paid), 0.0, 1e-13);
     EXPECT_EQ(testing::ErrorMessage([&] { basis.ParRate(received, paid); }),
               "Swap: neither leg is fixed, so it has a par spread, not a par rate.");

@@ -47,7 +47,6 @@ public:
     std::vector<std::pair<Date, double>> PaymentsBetween(const Date& after, const Date& upTo) const;
     std::string Describe() const;
 
-    const BondTerms& Terms() const { return m_terms; }
     Date MaturityDate() const { return m_flows.back().accrualEnd; }
 
 private:

@@ -22,7 +22,6 @@ public:
     double ImpliedRepo(std::size_t bond, double futuresPrice, double cleanPrice, const Date& settlement) const;
     // Position in the basket of the bond with the highest implied repo; one clean price per bond.
     std::size_t CheapestToDeliver(double futuresPrice, const std::vector<double>& cleanPrices, const Date& settlement) const;
-    std::size_t Size() const { return m_basket.size(); }
 
 private:
     const Bond& BondAt(std::size_t bond) const;

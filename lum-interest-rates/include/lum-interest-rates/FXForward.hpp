@@ -36,7 +36,6 @@ public:
 
     int BuySell() const { return m_buySell; }
     double Notional() const { return m_notional; }
-    double ContractRate() const { return m_contractRate; }
     const Date& Delivery() const { return m_delivery; }
 
 private:

@@ -55,8 +55,6 @@ public:
     const LegTerms& Terms() const { return m_terms; }
     // The rate a par quote moves: the fixed rate of a fixed leg, the spread of a floating one.
     double QuotedCoupon() const { return m_terms.kind == CouponKind::Fixed ? m_terms.fixedRate : m_terms.spread; }
-    // The same leg with that rate replaced.
-    Leg WithQuotedCoupon(double rate) const;
     Date StartDate() const { return m_coupons.front().accrualStart; }
     Date EndDate() const { return m_coupons.back().accrualEnd; }
 
