@@ -280,12 +280,25 @@ def test_dates_arrive_as_text_date_or_datetime64(curve, date):
     assert fixings.Fixing("ESTR", "2024-01-17") == 0.04
 
 
-def test_instruments_pickle(curve, eur_curve):
-    for instrument in (swap(curve), zep.MBond(discountCurve=curve, **TREASURY),
-                       zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", 1.0950, "2024-01-17", curve, eur_curve)):
+def test_instruments_pickle_and_show_themselves(curve, eur_curve):
+    instruments = [
+        swap(curve), zep.MBond(discountCurve=curve, **TREASURY),
+        zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", 1.0950, "2024-01-17", curve, eur_curve),
+        zep.MXCurrencySwap(1.1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, curve, eur_curve, domesticRate=0.001),
+        zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, eur_curve, receivedSpread=0.001),
+        zep.MFloatingRateNote(100.0, 0.002, "2024-01-17", "2029-01-17", curve),
+        zep.MBill(1e6, "2024-07-15", discountCurve=curve),
+        zep.MFRA(1, 1e6, 0.03, "2024-04-17", "2024-07-17", curve),
+        zep.MFXSwap(1, 1e6, 1.0960, "2024-02-15", 1.10, "2024-08-15", 1.0950, "2024-01-17", curve, eur_curve),
+        zep.MFXNDF(1, 1e6, 1.10, "2024-06-13", "2024-06-17", 1.0950, "2024-01-17", curve, eur_curve, "EURUSD"),
+    ]
+    for instrument in instruments:
         copy = pickle.loads(pickle.dumps(instrument))
-        assert copy.NPV() == instrument.NPV()
-        assert copy.Describe() == instrument.Describe()
+        assert copy.NPV() == instrument.NPV(), type(instrument).__name__
+        assert repr(copy) == repr(instrument) == f"<{type(instrument).__name__}: {instrument.Describe()}>"
+        assert len(copy.CashFlows()) == len(instrument.CashFlowSchedule()) > 0
+    future = zep.MBondFuture("2024-03-11", **BASKET)
+    assert pickle.loads(pickle.dumps(future)).ConversionFactor(1) == future.ConversionFactor(1)
 
 
 @pytest.mark.parametrize("build, message", [
