@@ -76,7 +76,7 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
             coupon.fixing = AdvanceBusinessDays(calendar, period.accrualEnd, -schedule.Rules().fixingLagDays, m_centres);
         }
         coupon.indexFraction = dayCounter.YearFraction(coupon.indexStart, coupon.indexEnd);
-        if (m_terms.kind == CouponKind::Overnight) AddObservations(coupon, calendar);
+        if (m_terms.kind == CouponKind::Overnight) AddObservations(coupon, calendar, dayCounter);
         m_coupons.push_back(coupon);
     }
     IndexDates();
@@ -100,9 +100,9 @@ void Leg::IndexDates() {
 
 // Each business day of the interest period accrues the overnight rate of the day `lookback`
 // business days earlier. Without a shift the rate accrues over the interest day's length; with
-// one, over the observed day's. Under a lockout the last days repeat the rate before them.
-void Leg::AddObservations(Coupon& coupon, const Calendar& calendar) {
-    const DayCounter dayCounter(Act360);
+// one, over the observed day's. Under a lockout the last days repeat the rate before them. Days
+// count as the leg's coupons do (Act/360 for ESTR and SOFR, Act/365 Fixed for SONIA).
+void Leg::AddObservations(Coupon& coupon, const Calendar& calendar, const DayCounter& dayCounter) {
     std::vector<Date> days;
     for (Date day = coupon.accrualStart; day < coupon.accrualEnd; day = AdvanceBusinessDays(calendar, day, 1, m_centres))
         days.push_back(day);

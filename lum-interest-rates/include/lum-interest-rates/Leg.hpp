@@ -73,7 +73,7 @@ private:
         double rateFraction = 0.0, weight = 0.0;
     };
 
-    void AddObservations(Coupon& coupon, const Calendar& calendar);
+    void AddObservations(Coupon& coupon, const Calendar& calendar, const DayCounter& dayCounter);
     void IndexDates();
     double IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
     double OvernightRate(const Coupon& coupon, const LegMarket& market) const;
