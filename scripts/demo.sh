@@ -15,6 +15,8 @@ echo
 echo
 .venv/bin/python examples/curve_demo.py
 echo
+.venv/bin/python examples/rates_demo.py
+echo
 .venv/bin/python examples/price_autocallable.py
 echo
 .venv/bin/python examples/products/price_products.py

@@ -2,6 +2,9 @@
 
 #include <datetime.h>
 
+#include <optional>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "ExceptionTranslation.hpp"
@@ -20,9 +23,28 @@ bool IsDateTimeDate(PyObject* object) {
     }
     return PyDate_Check(object);
 }
+
+// A NumPy datetime64 scalar, recognised by its type name so that NumPy need not be loaded.
+bool IsDatetime64(PyObject* object) { return std::string_view(Py_TYPE(object)->tp_name) == "numpy.datetime64"; }
+
+// Its day as ISO text: str() gives "2024-01-17" or "2024-01-17T10:30", and the day is what counts.
+std::optional<std::string> Datetime64Day(PyObject* object) {
+    PyObject* text = PyObject_Str(object);
+    const char* characters = text ? PyUnicode_AsUTF8(text) : nullptr;
+    std::optional<std::string> day;
+    if (characters != nullptr) {
+        const std::string_view full(characters);
+        day = std::string(full.substr(0, full.find('T')));
+    }
+    Py_XDECREF(text);
+    PyErr_Clear();
+    return day;
+}
 }  // namespace
 
-bool LooksLikeDate(PyObject* object) { return PyUnicode_Check(object) || IsDateTimeDate(object); }
+bool LooksLikeDate(PyObject* object) {
+    return PyUnicode_Check(object) || IsDateTimeDate(object) || IsDatetime64(object);
+}
 
 Conversion DateFromPython(PyObject* object, zep::Date& date) {
     if (PyUnicode_Check(object)) {
@@ -47,6 +69,17 @@ Conversion DateFromPython(PyObject* object, zep::Date& date) {
         }
         return Conversion::Converted;
     }
+    if (IsDatetime64(object)) {
+        const auto day = Datetime64Day(object);
+        try {
+            if (!day) throw std::invalid_argument("a datetime64 without a text form");
+            date = zep::Date(std::string_view(*day));
+        } catch (...) {
+            SetPythonErrorFromActiveException();
+            return Conversion::Failed;
+        }
+        return Conversion::Converted;
+    }
     return Conversion::NotADate;
 }
 
@@ -63,6 +96,10 @@ std::optional<DateInput> DateInputFromPython(PyObject* object) {
     if (IsDateTimeDate(object))
         return DateInput(DayMonthYear{PyDateTime_GET_DAY(object), PyDateTime_GET_MONTH(object),
                                       PyDateTime_GET_YEAR(object)});
+    if (IsDatetime64(object)) {
+        auto day = Datetime64Day(object);
+        if (day) return DateInput(std::move(*day));
+    }
     return std::nullopt;
 }
 

@@ -85,3 +85,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepBootstrap.i"
 %include "zepCredit.i"
 %include "zepYieldCurve2.i"
+// Rate and FX instruments sit on the curves above.
+%include "zepRates.i"

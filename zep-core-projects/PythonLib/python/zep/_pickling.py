@@ -216,6 +216,18 @@ _RECORDED = {
     zeplib.SpreadRateModel: ((), ()),
     zeplib.OvernightRateCurve: ((), ()),
     zeplib.MYieldCurve2: ((), ()),
+    zeplib.FixingStore: ((), ("Add",)),
+    zeplib.MVanillaSwap: ((), ()),
+    zeplib.MXCurrencySwap: ((), ()),
+    zeplib.MBasisSwap: ((), ()),
+    zeplib.MFloatingRateNote: ((), ()),
+    zeplib.MBill: ((), ()),
+    zeplib.MFRA: ((), ()),
+    zeplib.MBond: ((), ()),
+    zeplib.MBondFuture: ((), ()),
+    zeplib.MFXForwardOutright: ((), ()),
+    zeplib.MFXSwap: ((), ()),
+    zeplib.MFXNDF: ((), ()),
 }
 
 

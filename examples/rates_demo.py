@@ -1,0 +1,49 @@
+"""Prices three rate and FX instruments on bootstrapped curves and prints their cash flows: a
+5-year EUR payer swap (annual 30/360 fixed against 6-month EURIBOR), a Bund-style 2.6% annual
+fixed-rate bond, and a 1-year EUR/USD forward from spot and the EUR and USD curves."""
+from typing import Any
+
+import zep
+
+EUR_QUOTES = [("DEPOSIT", "3M", 0.0360), ("DEPOSIT", "6M", 0.0365), ("FRA", "6x12", 0.0340), ("SWAP", "2Y", 0.0320),
+              ("SWAP", "3Y", 0.0305), ("SWAP", "5Y", 0.0295), ("SWAP", "7Y", 0.0292), ("SWAP", "10Y", 0.0295),
+              ("SWAP", "15Y", 0.0300)]
+USD_QUOTES = [("DEPOSIT", "3M", 0.0530), ("DEPOSIT", "6M", 0.0520), ("SWAP", "2Y", 0.0460), ("SWAP", "5Y", 0.0410),
+              ("SWAP", "10Y", 0.0400)]
+TODAY, SPOT = "2024-01-15", "2024-01-17"
+
+eur = zep.BootstrapYieldCurve(TODAY, EUR_QUOTES)
+usd = zep.BootstrapYieldCurve(TODAY, USD_QUOTES, centres="NYC", fixedTenor="6M")
+
+
+def show(table: Any) -> None:
+    """The cash-flow table (a pandas DataFrame, or a NumPy structured array without pandas)."""
+    print(f"    {'payment':<12}{'accrual':>9}{'notional':>15}{'rate':>10}{'amount':>15}{'DF':>10}{'PV':>15}")
+    for i in range(len(table)):
+        row = {name: table[name][i] for name in ("paymentDate", "accrualFraction", "notional", "rate", "amount",
+                                                 "discountFactor", "presentValue")}
+        print(f"    {str(row['paymentDate'])[:10]:<12}{row['accrualFraction']:>9.5f}{row['notional']:>15,.2f}"
+              f"{row['rate']:>10.5%}{row['amount']:>15,.2f}{row['discountFactor']:>10.6f}{row['presentValue']:>15,.2f}")
+
+
+swap = zep.MVanillaSwap(1, 10_000_000, 0.0300, SPOT, "2029-01-17", eur, index="EURIBOR6M")
+print(swap.Describe())
+print(f"  NPV {swap.NPV():,.2f} EUR   par rate {swap.ParRate():.6%}   fixed leg BPS {swap.FixedLegBPS():,.2f}")
+show(swap.CashFlows())
+
+print()
+bund = zep.MBond(0.026, "2023-08-15", "2033-08-15", tenor="1Y", dayCounter="ActActICMA", discountCurve=eur)
+clean = bund.PV() - bund.AccruedAmount(TODAY)
+yield_ = bund.Yield(clean, TODAY)
+print(bund.Describe())
+print(f"  on the EUR curve: dirty {bund.PV():.6f}, accrued {bund.AccruedAmount(TODAY):.6f}, clean {clean:.6f}")
+print(f"  yield {yield_:.6%}, Macaulay {bund.MacaulayDuration(yield_, TODAY):.4f}y, "
+      f"modified {bund.ModifiedDuration(yield_, TODAY):.4f}, convexity {bund.Convexity(yield_, TODAY):.4f}, "
+      f"Z-spread at 98.50: {bund.ZSpread(98.50, TODAY) * 1e4:.2f} bp")
+show(bund.CashFlows())
+
+print()
+forward = zep.MFXForwardOutright(1, 5_000_000, 1.1000, "2025-01-17", 1.0950, SPOT, usd, eur)
+print(forward.Describe())
+print(f"  EUR/USD spot 1.0950, outright {forward.Outright():.6f}, NPV {forward.NPV():,.2f} USD")
+show(forward.CashFlows())
