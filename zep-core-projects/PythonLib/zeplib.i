@@ -70,6 +70,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepVanilla.i"
 %include "zepBarrier.i"
 %include "zepPde.i"
+%include "zepHeston.i"
 %include "zepXScript.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
