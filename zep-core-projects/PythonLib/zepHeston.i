@@ -14,7 +14,7 @@ A model violating the Feller condition 2 kappa theta >= sigma^2 is allowed (Sati
 HestonModel(v0, kappa, theta, sigma, rho)
 Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot): a
 European call (0) or put (1) by the characteristic function (Lewis's integral, adaptive
-Gauss-Lobatto to about 1e-12 of the forward).
+Gauss-Lobatto to about 1e-11 of the forward).
 Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
 FftPrices(optionType, strikes, ..., points=2048, spacing=0.2, damping=1.5): over a strike array
 by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.";
