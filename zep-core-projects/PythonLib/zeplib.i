@@ -71,6 +71,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepBarrier.i"
 %include "zepPde.i"
 %include "zepHeston.i"
+%include "zepAmerican.i"
 %include "zepXScript.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"

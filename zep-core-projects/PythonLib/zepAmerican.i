@@ -1,0 +1,23 @@
+// American options: finite differences, Barone-Adesi-Whaley and the Leisen-Reimer tree.
+%{
+#include "zep-pde/AmericanOption.hpp"
+%}
+
+%typemap(out) std::vector<std::pair<double, double>> zep::AmericanOption::ExerciseBoundary {
+    const std::vector<std::pair<double, double>>& points = $1;
+    $result = PyList_New(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        PyList_SET_ITEM($result, i, Py_BuildValue("(dd)", points[i].first, points[i].second));
+}
+
+%feature("docstring") zep::AmericanOption
+"An American call (0) or put (1), expiry and delivery as one date (years), continuous domestic
+and foreign rates.
+
+AmericanOption(optionType, strike, volatility, timeToExpiry, domesticRate, foreignRate, spot)
+Price(engine='fd', nodes=200, timeSteps=200): engine 'fd' (Crank-Nicolson after two implicit
+half steps on nodes x timeSteps, early exercise by projection after each step), 'baw'
+(Barone-Adesi-Whaley) or 'binomial' (Leisen-Reimer tree of timeSteps steps).
+EuropeanPrice(): the Black-Scholes price of the same terms.
+ExerciseBoundary(nodes=200, timeSteps=200): [(time in years, critical spot)] from the grid.";
+%include "zep-pde/AmericanOption.hpp"
