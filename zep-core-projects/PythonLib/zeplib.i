@@ -72,6 +72,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepPde.i"
 %include "zepHeston.i"
 %include "zepAmerican.i"
+%include "zepAsian.i"
 %include "zepXScript.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.
 %include "zepBootstrap.i"
