@@ -1,6 +1,8 @@
 """Heston European prices: the characteristic-function integral against QuantLib's analytic
 Heston engine, the FFT against the integral, the Black-Scholes limit and put-call parity."""
 import math
+import pathlib
+import sys
 
 import numpy as np
 import pytest
@@ -113,3 +115,65 @@ def test_bad_pricing_inputs_raise():
 def test_feller_condition_is_reported():
     assert zep.HestonModel(0.04, 1.5, 0.05, 0.3, -0.7).SatisfiesFeller()
     assert not zep.HestonModel(0.09, 0.5, 0.04, 1.2, 0.3).SatisfiesFeller()
+
+
+def generated_quotes(model, expiries, strikes, rd=0.03, rf=0.01, spot=100.0):
+    quotes = []
+    for t in expiries:
+        forward = spot * math.exp((rd - rf) * t)
+        for strike in strikes:
+            option_type = 0 if strike >= forward else 1
+            price = model.Price(option_type, strike, t, t, rd, rf, spot)
+            quotes.append((t, strike, zep.BSVanilla.VolImpliedFromPrice(option_type, strike, t, t, rd, rf, spot, price)))
+    return quotes
+
+
+@pytest.mark.parametrize("start", ["none", "direct", "evolution"])
+def test_calibration_recovers_the_model_that_made_its_quotes(start):
+    true = (0.03, 2.0, 0.05, 0.4, -0.6)
+    quotes = generated_quotes(zep.HestonModel(*true), (0.25, 0.5, 1.0, 2.0), (80.0, 90.0, 100.0, 110.0, 125.0))
+    model, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, start)
+    fitted = (model.InitialVariance(), model.MeanReversion(), model.LongRunVariance(), model.VolOfVariance(),
+              model.Correlation())
+    assert fitted == pytest.approx(true, rel=1e-4)
+    assert report.rmse < 1e-8
+    assert len(report.quotes) == len(quotes)
+    assert report.feller_satisfied
+
+
+def test_calibration_report_states_a_feller_violation():
+    quotes = generated_quotes(zep.HestonModel(0.04, 0.8, 0.04, 1.0, -0.3), (0.5, 1.0, 2.0), (85.0, 95.0, 100.0, 105.0, 120.0))
+    model, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01)
+    assert not report.feller_satisfied and not model.SatisfiesFeller()
+    rows = report.quotes.to_dict("records") if hasattr(report.quotes, "to_dict") else report.quotes
+    assert max(abs(row["error"]) for row in rows) < 1e-6
+
+
+def test_calibration_to_a_surface_reads_its_grid():
+    """The EUR/USD example surface: 10 expiries x 5 strikes read off it, each quote's market
+    volatility the surface's, and a fit within half a volatility point."""
+    sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "examples"))
+    import eurusd_market as market
+    surface = market.surface()
+    model, report = zep.CalibrateHeston(surface, market.SPOT, market.RD, market.RF)
+    rows = report.quotes.to_dict("records") if hasattr(report.quotes, "to_dict") else report.quotes
+    assert len(rows) == 50
+    for row in rows[::7]:
+        assert row["market_vol"] == pytest.approx(surface.GetVolatility(row["expiry"], row["strike"]), abs=1e-14)
+    assert report.rmse < 5e-3
+
+
+@pytest.mark.parametrize("quotes, message", [
+    ([(1.0, 100.0, 0.2)] * 3, "at least 5 quotes"),
+    ([(1.0, 100.0, 0.2)] * 5 + [(0.0, 100.0, 0.2)], "expiries"),
+    (None, "quotes must be"),
+])
+def test_bad_calibration_inputs_raise(quotes, message):
+    with pytest.raises(Exception, match=message):
+        zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01)
+
+
+def test_unknown_calibration_start_raises():
+    quotes = generated_quotes(zep.HestonModel(0.04, 1.0, 0.04, 0.5, -0.5), (1.0,), (80.0, 90.0, 100.0, 110.0, 125.0))
+    with pytest.raises(Exception, match="start must be"):
+        zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, "random")

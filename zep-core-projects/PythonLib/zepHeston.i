@@ -3,6 +3,7 @@
 %{
 #include "lum-closed-form/HestonModel.hpp"
 #include "lum-closed-form/HestonFftPricer.hpp"
+#include "lum-closed-form/HestonCalibration.hpp"
 %}
 
 %ignore zep::HestonModel::CharacteristicFunction;
@@ -29,6 +30,22 @@ void HestonPricesInto(const zep::HestonModel& model, int optionType, std::span<c
     ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
     for (std::size_t i = 0; i < strikes.size(); ++i)
         prices[i] = model.Price(optionType, strikes[i], timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot);
+}
+// The calibration behind CalibrateHeston: quotes as three arrays, model volatilities filled in.
+zep::HestonModel HestonCalibrateInto(std::span<const double> expiries, std::span<const double> strikes,
+                                     std::span<const double> volatilities, double spot, double domesticRate,
+                                     double foreignRate, const std::string& start,
+                                     std::span<double> modelVolatilities, std::span<double> summary) {
+    ZEP_REQUIRE(strikes.size() == expiries.size() && volatilities.size() == expiries.size() &&
+                    modelVolatilities.size() == expiries.size() && summary.size() == 2,
+                "expiries, strikes, volatilities and model volatilities must have the same length");
+    std::vector<zep::HestonQuote> quotes;
+    for (std::size_t i = 0; i < expiries.size(); ++i) quotes.push_back({expiries[i], strikes[i], volatilities[i]});
+    const zep::HestonFit fit = zep::CalibrateHeston(quotes, spot, domesticRate, foreignRate, start);
+    std::copy(fit.modelVolatilities.begin(), fit.modelVolatilities.end(), modelVolatilities.begin());
+    summary[0] = fit.rootMeanSquareError;
+    summary[1] = fit.evaluations;
+    return fit.model;
 }
 void HestonFftPricesInto(const zep::HestonModel& model, int optionType, std::span<const double> strikes,
                          double timeToExpiry, double timeToDelivery, double domesticRate,
@@ -69,4 +86,64 @@ def _heston_fft_prices(self, optionType: int, strikes: "numpy.typing.ArrayLike",
 
 HestonModel.Prices = _heston_prices
 HestonModel.FftPrices = _heston_fft_prices
+%}
+
+%pythoncode %{
+class HestonFitReport:
+    """What a Heston calibration reached: `quotes`, one row per quote (expiry, strike,
+    market_vol, model_vol, error = model - market), a pandas DataFrame when pandas is installed,
+    else a list of dicts; `rmse` of the errors; `feller_satisfied` (2 kappa theta >= sigma^2; a
+    violation is allowed); `evaluations` of the whole quote set."""
+
+    def __init__(self, rows, rmse, feller_satisfied, evaluations):
+        try:
+            import pandas
+            self._quotes = pandas.DataFrame(rows)
+        except ImportError:
+            self._quotes = rows
+        self._rmse = rmse
+        self._feller_satisfied = feller_satisfied
+        self._evaluations = evaluations
+
+    quotes = property(lambda self: self._quotes)
+    rmse = property(lambda self: self._rmse)
+    feller_satisfied = property(lambda self: self._feller_satisfied)
+    evaluations = property(lambda self: self._evaluations)
+
+
+def _surface_quotes(surface, spot, domesticRate, foreignRate, expiries, moneyness):
+    import math
+    quotes = []
+    for t in expiries:
+        forward = spot * math.exp((domesticRate - foreignRate) * t)
+        atm = surface.GetVolatility(t, forward)
+        for z in moneyness:
+            strike = forward * math.exp(z * atm * math.sqrt(t))
+            quotes.append((t, strike, surface.GetVolatility(t, strike)))
+    return quotes
+
+
+def CalibrateHeston(quotes, spot: float, domesticRate: float, foreignRate: float, start: str = "none",
+                    expiries=(0.25, 0.5, 0.75, 1.0, 1.25, 1.5, 1.75, 2.0, 2.5, 3.0),
+                    moneyness=(-1.5, -0.75, 0.0, 0.75, 1.5)) -> "tuple[HestonModel, HestonFitReport]":
+    """Calibrate Heston to implied volatilities by Levenberg-Marquardt on vega-weighted price
+    errors. `quotes` is a list of (expiry in years, strike, volatility) or an MFXVolSurface, read
+    at `expiries` and at strikes F exp(z atm sqrt(T)) for z in `moneyness`. `start` 'none' (from the
+    quotes' mean variance), 'direct' (NLopt DIRECT) or 'evolution' (differential evolution) for
+    the start point. Continuous domestic and foreign rates. Returns (model, HestonFitReport)."""
+    import numpy
+    if quotes is None:
+        raise TypeError("CalibrateHeston: quotes must be a list of (expiry, strike, volatility) or an MFXVolSurface")
+    if isinstance(quotes, MFXVolSurface):
+        quotes = _surface_quotes(quotes, spot, domesticRate, foreignRate, expiries, moneyness)
+    table = numpy.ascontiguousarray(numpy.asarray(quotes, dtype=numpy.float64))
+    if table.ndim != 2 or table.shape[1] != 3:
+        raise ValueError("CalibrateHeston: quotes must be (expiry, strike, volatility) triples")
+    columns = [numpy.ascontiguousarray(table[:, i]) for i in range(3)]
+    model_vols = numpy.empty(len(table))
+    summary = numpy.empty(2)
+    model = HestonCalibrateInto(*columns, spot, domesticRate, foreignRate, start, model_vols, summary)
+    rows = [{"expiry": e, "strike": k, "market_vol": v, "model_vol": m, "error": m - v}
+            for (e, k, v), m in zip(table.tolist(), model_vols.tolist())]
+    return model, HestonFitReport(rows, float(summary[0]), model.SatisfiesFeller(), int(summary[1]))
 %}
