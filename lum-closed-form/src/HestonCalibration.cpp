@@ -16,6 +16,8 @@ namespace {
 const Box kBox{{1e-4, 0.05, 1e-4, 0.01, -0.95}, {1.0, 10.0, 1.0, 3.0, 0.95}};
 // A model the pricer cannot price counts as this volatility error at every quote.
 constexpr double kUnpriceableResidual = 1.0;
+// Prices inside the fit to 1e-9 of the forward: volatility errors far below any quote's precision.
+constexpr double kFitPriceTolerance = 1e-9;
 
 struct Target {
     int optionType;
@@ -53,7 +55,7 @@ HestonFit CalibrateHeston(const std::vector<HestonQuote>& quotes, double spot, d
             for (std::size_t i = 0; i < quotes.size(); ++i) {
                 const HestonQuote& q = quotes[i];
                 r[i] = (model.Price(targets[i].optionType, q.strike, q.expiry, q.expiry, domesticRate, foreignRate,
-                                    spot) - targets[i].price) / targets[i].vega;
+                                    spot, kFitPriceTolerance) - targets[i].price) / targets[i].vega;
             }
         } catch (const Error&) {
             std::fill(r.begin(), r.end(), kUnpriceableResidual);

@@ -25,8 +25,6 @@ Complex Expm1(Complex z) {
 
 // Price of the integration tail left out beyond the truncation point, relative to the forward.
 constexpr double kTailTolerance = 1e-14;
-// Integration error allowed, relative to the forward.
-constexpr double kPriceTolerance = 1e-11;
 constexpr int kMaxTruncationDoublings = 60;
 
 }  // namespace
@@ -88,7 +86,7 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
 }
 
 double HestonModel::Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
-                          double domesticRate, double foreignRate, double spot) const {
+                          double domesticRate, double foreignRate, double spot, double tolerance) const {
     ZEP_REQUIRE(optionType == BSVanilla::Call || optionType == BSVanilla::Put,
                 "option type must be 0 (call) or 1 (put)");
     ZEP_REQUIRE(strike > 0.0 && IsFinite(strike), "strike must be a finite number > 0");
@@ -96,6 +94,7 @@ double HestonModel::Price(int optionType, double strike, double timeToExpiry, do
     ZEP_REQUIRE(timeToExpiry >= 0.0 && IsFinite(timeToExpiry) && timeToDelivery >= 0.0 && IsFinite(timeToDelivery),
                 "times to expiry and delivery must be finite numbers >= 0");
     ZEP_REQUIRE(IsFinite(domesticRate) && IsFinite(foreignRate), "rates must be finite numbers");
+    ZEP_REQUIRE(tolerance >= 1e-15 && tolerance <= 1e-2, "Heston price tolerance must lie between 1e-15 and 1e-2");
     const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;
     if (timeToExpiry < BSVanilla::kExpiryThreshold) return std::max(phi * (spot - strike), 0.0);
 
@@ -116,7 +115,7 @@ double HestonModel::Price(int optionType, double strike, double timeToExpiry, do
                             CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
         return (std::exp(Complex(0.0, u * k)) * gap).real() / (u * u + 0.25);
     };
-    const double tolerance = kPriceTolerance * M_PI / rootRatio;
+    const double integralTolerance = tolerance * M_PI / rootRatio;
     double upper = 1.0;
     for (int doubling = 0;; ++doubling) {
         if (doubling == kMaxTruncationDoublings)
@@ -126,12 +125,12 @@ double HestonModel::Price(int optionType, double strike, double timeToExpiry, do
             break;
         upper *= 2.0;
     }
-    AdaptiveGaussLobatto<decltype(integrand)> quadrature(integrand, LobattoSettings{tolerance}, "Heston price");
+    AdaptiveGaussLobatto<decltype(integrand)> quadrature(integrand, LobattoSettings{integralTolerance}, "Heston price");
     const double integral = quadrature.Integrate(0.0, upper);
     BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
     const double call = blackScholes.Price() + forward * rootRatio / M_PI * integral;
     const double undiscounted = optionType == BSVanilla::Call ? call : call - (forward - strike);
-    // The integral is exact to ~1e-11 of the forward; rounding can leave a worthless option at -0.
+    // The integral is exact to about the tolerance; rounding can leave a worthless option at -0.
     return domesticDiscount * std::max(undiscounted, 0.0);
 }
 

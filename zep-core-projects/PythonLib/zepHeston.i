@@ -13,9 +13,9 @@ d<W1, W2> = rho dt. v0 and theta are variances (0.04 for 20%), sigma the volatil
 A model violating the Feller condition 2 kappa theta >= sigma^2 is allowed (SatisfiesFeller()).
 
 HestonModel(v0, kappa, theta, sigma, rho)
-Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot): a
-European call (0) or put (1) by the characteristic function (Lewis's integral, adaptive
-Gauss-Lobatto to about 1e-11 of the forward).
+Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot,
+tolerance=1e-11): a European call (0) or put (1) by the characteristic function (Lewis's integral,
+adaptive Gauss-Lobatto to about tolerance times the forward).
 Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
 FftPrices(optionType, strikes, ..., points=2048, spacing=0.2, damping=1.5): over a strike array
 by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.";

@@ -37,10 +37,10 @@ public:
 
     // European call (optionType 0) or put (1) in domestic currency per unit of the underlying,
     // the Garman-Kohlhagen conventions of BSVanilla: T to expiry drives the model, Td to delivery
-    // the discounting. Lewis's single integral, adaptively integrated to about 1e-11 of the
-    // forward.
+    // the discounting. Lewis's single integral, adaptively integrated to about `tolerance` times
+    // the forward (a calibration asks less than a price).
     double Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
-                 double domesticRate, double foreignRate, double spot) const;
+                 double domesticRate, double foreignRate, double spot, double tolerance = 1e-11) const;
 
 private:
     double m_v0;
