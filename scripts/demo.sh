@@ -16,3 +16,5 @@ echo
 .venv/bin/python examples/curve_demo.py
 echo
 .venv/bin/python examples/price_autocallable.py
+echo
+.venv/bin/python examples/models_demo.py
