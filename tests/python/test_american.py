@@ -107,3 +107,27 @@ def test_bad_terms_raise():
         zep.AmericanOption(1, 100.0, 0.0, 1.0, 0.05, 0.0, 100.0)
     with pytest.raises(TypeError):
         zep.AmericanOption.Price(None, "fd")
+
+
+def booked_vanilla(call_put, rf):
+    return zep.MVanillaOption(1, call_put, 1.0, 1.10, 1.08, "2024-01-15", "2025-01-15", "2025-01-17",
+                              "2025-01-17", 0.05, rf, 0.10)
+
+
+def test_vanilla_exercise_boundaries_are_the_american_engines():
+    option = booked_vanilla(1, 0.01)
+    boundary = option.AmericanExerciseBoundaries(300, 300)
+    engine = zep.AmericanOption(1, 1.10, 0.10, option.GetTimeToExpiry(), 0.05, 0.01, 1.08)
+    assert boundary == engine.ExerciseBoundary(300, 300)
+    assert all(spot < 1.10 for _, spot in boundary)
+
+
+def test_call_without_dividends_has_no_exercise_boundary():
+    assert booked_vanilla(0, 0.0).AmericanExerciseBoundaries() == []
+
+
+def test_exercise_boundaries_of_a_disposed_option_raise():
+    option = booked_vanilla(1, 0.0)
+    option.Dispose()
+    with pytest.raises(Exception, match="not initialized"):
+        option.AmericanExerciseBoundaries()

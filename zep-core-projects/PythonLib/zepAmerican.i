@@ -3,13 +3,6 @@
 #include "zep-pde/AmericanOption.hpp"
 %}
 
-%typemap(out) std::vector<std::pair<double, double>> zep::AmericanOption::ExerciseBoundary {
-    const std::vector<std::pair<double, double>>& points = $1;
-    $result = PyList_New(points.size());
-    for (std::size_t i = 0; i < points.size(); ++i)
-        PyList_SET_ITEM($result, i, Py_BuildValue("(dd)", points[i].first, points[i].second));
-}
-
 %feature("docstring") zep::AmericanOption
 "An American call (0) or put (1), expiry and delivery as one date (years), continuous domestic
 and foreign rates.
