@@ -93,6 +93,7 @@ def test_put_exercise_boundary_lies_below_the_strike_and_rises_to_it():
     (lambda o: o.Price("trinomial"), "unknown American engine"),
     (lambda o: o.Price("fd", 3, 200), "at least 5 spot nodes"),
     (lambda o: o.Price("fd", 200, 1), "at least 2 time steps"),
+    (lambda o: o.Price("fd", 200, 10**9), "at most 100000"),
     (lambda o: o.Price("binomial", timeSteps=0), "steps must lie"),
 ])
 def test_bad_engine_settings_raise(call, message):

@@ -10,11 +10,15 @@
 namespace zep {
 namespace {
 
+// Beyond this a grid is a mistake, not a finer price: refused before allocating it.
+constexpr int kMaxGridSize = 100000;
+
 FdmSolution Solve(int optionType, double strike, double volatility, double t, double rd, double rf, double spot,
                   int nodes, int timeSteps, const std::string& interpolation,
                   std::vector<std::pair<double, double>>& boundary) {
-    ZEP_REQUIRE(nodes >= 5, "FdmAmericanEngine: the grid needs at least 5 spot nodes");
-    ZEP_REQUIRE(timeSteps >= 2, "FdmAmericanEngine: the grid needs at least 2 time steps");
+    ZEP_REQUIRE(nodes >= 5 && nodes <= kMaxGridSize, "FdmAmericanEngine: the grid needs at least 5 spot nodes, at most 100000");
+    ZEP_REQUIRE(timeSteps >= 2 && timeSteps <= kMaxGridSize,
+                "FdmAmericanEngine: the grid needs at least 2 time steps, at most 100000");
     ZEP_REQUIRE(optionType == BSVanilla::Call || optionType == BSVanilla::Put,
                 "FdmAmericanEngine: option type must be 0 (call) or 1 (put)");
     ZEP_REQUIRE(spot > 0.0 && strike > 0.0 && volatility > 0.0 && t > 0.0 && std::isfinite(spot) &&
