@@ -183,6 +183,9 @@ _RECORDED = {
     zeplib.Svensson: ((), ()),
     zeplib.Vasicek: ((), ()),
     zeplib.CoxIngersollRoss: ((), ()),
+    zeplib.HestonModel: ((), ()),
+    zeplib.AmericanOption: ((), ()),
+    zeplib.AsianOption: ((), ()),
 }
 
 
