@@ -54,7 +54,13 @@ HestonFftPricer::HestonFftPricer(const HestonModel& model, double timeToExpiry, 
         Release();
         ZEP_FAIL("FFTW could not plan the transform");
     }
-    Transform(model, timeToExpiry);
+    // A constructor that throws runs no destructor: the FFTW resources are released here.
+    try {
+        Transform(model, timeToExpiry);
+    } catch (...) {
+        Release();
+        throw;
+    }
 }
 
 HestonFftPricer::~HestonFftPricer() { Release(); }
