@@ -12,6 +12,8 @@ namespace {
 
 // Beyond this a grid is a mistake, not a finer price: refused before allocating it.
 constexpr int kMaxGridSize = 100000;
+// Nodes gather at the strike, where the payoff's kink and the exercise boundary lie.
+constexpr double kStrikeConcentration = 0.05;
 
 FdmSolution Solve(int optionType, double strike, double volatility, double t, double rd, double rf, double spot,
                   int nodes, int timeSteps, const std::string& interpolation,
@@ -27,8 +29,10 @@ FdmSolution Solve(int optionType, double strike, double volatility, double t, do
                 "FdmAmericanEngine: spot, strike, volatility and time to expiry must be finite and positive, "
                 "rates finite");
     const double reach = std::exp(6.0 * volatility * std::sqrt(t));
-    const FdGridSpec grid{static_cast<std::size_t>(nodes), static_cast<std::size_t>(timeSteps),
-                          std::min(spot, strike) / reach, std::max(spot, strike) * reach};
+    FdGridSpec grid{static_cast<std::size_t>(nodes), static_cast<std::size_t>(timeSteps),
+                    std::min(spot, strike) / reach, std::max(spot, strike) * reach};
+    grid.concentration = kStrikeConcentration;
+    grid.centre = strike;
     const BlackScholesFdSolver solver(grid, volatility, rd - rf, t);
     const std::vector<double>& spots = solver.Spots();
     const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;

@@ -1,6 +1,6 @@
 // An American call or put by finite differences: the Black-Scholes solver of BlackScholesFdSolver
 // (Crank-Nicolson after two implicit half steps) on spots from min(spot, strike) exp(-6 sigma
-// sqrt T) to max(spot, strike) exp(6 sigma sqrt T), with early exercise applied after every time
+// sqrt T) to max(spot, strike) exp(6 sigma sqrt T), gathered at the strike by a sinh map, with early exercise applied after every time
 // step by projection: each node's value is raised to the payoff when exercising is worth more.
 // The projection solves the complementarity problem exactly at each date (no iteration, so no
 // tolerance to state); the error it adds is first order in the time step.
