@@ -20,3 +20,5 @@ echo
 .venv/bin/python examples/price_autocallable.py
 echo
 .venv/bin/python examples/products/price_products.py
+echo
+.venv/bin/python examples/models_demo.py

@@ -2,6 +2,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include "zep-pde/AmericanOption.hpp"
+
 namespace zep::python {
 
 namespace {
@@ -93,6 +95,15 @@ double MVanillaOption::DiscMarketValue(int method) {
 double MVanillaOption::PnL(int method) { return ZEP_VANILLA_OPERATION(PnL, method); }
 double MVanillaOption::DiscPnL(int method) { return ZEP_VANILLA_OPERATION(DiscPnL, method); }
 double MVanillaOption::Payoff() const { return ZEP_VANILLA_OPERATION(Payoff); }
+std::vector<std::pair<double, double>> MVanillaOption::AmericanExerciseBoundaries(int nodes, int timeSteps) const {
+    return Guarded("MVanillaOption::AmericanExerciseBoundaries", [&] {
+        const zep::VanillaOption& option = Object("zep::MVanillaOption::AmericanExerciseBoundaries");
+        return zep::AmericanOption(option.GetCallPutType(), option.GetStrike(), option.GetVol(),
+                                   option.GetTimeToExpiry(), option.GetAccRate(), option.GetUndRate(),
+                                   option.GetSpot())
+            .ExerciseBoundary(nodes, timeSteps);
+    });
+}
 double MVanillaOption::Delta(bool spotDelta, int method) {
     return ZEP_VANILLA_OPERATION(Delta, spotDelta, method);
 }

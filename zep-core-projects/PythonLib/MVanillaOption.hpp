@@ -5,6 +5,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "DateInput.hpp"
 #include "MWrapper.hpp"
@@ -88,6 +90,10 @@ public:
     double DeltaImpliedFromStrike(double strike, bool spotDelta = true);
     double StrikeFromQuote(const std::string& side, const std::string& strikeQuote);
     double getVolSurfaceData(const std::string& side, const std::string& strikeQuote);
+    // The early-exercise boundary of the same option exercised American: (years from the
+    // reference date, critical spot) per time step of the finite-difference engine, at the
+    // option's volatility and rates.
+    std::vector<std::pair<double, double>> AmericanExerciseBoundaries(int nodes = 200, int timeSteps = 200) const;
 
     void SetPremium(double premium);
     double GetPremium() const;

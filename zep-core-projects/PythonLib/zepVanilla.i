@@ -133,7 +133,9 @@ vol a number or a surface (zep.FXVolSurface, zep.MFXVolSurface) read at the stri
 MVanillaOption.FromForward(..., forward, ..., spot=-1) quotes it on the forward. Side +1 buy,
 -1 sell; type 0 call, 1 put; exercise 0 European, 1 American, 2 Bermudan. Figures take no
 argument or an integer pricing method (0 and 1 closed form); Delta also takes a boolean (True
-spot delta, False premium-adjusted). Failures read 'MVanillaOption::<operation> failed: ...'.";
+spot delta, False premium-adjusted). AmericanExerciseBoundaries(nodes=200, timeSteps=200): the
+early-exercise boundary of the same option exercised American, [(years, critical spot)] from
+the finite-difference engine. Failures read 'MVanillaOption::<operation> failed: ...'.";
 %feature("docstring") zep::HistVols
 "Rolling-window historical volatility: HistVols(dates, prices); setAll(sampleNum, model=0,
 lambda=0.94, returnKind=1, annualisationFactor=252); models 0 equal weights, 1 EWMA recursion
@@ -142,6 +144,13 @@ from zero, 2 EWMA with weights normalised by 1 - lambda^n; returnKind 1 log, 0 s
 %include "lum-closed-form/BSVanilla.hpp"
 %include "lum-closed-form/HistVols.hpp"
 %include "MBSVanilla.hpp"
+// Exercise boundaries come back as lists of (time in years, critical spot) tuples.
+%typemap(out) std::vector<std::pair<double, double>> {
+    const std::vector<std::pair<double, double>>& points = $1;
+    $result = PyList_New(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        PyList_SET_ITEM($result, i, Py_BuildValue("(dd)", points[i].first, points[i].second));
+}
 %include "MVanillaOption.hpp"
 
 %inline %{

@@ -79,6 +79,9 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepVanilla.i"
 %include "zepBarrier.i"
 %include "zepPde.i"
+%include "zepHeston.i"
+%include "zepAmerican.i"
+%include "zepAsian.i"
 %include "zepXScript.i"
 %include "zepProducts.i"
 // Bootstrapping takes lists of texts, whose conversion the scripted products declare.

@@ -16,10 +16,25 @@ FdmSolution::FdmSolution(std::vector<double> spots, std::vector<double> today, s
     ZEP_REQUIRE(m_interpolation == "linear" || m_spots.size() >= 4, "Cubic interpolation requires at least 4 points.");
 }
 
+// The spot's fractional node index: exact on any grid, and on a grid stretched by a smooth map
+// (BlackScholesFdSolver's sinh grid) the coordinate in which the nodes are evenly spaced.
+double FdmSolution::Position(double spot) const {
+    const std::size_t n = m_spots.size();
+    if (!(spot > m_spots[0])) return 0.0;
+    if (!(spot < m_spots[n - 1])) return static_cast<double>(n - 1);
+    const std::size_t i = static_cast<std::size_t>(std::upper_bound(m_spots.begin(), m_spots.end(), spot) - m_spots.begin()) - 1;
+    return static_cast<double>(i) + (spot - m_spots[i]) / (m_spots[i + 1] - m_spots[i]);
+}
+
+// The node spacing around the spot: the step of the grid's own difference quotients.
+double FdmSolution::Spacing(double spot) const {
+    const std::size_t i = std::min(static_cast<std::size_t>(Position(spot)), m_spots.size() - 2);
+    return m_spots[i + 1] - m_spots[i];
+}
+
 double FdmSolution::Interpolate(const std::vector<double>& values, double spot) const {
     const std::size_t n = m_spots.size();
-    const double h = m_spots[1] - m_spots[0];
-    const double position = std::clamp((spot - m_spots[0]) / h, 0.0, static_cast<double>(n - 1));
+    const double position = Position(spot);
     if (m_interpolation == "linear") {
         const std::size_t i = std::min(static_cast<std::size_t>(position), n - 2);
         const double w = position - static_cast<double>(i);
@@ -41,7 +56,7 @@ double FdmSolution::Interpolate(const std::vector<double>& values, double spot) 
 double FdmSolution::Value(double spot) const { return m_discount * Interpolate(m_today, spot); }
 
 double FdmSolution::Greek(const std::string& name, double spot) const {
-    const double h = m_spots[1] - m_spots[0];
+    const double h = Spacing(spot);
     if (name == "price") return Value(spot);
     if (name == "delta") return (Value(spot + h) - Value(spot - h)) / (2.0 * h);
     if (name == "gamma") return (Value(spot + h) - 2.0 * Value(spot) + Value(spot - h)) / (h * h);

@@ -1,4 +1,5 @@
-// The Black-Scholes equation for an option's undiscounted value U(t, S) on a uniform spot grid,
+// The Black-Scholes equation for an option's undiscounted value U(t, S) on a spot grid (uniform,
+// or stretched to concentrate nodes at a centre),
 // solved backward from expiry: dU/dt + sigma^2 S^2 / 2 d2U/dS2 + b S dU/dS = 0, with b the drift
 // that carries the spot to its delivery forward (as the closed forms do). Crank-Nicolson in time,
 // started by two fully implicit half steps (Rannacher) so that a discontinuous payoff does not
@@ -22,6 +23,11 @@ struct FdGridSpec {
     double spotMax;
     FdBoundary lower = FdBoundary::Linear;
     FdBoundary upper = FdBoundary::Linear;
+    // 0: evenly spaced spots. Otherwise spots S = centre + c sinh(x), x evenly spaced and
+    // c = concentration (spotMax - spotMin): the smaller the concentration, the denser the nodes
+    // at the centre (a strike, where the payoff has its kink) and the sparser far from it.
+    double concentration = 0.0;
+    double centre = 0.0;
 };
 
 class BlackScholesFdSolver {
@@ -48,6 +54,8 @@ private:
     std::size_t m_steps;
     // The operator L at each interior node: lower, centre and upper coefficients.
     std::vector<double> m_lower, m_centre, m_upper;
+    // A linear end extrapolates V0 = (1 + r) V1 - r V2, r the ratio of the two end spacings.
+    double m_lowRatio = 1.0, m_highRatio = 1.0;
     mutable std::vector<double> m_scratch, m_rhs;
 };
 

@@ -20,6 +20,8 @@ public:
     double Greek(const std::string& name, double spot) const;
 
 private:
+    double Position(double spot) const;
+    double Spacing(double spot) const;
     double Interpolate(const std::vector<double>& values, double spot) const;
 
     std::vector<double> m_spots, m_today, m_later;

@@ -228,6 +228,9 @@ _RECORDED = {
     zeplib.MFXForwardOutright: ((), ()),
     zeplib.MFXSwap: ((), ()),
     zeplib.MFXNDF: ((), ()),
+    zeplib.HestonModel: ((), ()),
+    zeplib.AmericanOption: ((), ()),
+    zeplib.AsianOption: ((), ()),
 }
 
 

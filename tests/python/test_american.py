@@ -1,0 +1,134 @@
+"""American options: the finite-difference engine, Barone-Adesi-Whaley and the Leisen-Reimer
+tree against QuantLib's engines, against each other, and the call that is never exercised early."""
+import pytest
+import QuantLib as ql
+
+import zep
+
+TODAY = ql.Date(2, 1, 2024)
+CASES = [  # option type, strike, volatility, days, rd, rf, spot
+    (1, 100.0, 0.20, 365, 0.05, 0.00, 100.0),
+    (1, 110.0, 0.35, 180, 0.03, 0.01, 100.0),
+    (0, 1.10, 0.10, 730, 0.01, 0.04, 1.12),
+    (0, 95.0, 0.25, 90, 0.02, 0.06, 100.0),
+]
+
+
+def quantlib_american(option_type, strike, vol, days, rd, rf, spot, engine):
+    ql.Settings.instance().evaluationDate = TODAY
+    day_count = ql.Actual365Fixed()
+    process = ql.BlackScholesMertonProcess(
+        ql.QuoteHandle(ql.SimpleQuote(spot)),
+        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rf, day_count)),
+        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rd, day_count)),
+        ql.BlackVolTermStructureHandle(ql.BlackConstantVol(TODAY, ql.NullCalendar(), vol, day_count)))
+    payoff = ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike)
+    option = ql.VanillaOption(payoff, ql.AmericanExercise(TODAY, TODAY + days))
+    option.setPricingEngine({"baw": lambda: ql.BaroneAdesiWhaleyApproximationEngine(process),
+                             "lr": lambda: ql.BinomialVanillaEngine(process, "lr", 2001),
+                             "fd": lambda: ql.FdBlackScholesVanillaEngine(process, 400, 400)}[engine]())
+    return option.NPV()
+
+
+def american(option_type, strike, vol, days, rd, rf, spot):
+    return zep.AmericanOption(option_type, strike, vol, days / 365.0, rd, rf, spot)
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_barone_adesi_whaley_matches_quantlib(case):
+    """Both stop the critical-spot search at about 1e-6 of the strike."""
+    assert american(*case).Price("baw") == pytest.approx(quantlib_american(*case, "baw"), abs=1e-6)
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_leisen_reimer_tree_matches_quantlib(case):
+    assert american(*case).Price("binomial", timeSteps=2001) == pytest.approx(
+        quantlib_american(*case, "lr"), abs=1e-6)
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_finite_differences_match_quantlib_and_the_tree(case):
+    reference = quantlib_american(*case, "lr")
+    price = american(*case).Price("fd", 800, 800)
+    assert price == pytest.approx(reference, abs=2e-3 * case[6] / 100.0)
+    assert quantlib_american(*case, "fd") == pytest.approx(reference, abs=2e-3 * case[6] / 100.0)
+
+
+def test_finite_difference_error_falls_with_the_grid():
+    option = american(*CASES[0])
+    reference = option.Price("binomial", timeSteps=10001)
+    errors = [abs(option.Price("fd", n, n) - reference) for n in (50, 100, 200, 400)]
+    assert all(later < earlier for earlier, later in zip(errors, errors[1:])), errors
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_the_three_methods_agree(case):
+    """Barone-Adesi-Whaley is an approximation: within 0.5% of the price here."""
+    option = american(*case)
+    tree = option.Price("binomial", timeSteps=2001)
+    assert option.Price("fd", 400, 400) == pytest.approx(tree, abs=3e-3 * case[6] / 100.0)
+    assert option.Price("baw") == pytest.approx(tree, rel=5e-3)
+
+
+@pytest.mark.parametrize("rf", [0.0, -0.01])
+def test_call_without_dividends_is_european(rf):
+    option = zep.AmericanOption(0, 100.0, 0.25, 1.5, 0.04, rf, 100.0)
+    european = option.EuropeanPrice()
+    assert option.Price("baw") == european
+    assert option.Price("binomial", timeSteps=2001) == pytest.approx(european, abs=1e-3)
+    assert option.Price("fd", 800, 800) == pytest.approx(european, abs=1e-3)
+
+
+def test_put_exercise_boundary_lies_below_the_strike_and_rises_to_it():
+    boundary = zep.AmericanOption(1, 100.0, 0.2, 1.0, 0.05, 0.0, 100.0).ExerciseBoundary(400, 400)
+    times = [t for t, _ in boundary]
+    spots = [s for _, s in boundary]
+    assert times == sorted(times) and times[0] == 0.0
+    assert all(s < 100.0 for s in spots)
+    assert all(later >= earlier for earlier, later in zip(spots, spots[1:]))
+    assert spots[-1] > 95.0
+
+
+@pytest.mark.parametrize("call, message", [
+    (lambda o: o.Price("trinomial"), "unknown American engine"),
+    (lambda o: o.Price("fd", 3, 200), "at least 5 spot nodes"),
+    (lambda o: o.Price("fd", 200, 1), "at least 2 time steps"),
+    (lambda o: o.Price("fd", 200, 10**9), "at most 100000"),
+    (lambda o: o.Price("binomial", timeSteps=0), "steps must lie"),
+])
+def test_bad_engine_settings_raise(call, message):
+    with pytest.raises(Exception, match=message):
+        call(zep.AmericanOption(1, 100.0, 0.2, 1.0, 0.05, 0.0, 100.0))
+
+
+def test_bad_terms_raise():
+    with pytest.raises(Exception):
+        zep.AmericanOption(1, -100.0, 0.2, 1.0, 0.05, 0.0, 100.0)
+    with pytest.raises(Exception):
+        zep.AmericanOption(1, 100.0, 0.0, 1.0, 0.05, 0.0, 100.0)
+    with pytest.raises(TypeError):
+        zep.AmericanOption.Price(None, "fd")
+
+
+def booked_vanilla(call_put, rf):
+    return zep.MVanillaOption(1, call_put, 1.0, 1.10, 1.08, "2024-01-15", "2025-01-15", "2025-01-17",
+                              "2025-01-17", 0.05, rf, 0.10)
+
+
+def test_vanilla_exercise_boundaries_are_the_american_engines():
+    option = booked_vanilla(1, 0.01)
+    boundary = option.AmericanExerciseBoundaries(300, 300)
+    engine = zep.AmericanOption(1, 1.10, 0.10, option.GetTimeToExpiry(), 0.05, 0.01, 1.08)
+    assert boundary == engine.ExerciseBoundary(300, 300)
+    assert all(spot < 1.10 for _, spot in boundary)
+
+
+def test_call_without_dividends_has_no_exercise_boundary():
+    assert booked_vanilla(0, 0.0).AmericanExerciseBoundaries() == []
+
+
+def test_exercise_boundaries_of_a_disposed_option_raise():
+    option = booked_vanilla(1, 0.0)
+    option.Dispose()
+    with pytest.raises(Exception, match="not initialized"):
+        option.AmericanExerciseBoundaries()

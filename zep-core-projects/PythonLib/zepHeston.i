@@ -1,0 +1,149 @@
+// Heston's stochastic volatility model: European prices by its characteristic function, one at a
+// time or over a strike array, and by the Carr-Madan FFT over a strike array.
+%{
+#include "lum-closed-form/HestonModel.hpp"
+#include "lum-closed-form/HestonFftPricer.hpp"
+#include "lum-closed-form/HestonCalibration.hpp"
+%}
+
+%ignore zep::HestonModel::CharacteristicFunction;
+%feature("docstring") zep::HestonModel
+"Heston's model: dv = kappa (theta - v) dt + sigma sqrt(v) dW2, dS/S = (rd - rf) dt + sqrt(v) dW1,
+d<W1, W2> = rho dt. v0 and theta are variances (0.04 for 20%), sigma the volatility of variance.
+A model violating the Feller condition 2 kappa theta >= sigma^2 is allowed (SatisfiesFeller()).
+
+HestonModel(v0, kappa, theta, sigma, rho)
+Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot,
+tolerance=1e-11): a European call (0) or put (1) by the characteristic function (Lewis's integral,
+adaptive Gauss-Lobatto to about tolerance times the forward).
+Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
+FftPrices(optionType, strikes, ..., points=2048, spacing=0.2, damping=1.5): over a strike array
+by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.";
+%include "lum-closed-form/HestonModel.hpp"
+
+%inline %{
+namespace zep::python {
+// Raw entry points behind HestonModel.Prices and HestonModel.FftPrices.
+void HestonPricesInto(const zep::HestonModel& model, int optionType, std::span<const double> strikes,
+                      double timeToExpiry, double timeToDelivery, double domesticRate,
+                      double foreignRate, double spot, std::span<double> prices) {
+    ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
+    for (std::size_t i = 0; i < strikes.size(); ++i)
+        prices[i] = model.Price(optionType, strikes[i], timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot);
+}
+// The calibration behind CalibrateHeston: quotes as three arrays, model volatilities filled in.
+zep::HestonModel HestonCalibrateInto(std::span<const double> expiries, std::span<const double> strikes,
+                                     std::span<const double> volatilities, double spot, double domesticRate,
+                                     double foreignRate, const std::string& start,
+                                     std::span<double> modelVolatilities, std::span<double> summary) {
+    ZEP_REQUIRE(strikes.size() == expiries.size() && volatilities.size() == expiries.size() &&
+                    modelVolatilities.size() == expiries.size() && summary.size() == 2,
+                "expiries, strikes, volatilities and model volatilities must have the same length");
+    std::vector<zep::HestonQuote> quotes;
+    for (std::size_t i = 0; i < expiries.size(); ++i) quotes.push_back({expiries[i], strikes[i], volatilities[i]});
+    const zep::HestonFit fit = zep::CalibrateHeston(quotes, spot, domesticRate, foreignRate, start);
+    std::copy(fit.modelVolatilities.begin(), fit.modelVolatilities.end(), modelVolatilities.begin());
+    summary[0] = fit.rootMeanSquareError;
+    summary[1] = fit.evaluations;
+    return fit.model;
+}
+void HestonFftPricesInto(const zep::HestonModel& model, int optionType, std::span<const double> strikes,
+                         double timeToExpiry, double timeToDelivery, double domesticRate,
+                         double foreignRate, double spot, std::span<double> prices, int points,
+                         double spacing, double damping) {
+    zep::HestonFftPricer pricer(model, timeToExpiry, zep::FftSettings{points, spacing, damping});
+    pricer.Prices(optionType, strikes, timeToDelivery, domesticRate, foreignRate, spot, prices);
+}
+}
+%}
+
+%pythoncode %{
+def _heston_prices(self, optionType: int, strikes: "numpy.typing.ArrayLike", timeToExpiry: float,
+                   timeToDelivery: float, domesticRate: float, foreignRate: float, spot: float
+                   ) -> "numpy.typing.NDArray[numpy.float64]":
+    """European prices over an array of strikes by the characteristic function."""
+    import numpy
+    flat = numpy.ascontiguousarray(numpy.asarray(strikes, dtype=numpy.float64).reshape(-1))
+    prices = numpy.empty(flat.size)
+    HestonPricesInto(self, optionType, flat, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, prices)
+    return prices.reshape(numpy.shape(strikes))
+
+
+def _heston_fft_prices(self, optionType: int, strikes: "numpy.typing.ArrayLike", timeToExpiry: float,
+                       timeToDelivery: float, domesticRate: float, foreignRate: float, spot: float,
+                       points: int = 2048, spacing: float = 0.2, damping: float = 1.5
+                       ) -> "numpy.typing.NDArray[numpy.float64]":
+    """European prices over an array of strikes by the Carr-Madan FFT (points a power of two,
+    spacing eta of the frequency grid, damping alpha); log-strikes are spaced 2 pi / (points
+    spacing) around the forward, with cubic interpolation between them."""
+    import numpy
+    flat = numpy.ascontiguousarray(numpy.asarray(strikes, dtype=numpy.float64).reshape(-1))
+    prices = numpy.empty(flat.size)
+    HestonFftPricesInto(self, optionType, flat, timeToExpiry, timeToDelivery, domesticRate, foreignRate,
+                        spot, prices, points, spacing, damping)
+    return prices.reshape(numpy.shape(strikes))
+
+
+HestonModel.Prices = _heston_prices
+HestonModel.FftPrices = _heston_fft_prices
+%}
+
+%pythoncode %{
+class HestonFitReport:
+    """What a Heston calibration reached: `quotes`, one row per quote (expiry, strike,
+    market_vol, model_vol, error = model - market), a pandas DataFrame when pandas is installed,
+    else a list of dicts; `rmse` of the errors; `feller_satisfied` (2 kappa theta >= sigma^2; a
+    violation is allowed); `evaluations` of the whole quote set."""
+
+    def __init__(self, rows, rmse, feller_satisfied, evaluations):
+        try:
+            import pandas
+            self._quotes = pandas.DataFrame(rows)
+        except ImportError:
+            self._quotes = rows
+        self._rmse = rmse
+        self._feller_satisfied = feller_satisfied
+        self._evaluations = evaluations
+
+    quotes = property(lambda self: self._quotes)
+    rmse = property(lambda self: self._rmse)
+    feller_satisfied = property(lambda self: self._feller_satisfied)
+    evaluations = property(lambda self: self._evaluations)
+
+
+def _surface_quotes(surface, spot, domesticRate, foreignRate, expiries, moneyness):
+    import math
+    quotes = []
+    for t in expiries:
+        forward = spot * math.exp((domesticRate - foreignRate) * t)
+        atm = surface.GetVolatility(t, forward)
+        for z in moneyness:
+            strike = forward * math.exp(z * atm * math.sqrt(t))
+            quotes.append((t, strike, surface.GetVolatility(t, strike)))
+    return quotes
+
+
+def CalibrateHeston(quotes, spot: float, domesticRate: float, foreignRate: float, start: str = "none",
+                    expiries=(0.25, 0.5, 0.75, 1.0, 1.25, 1.5, 1.75, 2.0, 2.5, 3.0),
+                    moneyness=(-1.5, -0.75, 0.0, 0.75, 1.5)) -> "tuple[HestonModel, HestonFitReport]":
+    """Calibrate Heston to implied volatilities by Levenberg-Marquardt on vega-weighted price
+    errors. `quotes` is a list of (expiry in years, strike, volatility) or an MFXVolSurface, read
+    at `expiries` and at strikes F exp(z atm sqrt(T)) for z in `moneyness`. `start` 'none' (from the
+    quotes' mean variance), 'direct' (NLopt DIRECT) or 'evolution' (differential evolution) for
+    the start point. Continuous domestic and foreign rates. Returns (model, HestonFitReport)."""
+    import numpy
+    if quotes is None:
+        raise TypeError("CalibrateHeston: quotes must be a list of (expiry, strike, volatility) or an MFXVolSurface")
+    if isinstance(quotes, MFXVolSurface):
+        quotes = _surface_quotes(quotes, spot, domesticRate, foreignRate, expiries, moneyness)
+    table = numpy.ascontiguousarray(numpy.asarray(quotes, dtype=numpy.float64))
+    if table.ndim != 2 or table.shape[1] != 3:
+        raise ValueError("CalibrateHeston: quotes must be (expiry, strike, volatility) triples")
+    columns = [numpy.ascontiguousarray(table[:, i]) for i in range(3)]
+    model_vols = numpy.empty(len(table))
+    summary = numpy.empty(2)
+    model = HestonCalibrateInto(*columns, spot, domesticRate, foreignRate, start, model_vols, summary)
+    rows = [{"expiry": e, "strike": k, "market_vol": v, "model_vol": m, "error": m - v}
+            for (e, k, v), m in zip(table.tolist(), model_vols.tolist())]
+    return model, HestonFitReport(rows, float(summary[0]), model.SatisfiesFeller(), int(summary[1]))
+%}
