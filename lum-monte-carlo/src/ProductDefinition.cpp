@@ -112,11 +112,15 @@ public:
     }
     Date DateField(const std::string& key) const {
         const std::string text = Text(key);
+        Date date;
         try {
-            return Date(std::string_view(text));
+            date = Date(std::string_view(text));
         } catch (...) {
             Malformed(Path(key), "is not a valid date: '" + text + "'");
         }
+        // An empty text reads as the null date, which no event or valuation can fall on.
+        if (date.IsNull()) Malformed(Path(key), "is not a valid date: '" + text + "'");
+        return date;
     }
     std::vector<Reader> Items(const std::string& key) const {
         const Reader child = Child(key);

@@ -40,6 +40,18 @@ double ScriptValueOfX(const zep::XScriptInputs& inputs) {
     return -1.0;
 }
 
+// The base definition with `from` replaced by `to` is refused with `message`.
+void ExpectRefused(const std::string& base, const std::string& from, const std::string& to, const std::string& message) {
+    std::string text = base;
+    text.replace(text.find(from), from.size(), to);
+    try {
+        zep::ProductDefinitionFromText(text);
+        ADD_FAILURE() << to << " was accepted";
+    } catch (const std::invalid_argument& e) {
+        EXPECT_EQ(std::string(e.what()), "Product definition: " + message) << to;
+    }
+}
+
 struct FieldCase {
     const char* text;
     double value;
@@ -95,19 +107,18 @@ TEST(ProductDefinition, RefusesCountsAndCodesBeyondTheirRange) {
         {"fields:", "simulation: {seed: -1}\nfields:", "field 'simulation.seed' is out of range for a seed"},
         {"fields:", "simulation: {seed: 18446744073709551616}\nfields:", "field 'simulation.seed' is out of range for a seed"},
     };
-    for (const auto& [from, to, message] : cases) {
-        std::string text = base;
-        text.replace(text.find(from), std::string(from).size(), to);
-        try {
-            zep::ProductDefinitionFromText(text);
-            ADD_FAILURE() << to << " was accepted";
-        } catch (const std::invalid_argument& e) {
-            EXPECT_EQ(std::string(e.what()), std::string("Product definition: ") + message) << to;
-        }
-    }
+    for (const auto& [from, to, message] : cases) ExpectRefused(base, from, to, message);
     std::string largest = base;
     largest.replace(largest.find("fields:"), 7, "simulation: {seed: 18446744073709549568}\nfields:");
     EXPECT_EQ(zep::ProductDefinitionFromText(largest).seed, 18446744073709549568u);
+}
+
+// An empty date text reads as the null date, on which nothing can happen.
+TEST(ProductDefinition, RefusesEmptyDates) {
+    const std::string base = Definition("1", true);
+    ExpectRefused(base, R"("date": "2025-01-02")", R"("date": "")", "field 'events[0].date' is not a valid date: ''");
+    ExpectRefused(base, R"("valuation_date": "2024-01-02")", R"("valuation_date": "")",
+                  "field 'valuation_date' is not a valid date: ''");
 }
 
 // An alias inside its own anchor stands for an endless tree, nested aliases for an exponentially
