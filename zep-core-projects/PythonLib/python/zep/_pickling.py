@@ -228,6 +228,8 @@ _RECORDED = {
     zeplib.MFXForwardOutright: ((), ()),
     zeplib.MFXSwap: ((), ()),
     zeplib.MFXNDF: ((), ()),
+    zeplib.MCapFloor: ((), ()),
+    zeplib.MSwaption: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),
