@@ -230,6 +230,7 @@ _RECORDED = {
     zeplib.MFXNDF: ((), ()),
     zeplib.MCapFloor: ((), ()),
     zeplib.MSwaption: ((), ()),
+    zeplib.MCreditDefaultSwap: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),

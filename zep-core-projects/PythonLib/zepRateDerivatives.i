@@ -1,6 +1,7 @@
-// Options on rates: caps and floors, European swaptions, valued under a lognormal, shifted
-// lognormal or normal volatility.
+// Rate and credit derivatives: caps and floors and European swaptions, valued under a lognormal,
+// shifted lognormal or normal volatility, and credit default swaps on a credit curve.
 %{
+#include "MCreditDefaultSwap.hpp"
 #include "MCapFloor.hpp"
 #include "MSwaption.hpp"
 %}
@@ -21,11 +22,22 @@ centres='TARGET', fixingLagDays=2, index='EURIBOR6M'). payerReceiver 'PAYER' or 
 settlement 'PHYSICAL' or 'CASH' (par-yield annuity). PV, ForwardRate, Annuity, ForwardSwapValue,
 ImpliedVolatility(price) under the same model. Failures read 'MSwaption::<operation> failed: ...'.";
 
+%feature("docstring") zep::python::MCreditDefaultSwap
+"A credit default swap: MCreditDefaultSwap(buySell, notional, coupon, startDate, maturityDate,
+creditCurve, discountCurve, premiumTenor='3M', dayCounter='Act360', centres='TARGET'). buySell
+'BUYER' or 'SELLER' of protection; the recovery rate is the credit curve's; protection from the
+curve's reference date, half the accrual paid on default. PV, ParSpread, Upfront (buyer's,
+fraction of notional), ProtectionLegPV, PremiumLegPV, RiskyAnnuity, RiskyPV01, CS01 (all par
+spreads of the curve + 1 bp, bootstrapped again), UpfrontFromQuotedSpread(spread) and
+QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
+'MCreditDefaultSwap::<operation> failed: ...'.";
+
 %include "MCapFloor.hpp"
 %include "MSwaption.hpp"
+%include "MCreditDefaultSwap.hpp"
 
 %pythoncode %{
-for _instrument in (MCapFloor, MSwaption):
+for _instrument in (MCapFloor, MSwaption, MCreditDefaultSwap):
     _instrument.__repr__ = _instrument_repr
 del _instrument
 %}
