@@ -76,10 +76,10 @@ def main():
     credit = zep.CreditCurve(REFERENCE, tenors, [0.005, 0.006, 0.0075, 0.009, 0.011, 0.012, 0.0125], 0.4, curve)
     cds = zep.MCreditDefaultSwap("BUYER", 1e7, 0.01, REFERENCE, "2029-01-15", credit, curve)
     today = ql_date(REFERENCE)
-    times = [0.0] + list(credit.Times())
-    survival = ql.SurvivalProbabilityCurve([today + round(t * 365) for t in times],
-                                           [credit.SurvivalProbability(t) for t in times], ql.Actual365Fixed(),
-                                           ql.TARGET())
+    days = [round(t * 365) for t in [0.0] + list(credit.Times())]
+    survival = ql.SurvivalProbabilityCurve([today + d for d in days],
+                                           [credit.SurvivalProbability(zep.Date(REFERENCE) + d) for d in days],
+                                           ql.Actual365Fixed(), ql.TARGET())
     premium = ql.Schedule(today, ql.Date(15, 1, 2029), ql.Period("3M"), ql.TARGET(), ql.ModifiedFollowing,
                           ql.ModifiedFollowing, ql.DateGeneration.Backward, False)
     ql_cds = ql.CreditDefaultSwap(ql.Protection.Buyer, 1e7, 0.01, premium, ql.ModifiedFollowing, ql.Actual360(),

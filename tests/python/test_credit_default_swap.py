@@ -75,10 +75,10 @@ def test_cs01_of_a_par_cds_is_about_its_risky_pv01(credit, discount):
 def test_agrees_with_quantlib_midpoint_engine(credit, discount):
     ql.Settings.instance().evaluationDate = ql.Date(20, 3, 2024)
     today, day_counter = ql.Date(20, 3, 2024), ql.Actual365Fixed()
-    times = [0.0] + list(credit.Times())
-    dates = [today + round(t * 365) for t in times]  # Act/365F times of whole days
-    survival = ql.SurvivalProbabilityCurve(dates, [credit.SurvivalProbability(t) for t in times], day_counter,
-                                           ql.TARGET())
+    days = [round(t * 365) for t in [0.0] + list(credit.Times())]  # the hazard nodes, whole days in Act/365F
+    survival = ql.SurvivalProbabilityCurve([today + d for d in days],
+                                           [credit.SurvivalProbability(zep.Date(REFERENCE) + d) for d in days],
+                                           day_counter, ql.TARGET())
     discount_dates = [today + d for d in range(0, 3700, 30)]
     ql_discount = ql.YieldTermStructureHandle(ql.DiscountCurve(
         discount_dates, [discount.DiscountFactor(zep.Date(REFERENCE) + d) for d in range(0, 3700, 30)], day_counter))
@@ -116,3 +116,16 @@ def test_cds_pickles(credit, discount):
 def test_bad_input_raises_with_the_library_message(credit, discount, build, message):
     with pytest.raises(RuntimeError, match="^" + message.replace("(", r"\(").replace(")", r"\)")):
         build(credit, discount)
+
+
+def test_cds_and_swaption_from_product_definitions(credit, discount):
+    cds_text = ('{"type": "CreditDefaultSwap", "buySell": "BUYER", "notional": 1e7, "coupon": 0.01, '
+                '"startDate": "2024-03-20", "maturityDate": "2029-03-20", "creditCurve": "ISSUER", '
+                '"discountCurve": "EUR"}')
+    booked = zep.RateInstrumentFromDefinition(cds_text, {"ISSUER": credit, "EUR": discount})
+    assert booked.PV() == cds(credit, discount).PV()
+    swaption = zep.RateInstrumentFromDefinition(
+        {"type": "Swaption", "payerReceiver": "PAYER", "notional": 1e6, "strike": 0.03, "expiryDate": "2025-03-18",
+         "startDate": "2025-03-20", "endDate": "2030-03-20", "discountCurve": "EUR", "projectionCurve": "EUR",
+         "volatility": 0.008, "model": "BACHELIER"}, {"EUR": discount})
+    assert swaption.PV() > 0

@@ -69,7 +69,7 @@ def ql_cap(kind, strike, engine):
     leg = ql.IborLeg([1e6], schedule, ql.Euribor3M(curve), ql.Actual360())
     instrument = (ql.Cap if kind == "CAP" else ql.Floor)(leg, [strike])
     instrument.setPricingEngine(engine)
-    return instrument
+    return instrument, [ql.as_floating_rate_coupon(c).indexFixing() for c in leg]
 
 
 @pytest.mark.parametrize("model, vol, shift", MODELS)
@@ -78,11 +78,11 @@ def test_cap_floor_agrees_with_quantlib(discount, projection, model, vol, shift,
     ql_discount, quote = ql_curve(DISCOUNT_ZEROS), ql.QuoteHandle(ql.SimpleQuote(vol))
     engine = (ql.BachelierCapFloorEngine(ql_discount, quote) if model == "BACHELIER"
               else ql.BlackCapFloorEngine(ql_discount, quote, ql.Actual365Fixed(), shift))
-    reference = ql_cap(kind, 0.03, engine)
+    reference, forwards = ql_cap(kind, 0.03, engine)
     ours = cap(kind, discount, projection, model, vol, shift)
     assert ours.PV() == pytest.approx(reference.NPV(), rel=1e-8)
     assert list(ours.CapletPVs()) == pytest.approx(list(reference.optionletsPrice()), rel=1e-8, abs=1e-9)
-    assert list(ours.ForwardRates()) == pytest.approx(list(reference.forwardRates()), rel=1e-10)
+    assert list(ours.ForwardRates()) == pytest.approx(forwards, rel=1e-10)
 
 
 @pytest.mark.parametrize("model, vol, shift", MODELS)
@@ -182,7 +182,7 @@ def test_options_pickle_and_describe_themselves(discount, projection):
     (lambda d: swaption("CALL", d, d), "MSwaption::MSwaption failed: 'CALL' is an invalid swaption kind"),
     (lambda d: swaption("PAYER", d, d, settlement="NET"), "MSwaption::MSwaption failed: 'NET' is an invalid settlement"),
     (lambda d: zep.MSwaption("PAYER", 1e6, 0.03, "2026-01-15", "2025-01-17", "2030-01-17", d, d, 0.2),
-     "MSwaption::MSwaption failed: .*expiry 2026-01-15 must not be after the swap's start date"),
+     "MSwaption::MSwaption failed: .*expiry 15/01/2026 must not be after the swap's start date 17/01/2025"),
     (lambda d: swaption("PAYER", d, d, settlement="CASH", fixedTenor="5M"),
      "MSwaption::MSwaption failed: .*tenor 5M must divide a year"),
     (lambda d: swaption("PAYER", d, d, "BLACK").ImpliedVolatility(1e9),

@@ -40,4 +40,7 @@ QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
 for _instrument in (MCapFloor, MSwaption, MCreditDefaultSwap):
     _instrument.__repr__ = _instrument_repr
 del _instrument
+
+# Product definitions name these too; a credit curve is one of the named curves ("creditCurve").
+_RATE_PRODUCTS.update({"CapFloor": MCapFloor, "Swaption": MSwaption, "CreditDefaultSwap": MCreditDefaultSwap})
 %}
