@@ -191,3 +191,60 @@ def test_options_pickle_and_describe_themselves(discount, projection):
 def test_bad_input_raises_with_the_library_message(discount, build, message):
     with pytest.raises(RuntimeError, match="^" + message.replace("(", r"\(").replace(")", r"\)")):
         build(discount)
+
+
+# --- SABR smile of a swaption slice ----------------------------------------------------------
+
+def hagan_lognormal(strike, forward, expiry, alpha, beta, rho, nu):
+    """Hagan, Kumar, Lesniewski and Woodward (2002), equation (2.17a), written out here."""
+    import math
+    one_minus_beta = 1.0 - beta
+    log_fk = math.log(forward / strike)
+    fk_power = (forward * strike) ** (one_minus_beta / 2)
+    z = nu / alpha * fk_power * log_fk
+    x = math.log((math.sqrt(1 - 2 * rho * z + z * z) + z - rho) / (1 - rho))
+    z_over_x = 1.0 if abs(z) < 1e-12 else z / x
+    series = 1 + one_minus_beta ** 2 / 24 * log_fk ** 2 + one_minus_beta ** 4 / 1920 * log_fk ** 4
+    drift = (one_minus_beta ** 2 / 24 * alpha ** 2 / fk_power ** 2 + rho * beta * nu * alpha / (4 * fk_power)
+             + (2 - 3 * rho ** 2) / 24 * nu ** 2)
+    return alpha / (fk_power * series) * z_over_x * (1 + drift * expiry)
+
+
+@pytest.mark.parametrize("beta, rho, nu", [(0.5, -0.3, 0.4), (1.0, 0.2, 0.6), (0.0, -0.1, 0.3)])
+def test_sabr_slice_reproduces_its_quotes(beta, rho, nu):
+    forward, expiry = 0.031, 5.0
+    alpha = 0.2 * forward ** (1 - beta)
+    strikes = [forward + d for d in (-0.015, -0.01, -0.005, 0.0, 0.005, 0.01, 0.02)]
+    quotes = [hagan_lognormal(k, forward, expiry, alpha, beta, rho, nu) for k in strikes]
+    smile = zep.SwaptionSmile(forward, expiry, strikes, quotes, beta)
+    assert [smile.Volatility(k) for k in strikes] == pytest.approx(quotes, abs=1e-7)
+    assert smile.FitError() < 1e-7
+    assert list(smile.Parameters()) == pytest.approx([alpha, beta, rho, nu], rel=1e-4, abs=1e-5)
+
+
+def test_sabr_without_vol_of_vol_is_black():
+    smile = zep.SwaptionSmile.FromParameters(0.03, 5.0, 0.22, 1.0, -0.4, 0.0)
+    assert [smile.Volatility(k) for k in (0.01, 0.03, 0.06)] == pytest.approx([0.22] * 3, rel=1e-15)
+    copy = pickle.loads(pickle.dumps(smile))
+    assert copy.Volatility(0.02) == smile.Volatility(0.02)
+
+
+def test_swaption_priced_on_its_slice_smile(discount, projection):
+    atm = swaption("PAYER", discount, projection)
+    forward = atm.ForwardRate()
+    smile = zep.SwaptionSmile.FromParameters(forward, 1.0, 0.2 * forward ** 0.5, 0.5, -0.3, 0.4)
+    low, high = (swaption("RECEIVER", discount, projection, vol=smile.Volatility(k), strike=k)
+                 for k in (forward - 0.01, forward - 0.005))
+    assert high.PV() > low.PV() > 0.0
+
+
+@pytest.mark.parametrize("build, message", [
+    (lambda: zep.SwaptionSmile(0.03, 5.0, [0.02, 0.03], [0.2, 0.19]), "the SABR fit needs at least three quotes"),
+    (lambda: zep.SwaptionSmile(0.03, 5.0, [-0.01, 0.02, 0.03], [0.2, 0.2, 0.19]), "quote 0 needs a positive strike"),
+    (lambda: zep.SwaptionSmile(-0.001, 5.0, [0.01, 0.02, 0.03], [0.2, 0.2, 0.19]), "the forward swap rate -0.001000"),
+    (lambda: zep.SwaptionSmile.FromParameters(0.03, 5.0, 0.2, 0.5, 1.5, 0.3), "rho in \\(-1, 1\\)"),
+    (lambda: zep.SwaptionSmile.FromParameters(0.03, 5.0, 0.2, 0.5, 0.0, 0.3).Volatility(0.0), "the strike 0.000000"),
+])
+def test_sabr_slice_refusals(build, message):
+    with pytest.raises(Exception, match=message):
+        build()

@@ -4,6 +4,7 @@
 #include "MCreditDefaultSwap.hpp"
 #include "MCapFloor.hpp"
 #include "MSwaption.hpp"
+#include "lum-interest-rates/SwaptionSmile.hpp"
 %}
 
 %feature("docstring") zep::python::MCapFloor
@@ -31,6 +32,21 @@ fraction of notional), ProtectionLegPV, PremiumLegPV, RiskyAnnuity, RiskyPV01, C
 spreads of the curve + 1 bp, bootstrapped again), UpfrontFromQuotedSpread(spread) and
 QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
 'MCreditDefaultSwap::<operation> failed: ...'.";
+
+%ignore zep::SwaptionSmile::SwaptionSmile(double, double, double, double, double, double);
+%feature("docstring") zep::SwaptionSmile
+"The SABR smile of one swaption slice (an expiry into a tenor), Hagan's lognormal expansion:
+SwaptionSmile(forward, expiry, strikes, volatilities, beta=0.5) fits alpha, rho and nu to at
+least three Black volatility quotes; SwaptionSmile.FromParameters(forward, expiry, alpha, beta,
+rho, nu). Volatility(strike) is the Black volatility to price a swaption of that strike with;
+Parameters() (alpha, beta, rho, nu), FitError() (root mean square volatility error).";
+%include "lum-interest-rates/SwaptionSmile.hpp"
+%extend zep::SwaptionSmile {
+    static zep::SwaptionSmile FromParameters(double forward, double expiry, double alpha, double beta, double rho,
+                                             double nu) {
+        return zep::SwaptionSmile(forward, expiry, alpha, beta, rho, nu);
+    }
+}
 
 %include "MCapFloor.hpp"
 %include "MSwaption.hpp"

@@ -231,6 +231,7 @@ _RECORDED = {
     zeplib.MCapFloor: ((), ()),
     zeplib.MSwaption: ((), ()),
     zeplib.MCreditDefaultSwap: ((), ()),
+    zeplib.SwaptionSmile: (("FromParameters",), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),
