@@ -1,7 +1,7 @@
 """Prices three rate and FX instruments on bootstrapped curves and prints their cash flows: a
 5-year EUR payer swap (annual 30/360 fixed against 6-month EURIBOR), a Bund-style 2.6% annual
 fixed-rate bond, and a 1-year EUR/USD forward from spot and the EUR and USD curves; then rate and
-credit derivatives: a 5-year cap, a 5y into 10y payer swaption under Black and Bachelier, and a
+credit derivatives: a 5-year cap, a 5y into 10y payer swaption under Black and Bachelier and on its SABR smile, and a
 5-year CDS on a credit curve with its upfront at the standard 100 bp coupon."""
 from typing import Any
 
@@ -62,6 +62,17 @@ print(swaption.Describe())
 print(f"  forward swap rate {swaption.ForwardRate():.6%}, annuity {swaption.Annuity():,.2f}")
 print(f"  Black 25%: PV {swaption.PV():,.2f} EUR;  Bachelier 75 bp: PV {normal.PV():,.2f} EUR, "
       f"its Black volatility {swaption.ImpliedVolatility(normal.PV()):.4%}")
+forward = swaption.ForwardRate()
+offsets = [-0.01, -0.005, 0.0, 0.005, 0.01, 0.02]
+smile = zep.SwaptionSmile(forward, 5.0, [forward + d for d in offsets], [0.29, 0.265, 0.25, 0.242, 0.24, 0.245])
+alpha, beta, rho, nu = smile.Parameters()
+print(f"  SABR smile of the 5y into 10y slice: alpha {alpha:.5f}, beta {beta}, rho {rho:.4f}, nu {nu:.4f}, "
+      f"fit error {smile.FitError() * 1e4:.2f} bp")
+for offset in offsets:
+    strike = forward + offset
+    on_smile = zep.MSwaption("PAYER", 10_000_000, strike, "2029-01-15", "2029-01-17", "2039-01-17", eur, eur,
+                             smile.Volatility(strike))
+    print(f"    strike {strike:.4%}: volatility {smile.Volatility(strike):.4%}, payer PV {on_smile.PV():,.2f} EUR")
 
 credit = zep.CreditCurve(TODAY, ["1Y", "3Y", "5Y", "7Y", "10Y"], [0.0060, 0.0090, 0.0110, 0.0120, 0.0125], 0.4, eur)
 cds = zep.MCreditDefaultSwap("BUYER", 10_000_000, 0.0100, TODAY, "2029-01-15", credit, eur)
