@@ -62,14 +62,14 @@ print(swaption.Describe())
 print(f"  forward swap rate {swaption.ForwardRate():.6%}, annuity {swaption.Annuity():,.2f}")
 print(f"  Black 25%: PV {swaption.PV():,.2f} EUR;  Bachelier 75 bp: PV {normal.PV():,.2f} EUR, "
       f"its Black volatility {swaption.ImpliedVolatility(normal.PV()):.4%}")
-forward = swaption.ForwardRate()
+swap_rate = swaption.ForwardRate()
 offsets = [-0.01, -0.005, 0.0, 0.005, 0.01, 0.02]
-smile = zep.SwaptionSmile(forward, 5.0, [forward + d for d in offsets], [0.29, 0.265, 0.25, 0.242, 0.24, 0.245])
+smile = zep.SwaptionSmile(swap_rate, 5.0, [swap_rate + d for d in offsets], [0.29, 0.265, 0.25, 0.242, 0.24, 0.245])
 alpha, beta, rho, nu = smile.Parameters()
 print(f"  SABR smile of the 5y into 10y slice: alpha {alpha:.5f}, beta {beta}, rho {rho:.4f}, nu {nu:.4f}, "
       f"fit error {smile.FitError() * 1e4:.2f} bp")
 for offset in offsets:
-    strike = forward + offset
+    strike = swap_rate + offset
     on_smile = zep.MSwaption("PAYER", 10_000_000, strike, "2029-01-15", "2029-01-17", "2039-01-17", eur, eur,
                              smile.Volatility(strike))
     print(f"    strike {strike:.4%}: volatility {smile.Volatility(strike):.4%}, payer PV {on_smile.PV():,.2f} EUR")
