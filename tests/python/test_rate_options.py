@@ -248,3 +248,15 @@ def test_swaption_priced_on_its_slice_smile(discount, projection):
 def test_sabr_slice_refusals(build, message):
     with pytest.raises(Exception, match=message):
         build()
+
+
+def test_implied_volatilities_over_arrays():
+    import numpy
+    forwards = numpy.array([[0.02, 0.03, 0.04], [-0.005, 0.0, 0.01]])
+    vols = numpy.array([[0.006, 0.007, 0.008], [0.005, 0.0065, 0.009]])
+    values = numpy.vectorize(lambda f, v: zep.ForwardOptionValue(True, f, 0.01, 2.0, v, "BACHELIER"))(forwards, vols)
+    implied = zep.ForwardImpliedVolatilities(True, forwards, 0.01, 2.0, values, "BACHELIER")
+    assert implied.shape == (2, 3)
+    assert implied == pytest.approx(vols, rel=1e-9)
+    with pytest.raises(Exception, match="below its value at zero volatility"):
+        zep.ForwardImpliedVolatilities(True, [0.03], 0.01, 2.0, [0.001])

@@ -33,6 +33,45 @@ spreads of the curve + 1 bp, bootstrapped again), UpfrontFromQuotedSpread(spread
 QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
 'MCreditDefaultSwap::<operation> failed: ...'.";
 
+%{
+#include "lum-closed-form/ForwardOption.hpp"
+%}
+%feature("docstring") zep::python::ForwardImpliedVolatility
+"ForwardImpliedVolatility(isCall, forward, strike, expiry, value, model='BLACK', shift=0): the
+volatility under the model (BLACK, SHIFTEDBLACK with its shift, BACHELIER) at which a call (put)
+on the forward rate is worth `value` per unit annuity, `expiry` in years. ForwardOptionValue(isCall,
+forward, strike, expiry, volatility, model='BLACK', shift=0) is the value itself.";
+%inline %{
+namespace zep::python {
+double ForwardOptionValue(bool isCall, double forward, double strike, double expiry, double volatility,
+                          const std::string& model = "BLACK", double shift = 0.0) {
+    return zep::ForwardOptionValue(isCall, forward, strike, expiry,
+                                   {zep::RateVolatilityModelOf(model.c_str()), volatility, shift});
+}
+double ForwardImpliedVolatility(bool isCall, double forward, double strike, double expiry, double value,
+                                const std::string& model = "BLACK", double shift = 0.0) {
+    return zep::ImpliedForwardVolatility(isCall, forward, strike, expiry, value,
+                                         zep::RateVolatilityModelOf(model.c_str()), shift);
+}
+}  // namespace zep::python
+%}
+
+%pythoncode %{
+def ForwardImpliedVolatilities(isCall: bool, forwards: "numpy.typing.ArrayLike", strikes: "numpy.typing.ArrayLike",
+                               expiries: "numpy.typing.ArrayLike", values: "numpy.typing.ArrayLike",
+                               model: str = "BLACK", shift: float = 0.0) -> "numpy.typing.NDArray[numpy.float64]":
+    """ForwardImpliedVolatility over arrays (or broadcast scalars) of forwards, strikes, expiries
+    and values; returns a float64 array of their broadcast shape. A value no volatility reaches
+    raises, naming it."""
+    import numpy
+    columns = numpy.broadcast_arrays(*(numpy.asarray(a, dtype=numpy.float64) for a in (forwards, strikes, expiries,
+                                                                                       values)))
+    out = numpy.empty(columns[0].shape)
+    for index in numpy.ndindex(out.shape):
+        out[index] = ForwardImpliedVolatility(bool(isCall), *(float(c[index]) for c in columns), model, shift)
+    return out
+%}
+
 %ignore zep::SwaptionSmile::SwaptionSmile(double, double, double, double, double, double);
 %feature("docstring") zep::SwaptionSmile
 "The SABR smile of one swaption slice (an expiry into a tenor), Hagan's lognormal expansion:
