@@ -1,6 +1,8 @@
 """Prices three rate and FX instruments on bootstrapped curves and prints their cash flows: a
 5-year EUR payer swap (annual 30/360 fixed against 6-month EURIBOR), a Bund-style 2.6% annual
-fixed-rate bond, and a 1-year EUR/USD forward from spot and the EUR and USD curves."""
+fixed-rate bond, and a 1-year EUR/USD forward from spot and the EUR and USD curves; then rate and
+credit derivatives: a 5-year cap, a 5y into 10y payer swaption under Black and Bachelier and on its SABR smile, and a
+5-year CDS on a credit curve with its upfront at the standard 100 bp coupon."""
 from typing import Any
 
 import zep
@@ -47,3 +49,34 @@ forward = zep.MFXForwardOutright(1, 5_000_000, 1.1000, "2025-01-17", 1.0950, SPO
 print(forward.Describe())
 print(f"  EUR/USD spot 1.0950, outright {forward.Outright():.6f}, NPV {forward.NPV():,.2f} USD")
 show(forward.CashFlows())
+
+print()
+cap = zep.MCapFloor("CAP", 10_000_000, 0.0325, SPOT, "2029-01-17", eur, eur, 0.30)
+print(cap.Describe())
+print(f"  Black 30%: PV {cap.PV():,.2f} EUR over {len(cap.CapletPVs())} caplets")
+
+swaption = zep.MSwaption("PAYER", 10_000_000, 0.0300, "2029-01-15", "2029-01-17", "2039-01-17", eur, eur, 0.25)
+normal = zep.MSwaption("PAYER", 10_000_000, 0.0300, "2029-01-15", "2029-01-17", "2039-01-17", eur, eur, 0.0075,
+                       "BACHELIER")
+print(swaption.Describe())
+print(f"  forward swap rate {swaption.ForwardRate():.6%}, annuity {swaption.Annuity():,.2f}")
+print(f"  Black 25%: PV {swaption.PV():,.2f} EUR;  Bachelier 75 bp: PV {normal.PV():,.2f} EUR, "
+      f"its Black volatility {swaption.ImpliedVolatility(normal.PV()):.4%}")
+swap_rate = swaption.ForwardRate()
+offsets = [-0.01, -0.005, 0.0, 0.005, 0.01, 0.02]
+smile = zep.SwaptionSmile(swap_rate, 5.0, [swap_rate + d for d in offsets], [0.29, 0.265, 0.25, 0.242, 0.24, 0.245])
+alpha, beta, rho, nu = smile.Parameters()
+print(f"  SABR smile of the 5y into 10y slice: alpha {alpha:.5f}, beta {beta}, rho {rho:.4f}, nu {nu:.4f}, "
+      f"fit error {smile.FitError() * 1e4:.2f} bp")
+for offset in offsets:
+    strike = swap_rate + offset
+    on_smile = zep.MSwaption("PAYER", 10_000_000, strike, "2029-01-15", "2029-01-17", "2039-01-17", eur, eur,
+                             smile.Volatility(strike))
+    print(f"    strike {strike:.4%}: volatility {smile.Volatility(strike):.4%}, payer PV {on_smile.PV():,.2f} EUR")
+
+credit = zep.CreditCurve(TODAY, ["1Y", "3Y", "5Y", "7Y", "10Y"], [0.0060, 0.0090, 0.0110, 0.0120, 0.0125], 0.4, eur)
+cds = zep.MCreditDefaultSwap("BUYER", 10_000_000, 0.0100, TODAY, "2029-01-15", credit, eur)
+print(cds.Describe())
+print(f"  par spread {cds.ParSpread() * 1e4:.2f} bp, upfront {cds.Upfront():.4%} of notional, PV {cds.PV():,.2f} EUR")
+print(f"  risky PV01 {cds.RiskyPV01():,.2f}, CS01 {cds.CS01():,.2f}, "
+      f"upfront at a quoted 150 bp {cds.UpfrontFromQuotedSpread(0.015):.4%}")

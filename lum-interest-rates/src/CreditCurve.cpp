@@ -15,7 +15,9 @@ CreditCurve::CreditCurve(const Date& referenceDate, const std::vector<Period>& t
       m_recovery(recovery),
       m_discountCurve(std::move(discountCurve)),
       m_conventions(conventions),
-      m_calendar(calendar) {
+      m_calendar(calendar),
+      m_tenors(tenors),
+      m_spreads(spreads) {
     ZEP_REQUIRE(m_discountCurve != nullptr, "CreditCurve: no discount curve");
     ZEP_REQUIRE(!tenors.empty(), "CreditCurve: no CDS quotes");
     ZEP_REQUIRE(tenors.size() == spreads.size(), "CreditCurve: one spread per tenor");
@@ -78,6 +80,12 @@ double CreditCurve::ParSpread(const std::vector<PremiumPeriod>& periods) const {
 }
 
 double CreditCurve::ParSpread(const Period& tenor) const { return ParSpread(PeriodsOf(m_referenceDate + tenor)); }
+
+CreditCurve CreditCurve::WithSpreadsShifted(double shift) const {
+    std::vector<double> shifted = m_spreads;
+    for (double& spread : shifted) spread += shift;
+    return CreditCurve(m_referenceDate, m_tenors, shifted, m_recovery, m_discountCurve, m_conventions, m_calendar);
+}
 
 double CreditCurve::CumulativeHazard(double t) const {
     double integral = 0.0, from = 0.0;

@@ -41,6 +41,17 @@ zep::Bond MakeBond(double couponRate, const DateInput& issueDate, const DateInpu
     return zep::Bond(zep::Schedule(issueDate.Value(), maturityDate.Value(), rules, zep::Calendar::Shared()), terms);
 }
 
+int ChoiceOf(const std::string& name, const std::vector<std::string>& choices, const char* what) {
+    std::string upper = name;
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) { return std::toupper(c); });
+    std::string listed;
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        if (upper == choices[i]) return static_cast<int>(i);
+        listed += (i ? " or " : "") + choices[i];
+    }
+    throw std::invalid_argument("'" + name + "' is an invalid " + what + " (" + listed + ").");
+}
+
 zep::CouponKind FloatingKindOf(const std::string& name) {
     std::string upper = name;
     std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) { return std::toupper(c); });

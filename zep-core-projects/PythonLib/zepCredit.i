@@ -8,6 +8,7 @@
                                       boost::shared_ptr<const YieldCurve>, const CreditConventions&, const Calendar&);
 %ignore zep::CreditCurve::ParSpread(const Period&) const;
 %ignore zep::CreditCurve::SurvivalProbability(double) const;
+%ignore zep::CreditCurve::WithSpreadsShifted;
 %feature("docstring") zep::CreditCurve
 "The default-time curve of an issuer bootstrapped from its CDS par spreads: a hazard rate
 constant between CDS maturities, survival to t = exp(-integral of the hazard).

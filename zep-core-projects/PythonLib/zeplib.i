@@ -90,3 +90,4 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepYieldCurve2.i"
 // Rate and FX instruments sit on the curves above.
 %include "zepRates.i"
+%include "zepRateDerivatives.i"

@@ -46,6 +46,9 @@ public:
     // The par spread of a CDS of this tenor on this curve.
     double ParSpread(const Period& tenor) const;
 
+    // The same curve bootstrapped from every quoted spread plus `shift`.
+    CreditCurve WithSpreadsShifted(double shift) const;
+
     const Date& ReferenceDate() const { return m_referenceDate; }
     const std::vector<Date>& Maturities() const { return m_maturities; }
     const std::vector<double>& Times() const { return m_times; }
@@ -68,6 +71,8 @@ private:
     boost::shared_ptr<const YieldCurve> m_discountCurve;
     CreditConventions m_conventions;
     const Calendar& m_calendar;
+    std::vector<Period> m_tenors;
+    std::vector<double> m_spreads;   // the quotes bootstrapped
     std::vector<Date> m_maturities;  // reference date + tenor
     std::vector<double> m_times;     // the rolled ends of protection
     std::vector<double> m_hazards;  // m_hazards[k] in force from m_times[k - 1] (0 for k = 0) to m_times[k]

@@ -1,0 +1,101 @@
+// Rate and credit derivatives: caps and floors and European swaptions, valued under a lognormal,
+// shifted lognormal or normal volatility, and credit default swaps on a credit curve.
+%{
+#include "MCreditDefaultSwap.hpp"
+#include "MCapFloor.hpp"
+#include "MSwaption.hpp"
+#include "lum-interest-rates/SwaptionSmile.hpp"
+%}
+
+%feature("docstring") zep::python::MCapFloor
+"A cap or floor: MCapFloor(capFloor, notional, strike, startDate, endDate, discountCurve,
+projectionCurve, volatility, model='BLACK', shift=0, tenor='3M', dayCounter='Act360',
+centres='TARGET', fixingLagDays=2). capFloor 'CAP' or 'FLOOR'; model 'BLACK', 'SHIFTEDBLACK'
+(with shift) or 'BACHELIER' (volatility in rate units); projectionCurve None: the discount
+curve projects. A caplet pays notional * accrual * max(L - K, 0) at its period's end, L the simple
+forward of the period. PV, CapletPVs, ForwardRates, ImpliedVolatility(price) under the same model.
+Failures read 'MCapFloor::<operation> failed: ...'.";
+%feature("docstring") zep::python::MSwaption
+"A European swaption: MSwaption(payerReceiver, notional, strike, expiryDate, startDate, endDate,
+discountCurve, projectionCurve, volatility, model='BLACK', shift=0, settlement='PHYSICAL',
+fixedTenor='1Y', fixedDayCounter='30/360', floatTenor='6M', floatDayCounter='Act360',
+centres='TARGET', fixingLagDays=2, index='EURIBOR6M'). payerReceiver 'PAYER' or 'RECEIVER';
+settlement 'PHYSICAL' or 'CASH' (par-yield annuity). PV, ForwardRate, Annuity, ForwardSwapValue,
+ImpliedVolatility(price) under the same model. Failures read 'MSwaption::<operation> failed: ...'.";
+
+%feature("docstring") zep::python::MCreditDefaultSwap
+"A credit default swap: MCreditDefaultSwap(buySell, notional, coupon, startDate, maturityDate,
+creditCurve, discountCurve, premiumTenor='3M', dayCounter='Act360', centres='TARGET'). buySell
+'BUYER' or 'SELLER' of protection; the recovery rate is the credit curve's; protection from the
+curve's reference date, half the accrual paid on default. PV, ParSpread, Upfront (buyer's,
+fraction of notional), ProtectionLegPV, PremiumLegPV, RiskyAnnuity, RiskyPV01, CS01 (all par
+spreads of the curve + 1 bp, bootstrapped again), UpfrontFromQuotedSpread(spread) and
+QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
+'MCreditDefaultSwap::<operation> failed: ...'.";
+
+%{
+#include "lum-closed-form/ForwardOption.hpp"
+%}
+%feature("docstring") zep::python::ForwardImpliedVolatility
+"ForwardImpliedVolatility(isCall, forward, strike, expiry, value, model='BLACK', shift=0): the
+volatility under the model (BLACK, SHIFTEDBLACK with its shift, BACHELIER) at which a call (put)
+on the forward rate is worth `value` per unit annuity, `expiry` in years. ForwardOptionValue(isCall,
+forward, strike, expiry, volatility, model='BLACK', shift=0) is the value itself.";
+%inline %{
+namespace zep::python {
+double ForwardOptionValue(bool isCall, double forward, double strike, double expiry, double volatility,
+                          const std::string& model = "BLACK", double shift = 0.0) {
+    return zep::ForwardOptionValue(isCall, forward, strike, expiry,
+                                   {zep::RateVolatilityModelOf(model.c_str()), volatility, shift});
+}
+double ForwardImpliedVolatility(bool isCall, double forward, double strike, double expiry, double value,
+                                const std::string& model = "BLACK", double shift = 0.0) {
+    return zep::ImpliedForwardVolatility(isCall, forward, strike, expiry, value,
+                                         zep::RateVolatilityModelOf(model.c_str()), shift);
+}
+}  // namespace zep::python
+%}
+
+%pythoncode %{
+def ForwardImpliedVolatilities(isCall: bool, forwards: "numpy.typing.ArrayLike", strikes: "numpy.typing.ArrayLike",
+                               expiries: "numpy.typing.ArrayLike", values: "numpy.typing.ArrayLike",
+                               model: str = "BLACK", shift: float = 0.0) -> "numpy.typing.NDArray[numpy.float64]":
+    """ForwardImpliedVolatility over arrays (or broadcast scalars) of forwards, strikes, expiries
+    and values; returns a float64 array of their broadcast shape. A value no volatility reaches
+    raises, naming it."""
+    import numpy
+    columns = numpy.broadcast_arrays(*(numpy.asarray(a, dtype=numpy.float64) for a in (forwards, strikes, expiries,
+                                                                                       values)))
+    out = numpy.empty(columns[0].shape)
+    for index in numpy.ndindex(out.shape):
+        out[index] = ForwardImpliedVolatility(bool(isCall), *(float(c[index]) for c in columns), model, shift)
+    return out
+%}
+
+%ignore zep::SwaptionSmile::SwaptionSmile(double, double, double, double, double, double);
+%feature("docstring") zep::SwaptionSmile
+"The SABR smile of one swaption slice (an expiry into a tenor), Hagan's lognormal expansion:
+SwaptionSmile(forward, expiry, strikes, volatilities, beta=0.5) fits alpha, rho and nu to at
+least three Black volatility quotes; SwaptionSmile.FromParameters(forward, expiry, alpha, beta,
+rho, nu). Volatility(strike) is the Black volatility to price a swaption of that strike with;
+Parameters() (alpha, beta, rho, nu), FitError() (root mean square volatility error).";
+%include "lum-interest-rates/SwaptionSmile.hpp"
+%extend zep::SwaptionSmile {
+    static zep::SwaptionSmile FromParameters(double forward, double expiry, double alpha, double beta, double rho,
+                                             double nu) {
+        return zep::SwaptionSmile(forward, expiry, alpha, beta, rho, nu);
+    }
+}
+
+%include "MCapFloor.hpp"
+%include "MSwaption.hpp"
+%include "MCreditDefaultSwap.hpp"
+
+%pythoncode %{
+for _instrument in (MCapFloor, MSwaption, MCreditDefaultSwap):
+    _instrument.__repr__ = _instrument_repr
+del _instrument
+
+# Product definitions name these too; a credit curve is one of the named curves ("creditCurve").
+_RATE_PRODUCTS.update({"CapFloor": MCapFloor, "Swaption": MSwaption, "CreditDefaultSwap": MCreditDefaultSwap})
+%}
