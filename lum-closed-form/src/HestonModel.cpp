@@ -1,6 +1,7 @@
 #include "lum-closed-form/HestonModel.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -119,53 +120,144 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
     return Exp(c + dTerm * m_v0);
 }
 
-double HestonModel::Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
-                          double domesticRate, double foreignRate, double spot, double tolerance) const {
+namespace {
+
+// The undiscounted call prices of N strikes of one expiry, integrated together: the strike enters
+// the integrand only through e^(i u k), so each characteristic-function value serves all N.
+template <int N>
+struct Lanes {
+    std::array<double, N> v{};
+    friend Lanes operator+(Lanes x, const Lanes& y) {
+        for (int j = 0; j < N; ++j) x.v[j] += y.v[j];
+        return x;
+    }
+    friend Lanes operator-(Lanes x, const Lanes& y) {
+        for (int j = 0; j < N; ++j) x.v[j] -= y.v[j];
+        return x;
+    }
+    friend Lanes operator*(double s, Lanes x) {
+        for (double& value : x.v) value *= s;
+        return x;
+    }
+    friend double LargestMagnitude(const Lanes& x) {
+        double largest = 0.0;
+        for (const double value : x.v) largest = std::max(largest, std::abs(value));
+        return largest;
+    }
+    friend bool AllFinite(const Lanes& x) {
+        return std::all_of(x.v.begin(), x.v.end(), [](double value) { return std::isfinite(value); });
+    }
+};
+
+// Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
+// k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
+// closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
+// both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
+// small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
+// Each strike's integral is found to `tolerance` times the forward.
+template <int N>
+Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>& strikes, double forward,
+                           double timeToExpiry, double tolerance) {
+    std::array<double, N> k, scale;
+    for (int j = 0; j < N; ++j) {
+        k[j] = std::log(forward / strikes[j]);
+        scale[j] = forward * std::sqrt(strikes[j] / forward) / M_PI;
+    }
+    const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
+    const double totalVariance = meanVariance * timeToExpiry;
+    const auto integrand = [&](double u) {
+        const Complex gap = std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
+                            model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+        const double weight = 1.0 / (u * u + 0.25);
+        Lanes<N> values;
+        for (int j = 0; j < N; ++j)
+            values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
+        return values;
+    };
+    double upper = 1.0;
+    for (int doubling = 0;; ++doubling) {
+        if (doubling == kMaxTruncationDoublings)
+            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
+        if (std::abs(model.CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
+            0.5 * totalVariance * upper * upper > 40.0)
+            break;
+        upper *= 2.0;
+    }
+    AdaptiveGaussLobatto<decltype(integrand), Lanes<N>> quadrature(integrand, LobattoSettings{tolerance * forward},
+                                                                   "Heston price");
+    Lanes<N> calls = quadrature.Integrate(0.0, upper);
+    for (int j = 0; j < N; ++j) {
+        BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
+                               forward);
+        calls.v[j] += blackScholes.Price();
+    }
+    return calls;
+}
+
+// A discounted call or put from the undiscounted call. The integral is exact to about the
+// tolerance; rounding can leave a worthless option at -0.
+double Settle(int optionType, double call, double forward, double strike, double discount) {
+    const double undiscounted = optionType == BSVanilla::Call ? call : call - (forward - strike);
+    return discount * std::max(undiscounted, 0.0);
+}
+
+void RequirePricingInputs(int optionType, double timeToExpiry, double timeToDelivery, double domesticRate,
+                          double foreignRate, double spot, double tolerance) {
     ZEP_REQUIRE(optionType == BSVanilla::Call || optionType == BSVanilla::Put,
                 "option type must be 0 (call) or 1 (put)");
-    ZEP_REQUIRE(strike > 0.0 && IsFinite(strike), "strike must be a finite number > 0");
     ZEP_REQUIRE(spot > 0.0 && IsFinite(spot), "spot must be a finite number > 0");
     ZEP_REQUIRE(timeToExpiry >= 0.0 && IsFinite(timeToExpiry) && timeToDelivery >= 0.0 && IsFinite(timeToDelivery),
                 "times to expiry and delivery must be finite numbers >= 0");
     ZEP_REQUIRE(IsFinite(domesticRate) && IsFinite(foreignRate), "rates must be finite numbers");
     ZEP_REQUIRE(tolerance >= 1e-15 && tolerance <= 1e-2, "Heston price tolerance must lie between 1e-15 and 1e-2");
-    const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;
-    if (timeToExpiry < BSVanilla::kExpiryThreshold) return std::max(phi * (spot - strike), 0.0);
+}
 
-    const double domesticDiscount = std::exp(-domesticRate * timeToDelivery);
+void RequireStrike(double strike) {
+    ZEP_REQUIRE(strike > 0.0 && IsFinite(strike), "strike must be a finite number > 0");
+}
+
+// Strikes priced together in Prices: enough to share the characteristic function well, few
+// enough that the subdivision the hardest of them needs stays close to each one's own.
+constexpr int kStrikeLanes = 8;
+
+}  // namespace
+
+double HestonModel::Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
+                          double domesticRate, double foreignRate, double spot, double tolerance) const {
+    double price;
+    Prices(optionType, std::span<const double>(&strike, 1), timeToExpiry, timeToDelivery, domesticRate, foreignRate,
+           spot, std::span<double>(&price, 1), tolerance);
+    return price;
+}
+
+void HestonModel::Prices(int optionType, std::span<const double> strikes, double timeToExpiry,
+                         double timeToDelivery, double domesticRate, double foreignRate, double spot,
+                         std::span<double> prices, double tolerance) const {
+    RequirePricingInputs(optionType, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
+    for (const double strike : strikes) RequireStrike(strike);
+    const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;
+    if (timeToExpiry < BSVanilla::kExpiryThreshold) {
+        for (std::size_t i = 0; i < strikes.size(); ++i) prices[i] = std::max(phi * (spot - strikes[i]), 0.0);
+        return;
+    }
+    const double discount = std::exp(-domesticRate * timeToDelivery);
     const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
     ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
-    // Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
-    // k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
-    // closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
-    // both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
-    // small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
-    const double k = std::log(forward / strike);
-    const double rootRatio = std::sqrt(strike / forward);
-    const double meanVariance = std::max(MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
-    const double totalVariance = meanVariance * timeToExpiry;
-    const auto integrand = [&](double u) {
-        const Complex gap = std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
-                            CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
-        return (std::cos(u * k) * gap.real() - std::sin(u * k) * gap.imag()) / (u * u + 0.25);
-    };
-    const double integralTolerance = tolerance * M_PI / rootRatio;
-    double upper = 1.0;
-    for (int doubling = 0;; ++doubling) {
-        if (doubling == kMaxTruncationDoublings)
-            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
-        if (std::abs(CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
-            0.5 * totalVariance * upper * upper > 40.0)
-            break;
-        upper *= 2.0;
+    if (strikes.size() == 1) {
+        const double call = UndiscountedCalls<1>(*this, {strikes[0]}, forward, timeToExpiry, tolerance).v[0];
+        prices[0] = Settle(optionType, call, forward, strikes[0], discount);
+        return;
     }
-    AdaptiveGaussLobatto<decltype(integrand)> quadrature(integrand, LobattoSettings{integralTolerance}, "Heston price");
-    const double integral = quadrature.Integrate(0.0, upper);
-    BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
-    const double call = blackScholes.Price() + forward * rootRatio / M_PI * integral;
-    const double undiscounted = optionType == BSVanilla::Call ? call : call - (forward - strike);
-    // The integral is exact to about the tolerance; rounding can leave a worthless option at -0.
-    return domesticDiscount * std::max(undiscounted, 0.0);
+    for (std::size_t first = 0; first < strikes.size(); first += kStrikeLanes) {
+        // A short last group repeats its last strike in the unused lanes.
+        const std::size_t count = std::min<std::size_t>(kStrikeLanes, strikes.size() - first);
+        std::array<double, kStrikeLanes> group;
+        for (std::size_t j = 0; j < kStrikeLanes; ++j) group[j] = strikes[first + std::min(j, count - 1)];
+        const Lanes<kStrikeLanes> calls = UndiscountedCalls<kStrikeLanes>(*this, group, forward, timeToExpiry, tolerance);
+        for (std::size_t j = 0; j < count; ++j)
+            prices[first + j] = Settle(optionType, calls.v[j], forward, group[j], discount);
+    }
 }
 
 }  // namespace zep

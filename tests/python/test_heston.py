@@ -43,6 +43,19 @@ def test_price_matches_quantlib(params, option_type, strike, days):
                                   abs=1e-8)
 
 
+@pytest.mark.parametrize("params", MODELS)
+@pytest.mark.parametrize("option_type", [0, 1])
+@pytest.mark.parametrize("days", [30, 365])
+def test_a_smile_priced_together_matches_quantlib(params, option_type, days):
+    """Eleven strikes of one expiry share their characteristic-function values (in groups of
+    eight, the last group short): each price still holds to 1e-8."""
+    t = days / 365.0
+    strikes = np.linspace(70.0, 135.0, 11)
+    prices = zep.HestonModel(*params).Prices(option_type, strikes, t, t, 0.03, 0.01, 100.0)
+    expected = [quantlib_heston(params, option_type, k, days, 0.03, 0.01, 100.0) for k in strikes]
+    np.testing.assert_allclose(prices, expected, rtol=0, atol=1e-8)
+
+
 @pytest.mark.parametrize("t", [0.05, 1.0, 10.0])
 @pytest.mark.parametrize("rho", [-0.8, 0.0, 0.5])
 def test_vanishing_vol_of_variance_is_black_scholes_at_the_mean_variance(t, rho):

@@ -7,6 +7,7 @@
 %}
 
 %ignore zep::HestonModel::CharacteristicFunction;
+%ignore zep::HestonModel::Prices;  // wrapped below over NumPy arrays
 %feature("docstring") zep::HestonModel
 "Heston's model: dv = kappa (theta - v) dt + sigma sqrt(v) dW2, dS/S = (rd - rf) dt + sqrt(v) dW1,
 d<W1, W2> = rho dt. v0 and theta are variances (0.04 for 20%), sigma the volatility of variance.
@@ -27,9 +28,7 @@ namespace zep::python {
 void HestonPricesInto(const zep::HestonModel& model, int optionType, std::span<const double> strikes,
                       double timeToExpiry, double timeToDelivery, double domesticRate,
                       double foreignRate, double spot, std::span<double> prices) {
-    ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
-    for (std::size_t i = 0; i < strikes.size(); ++i)
-        prices[i] = model.Price(optionType, strikes[i], timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot);
+    model.Prices(optionType, strikes, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, prices);
 }
 // The calibration behind CalibrateHeston: quotes as three arrays, model volatilities filled in.
 zep::HestonModel HestonCalibrateInto(std::span<const double> expiries, std::span<const double> strikes,

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <complex>
+#include <span>
 
 namespace zep {
 
@@ -41,6 +42,12 @@ public:
     // the forward (a calibration asks less than a price).
     double Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
                  double domesticRate, double foreignRate, double spot, double tolerance = 1e-11) const;
+
+    // Price for each of `strikes` at one expiry into `prices` (same length): the strikes share
+    // their characteristic-function values, so a smile costs little more than its hardest strike.
+    void Prices(int optionType, std::span<const double> strikes, double timeToExpiry, double timeToDelivery,
+                double domesticRate, double foreignRate, double spot, std::span<double> prices,
+                double tolerance = 1e-11) const;
 
 private:
     double m_v0;
