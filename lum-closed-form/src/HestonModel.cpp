@@ -155,6 +155,25 @@ struct Lanes {
 // both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
 // small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
 // Each strike's integral is found to `tolerance` times the forward.
+// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2.
+Complex ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry,
+                                         double totalVariance) {
+    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) - model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+}
+
+// Where the integral is cut: both characteristic functions negligible, found by doubling.
+double IntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance) {
+    double upper = 1.0;
+    for (int doubling = 0;; ++doubling) {
+        if (doubling == kMaxTruncationDoublings)
+            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
+        if (std::abs(model.CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
+            0.5 * totalVariance * upper * upper > 40.0)
+            return upper;
+        upper *= 2.0;
+    }
+}
+
 template <int N>
 Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>& strikes, double forward,
                            double timeToExpiry, double tolerance) {
@@ -166,32 +185,47 @@ Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>
     const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
     const double totalVariance = meanVariance * timeToExpiry;
     const auto integrand = [&](double u) {
-        const Complex gap = std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
-                            model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
         const double weight = 1.0 / (u * u + 0.25);
         Lanes<N> values;
         for (int j = 0; j < N; ++j)
             values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
         return values;
     };
-    double upper = 1.0;
-    for (int doubling = 0;; ++doubling) {
-        if (doubling == kMaxTruncationDoublings)
-            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
-        if (std::abs(model.CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
-            0.5 * totalVariance * upper * upper > 40.0)
-            break;
-        upper *= 2.0;
-    }
     AdaptiveGaussLobatto<decltype(integrand), Lanes<N>> quadrature(integrand, LobattoSettings{tolerance * forward},
                                                                    "Heston price");
-    Lanes<N> calls = quadrature.Integrate(0.0, upper);
+    Lanes<N> calls = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
     for (int j = 0; j < N; ++j) {
         BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
                                forward);
         calls.v[j] += blackScholes.Price();
     }
     return calls;
+}
+
+// The undiscounted call and its first two derivatives in the forward, times F and F^2 so that
+// all three are found to `tolerance` times the forward. With F sqrt(K / F) e^(i u k) =
+// K e^((1/2 + i u) k), k = ln(F / K), each derivative in F brings down (1/2 + i u) / F, then
+// (-1/2 + i u) / F: the first derivative's integrand has 1 / (1/2 - i u) for its weight, the
+// second's -1.
+Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double strike, double forward,
+                                               double timeToExpiry, double tolerance) {
+    const double k = std::log(forward / strike);
+    const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
+    const double totalVariance = meanVariance * timeToExpiry;
+    const auto integrand = [&](double u) {
+        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
+        const Complex term = strike / M_PI * std::exp(Complex(0.5 * k, u * k)) * gap;
+        return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
+    };
+    AdaptiveGaussLobatto<decltype(integrand), Lanes<3>> quadrature(integrand, LobattoSettings{tolerance * forward},
+                                                                   "Heston Greeks");
+    Lanes<3> values = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
+    values.v[0] += blackScholes.Price();
+    values.v[1] += forward * blackScholes.Delta();
+    values.v[2] += forward * forward * blackScholes.Gamma();
+    return values;
 }
 
 // A discounted call or put from the undiscounted call. The integral is exact to about the
@@ -258,6 +292,33 @@ void HestonModel::Prices(int optionType, std::span<const double> strikes, double
         for (std::size_t j = 0; j < count; ++j)
             prices[first + j] = Settle(optionType, calls.v[j], forward, group[j], discount);
     }
+}
+
+// Delta and gamma in the spot come from the forward's, dF / dS = F / S; the put's delta is the
+// call's less the discounted forward's. Vega is the central difference of the price in sqrt(v0).
+HestonGreeks HestonModel::Greeks(int optionType, double strike, double timeToExpiry, double timeToDelivery,
+                                 double domesticRate, double foreignRate, double spot, double tolerance) const {
+    RequirePricingInputs(optionType, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    RequireStrike(strike);
+    ZEP_REQUIRE(timeToExpiry >= BSVanilla::kExpiryThreshold, "Heston Greeks need a time to expiry > 0");
+    const double discount = std::exp(-domesticRate * timeToDelivery);
+    const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
+    ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
+    const Lanes<3> call = UndiscountedCallAndForwardDerivatives(*this, strike, forward, timeToExpiry, tolerance);
+    const double forwardPerSpot = forward / spot;
+    HestonGreeks greeks;
+    greeks.price = Settle(optionType, call.v[0], forward, strike, discount);
+    greeks.delta = discount * forwardPerSpot * (call.v[1] / forward - (optionType == BSVanilla::Put ? 1.0 : 0.0));
+    greeks.gamma = discount * forwardPerSpot * forwardPerSpot * call.v[2] / (forward * forward);
+    const double volatility = std::sqrt(m_v0);
+    const double bump = std::max(1e-4 * volatility, 1e-5);
+    const auto priceAt = [&](double initialVolatility) {
+        return HestonModel(initialVolatility * initialVolatility, m_kappa, m_theta, m_sigma, m_rho)
+            .Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    };
+    const double down = std::max(volatility - bump, 0.0);
+    greeks.vega = (priceAt(volatility + bump) - priceAt(down)) / (volatility + bump - down);
+    return greeks;
 }
 
 }  // namespace zep
