@@ -1,5 +1,6 @@
 """American options: the finite-difference engine, Barone-Adesi-Whaley and the Leisen-Reimer
 tree against QuantLib's engines, against each other, and the call that is never exercised early."""
+import numpy as np
 import pytest
 import QuantLib as ql
 
@@ -38,6 +39,24 @@ def american(option_type, strike, vol, days, rd, rf, spot):
 def test_barone_adesi_whaley_matches_quantlib(case):
     """Both stop the critical-spot search at about 1e-6 of the strike."""
     assert american(*case).Price("baw") == pytest.approx(quantlib_american(*case, "baw"), abs=1e-6)
+
+
+def test_barone_adesi_whaley_over_arrays_matches_quantlib_row_by_row():
+    """The test cases as columns, and one row with a negative volatility that comes back NaN."""
+    columns = [np.array([c[i] for c in CASES] + [v]) for i, v in enumerate((1, 100.0, -0.2, 365, 0.05, 0.0, 100.0))]
+    types, strikes, vols, days, rd, rf, spots = columns
+    prices = zep.BaroneAdesiWhaleyPrices(types, strikes, vols, days / 365.0, rd, rf, spots)
+    expected = [quantlib_american(*case, "baw") for case in CASES]
+    np.testing.assert_allclose(prices[:-1], expected, rtol=0, atol=1e-6)
+    assert np.isnan(prices[-1])
+
+
+def test_barone_adesi_whaley_over_arrays_broadcasts_scalars():
+    strikes = np.array([[90.0, 100.0], [110.0, 120.0]])
+    prices = zep.BaroneAdesiWhaleyPrices(1, strikes, 0.3, 0.5, 0.05, 0.01, 100.0)
+    assert prices.shape == (2, 2)
+    for k, price in zip(strikes.ravel(), prices.ravel()):
+        assert price == zep.AmericanOption(1, k, 0.3, 0.5, 0.05, 0.01, 100.0).Price("baw")
 
 
 @pytest.mark.parametrize("case", CASES)
