@@ -122,8 +122,7 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
 
 namespace {
 
-// The undiscounted call prices of N strikes of one expiry, integrated together: the strike enters
-// the integrand only through e^(i u k), so each characteristic-function value serves all N.
+// N integrands' values at one node, integrated on one adaptive subdivision.
 template <int N>
 struct Lanes {
     std::array<double, N> v{};
@@ -149,16 +148,11 @@ struct Lanes {
     }
 };
 
-// Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
-// k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
-// closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
-// both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
-// small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
-// Each strike's integral is found to `tolerance` times the forward.
 // The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2.
 Complex ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry,
                                          double totalVariance) {
-    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) - model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
+           model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
 }
 
 // Where the integral is cut: both characteristic functions negligible, found by doubling.
@@ -174,6 +168,14 @@ double IntegrationRange(const HestonModel& model, double timeToExpiry, double to
     }
 }
 
+// Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
+// k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
+// closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
+// both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
+// small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
+// Each strike's integral is found to `tolerance` times the forward.
+// The undiscounted calls of N strikes of one expiry are integrated together: the strike enters
+// only through e^(i u k), so each characteristic-function value serves all N.
 template <int N>
 Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>& strikes, double forward,
                            double timeToExpiry, double tolerance) {
