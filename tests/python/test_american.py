@@ -26,6 +26,7 @@ def quantlib_american(option_type, strike, vol, days, rd, rf, spot, engine):
     payoff = ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike)
     option = ql.VanillaOption(payoff, ql.AmericanExercise(TODAY, TODAY + days))
     option.setPricingEngine({"baw": lambda: ql.BaroneAdesiWhaleyApproximationEngine(process),
+                             "bjerksund": lambda: ql.BjerksundStenslandApproximationEngine(process),
                              "lr": lambda: ql.BinomialVanillaEngine(process, "lr", 2001),
                              "fd": lambda: ql.FdBlackScholesVanillaEngine(process, 400, 400)}[engine]())
     return option.NPV()
@@ -39,6 +40,30 @@ def american(option_type, strike, vol, days, rd, rf, spot):
 def test_barone_adesi_whaley_matches_quantlib(case):
     """Both stop the critical-spot search at about 1e-6 of the strike."""
     assert american(*case).Price("baw") == pytest.approx(quantlib_american(*case, "baw"), abs=1e-6)
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_bjerksund_stensland_lies_between_quantlib_single_boundary_and_the_finite_differences(case):
+    """QuantLib's engine is the 1993 approximation (one flat boundary); the 2002 approximation
+    (two) exercises at least as well, so it is not below it, and stays below the American price
+    (finite differences, 400 x 400) by a few basis points of the strike."""
+    price = american(*case).Price("bjerksund-stensland")
+    single_boundary = quantlib_american(*case, "bjerksund")
+    accurate = american(*case).Price("fd", 400, 400)
+    assert single_boundary - 1e-9 <= price <= accurate + 1e-4
+    assert accurate - price < 2e-3 * case[1]
+
+
+@pytest.mark.parametrize("case, expected", zip(CASES, [6.015933827823886, 15.355603632404282,
+                                                      0.048967238671532076, 7.175185539595759]))
+def test_bjerksund_stensland_matches_an_independent_evaluation(case, expected):
+    """The published 2002 formulas evaluated separately in Python with SciPy's bivariate normal."""
+    assert american(*case).Price("bjerksund-stensland") == pytest.approx(expected, abs=1e-9)
+
+
+def test_bjerksund_stensland_call_without_dividends_is_european():
+    option = zep.AmericanOption(0, 100.0, 0.2, 1.0, 0.05, 0.0, 100.0)
+    assert option.Price("bjerksund-stensland") == pytest.approx(option.EuropeanPrice(), abs=1e-14)
 
 
 def test_barone_adesi_whaley_over_arrays_matches_quantlib_row_by_row():

@@ -15,7 +15,8 @@ AmericanOption(optionType, strike, volatility, timeToExpiry, domesticRate, forei
 Price(engine='fd', nodes=200, timeSteps=200): engine 'fd' (Crank-Nicolson after two implicit
 half steps on nodes x timeSteps, spots gathered at the strike, early exercise by projection after
 each step), 'baw'
-(Barone-Adesi-Whaley) or 'binomial' (Leisen-Reimer tree of timeSteps steps).
+(Barone-Adesi-Whaley), 'bjerksund-stensland' (Bjerksund-Stensland 2002: two flat exercise
+boundaries, a lower bound) or 'binomial' (Leisen-Reimer tree of timeSteps steps).
 EuropeanPrice(): the Black-Scholes price of the same terms.
 ExerciseBoundary(nodes=200, timeSteps=200): [(time in years, critical spot)] from the grid.";
 %include "zep-pde/AmericanOption.hpp"
