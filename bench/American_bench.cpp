@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "lum-closed-form/BaroneAdesiWhaley.hpp"
+#include "lum-closed-form/BjerksundStensland.hpp"
 #include "lum-closed-form/LeisenReimerTree.hpp"
 #include "zep-pde/FdmAmericanEngine.hpp"
 
@@ -21,6 +22,15 @@ void AmericanPutBaroneAdesiWhaley(benchmark::State& state) {
     }
 }
 BENCHMARK(AmericanPutBaroneAdesiWhaley);
+
+void AmericanPutBjerksundStensland(benchmark::State& state) {
+    double spot = 100.0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(zep::BjerksundStenslandPrice(1, 100.0, 0.2, 1.0, 0.05, 0.0, spot));
+        spot = spot == 100.0 ? 100.5 : 100.0;
+    }
+}
+BENCHMARK(AmericanPutBjerksundStensland);
 
 void AmericanPutLeisenReimer201(benchmark::State& state) {
     for (auto _ : state)

@@ -22,6 +22,25 @@ void HestonPrice(benchmark::State& state) {
 }
 BENCHMARK(HestonPrice);
 
+// Price, delta and gamma from one integration, vega by two more prices.
+void HestonGreeksOnePrice(benchmark::State& state) {
+    std::size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(kModel.Greeks(0, kStrikes[i++ & 3], 1.0, 1.0, 0.03, 0.01, 100.0).vega);
+}
+BENCHMARK(HestonGreeksOnePrice)->Unit(benchmark::kMicrosecond);
+
+// The five strikes of one calibration expiry priced together (one-year expiry, tolerance 1e-9).
+void HestonPrices5Strikes(benchmark::State& state) {
+    const std::array<double, 5> strikes = {80.0, 90.0, 100.0, 110.0, 125.0};
+    std::array<double, 5> prices;
+    for (auto _ : state) {
+        kModel.Prices(0, strikes, 1.0, 1.0, 0.03, 0.01, 100.0, prices, 1e-9);
+        benchmark::DoNotOptimize(prices.data());
+    }
+}
+BENCHMARK(HestonPrices5Strikes)->Unit(benchmark::kMicrosecond);
+
 // 100 strikes from 70 to 140 by the Carr-Madan FFT (2048 points), the plan made in the loop too.
 void HestonFft100Strikes(benchmark::State& state) {
     std::vector<double> strikes(100), prices(100);

@@ -25,6 +25,7 @@ atm = surface.GetVolatility(t, SPOT)
 put = zep.AmericanOption(1, SPOT, atm, t, RD, RF, SPOT)
 print(f"\nAmerican EUR put, strike {SPOT} (at the money), 1 year, volatility {atm:.2%}")
 for name, engine in (("Finite differences 200x200", "fd"), ("Barone-Adesi-Whaley", "baw"),
+                     ("Bjerksund-Stensland (2002)", "bjerksund-stensland"),
                      ("Leisen-Reimer tree, 801 steps", "binomial")):
     steps = 801 if engine == "binomial" else 200
     print(f"  {name:<31}{put.Price(engine, 200, steps) * 1e4:9.2f} pips")

@@ -20,10 +20,32 @@ constexpr double kUnpriceableResidual = 1.0;
 constexpr double kFitPriceTolerance = 1e-9;
 
 struct Target {
-    int optionType;
+    int optionType;  // out of the money, for the report's implied volatility
     double price;
+    double callPrice;  // what the fit compares: calls price each expiry's strikes together
     double vega;
 };
+
+// The quotes of one expiry, priced together.
+struct ExpirySlice {
+    double expiry;
+    std::vector<std::size_t> quotes;
+    std::vector<double> strikes;
+    std::vector<double> calls;  // work space for the model's prices
+};
+
+std::vector<ExpirySlice> SlicesOf(const std::vector<HestonQuote>& quotes) {
+    std::vector<ExpirySlice> slices;
+    for (std::size_t i = 0; i < quotes.size(); ++i) {
+        auto slice = std::find_if(slices.begin(), slices.end(),
+                                  [&](const ExpirySlice& s) { return s.expiry == quotes[i].expiry; });
+        if (slice == slices.end()) slice = slices.insert(slices.end(), ExpirySlice{quotes[i].expiry, {}, {}, {}});
+        slice->quotes.push_back(i);
+        slice->strikes.push_back(quotes[i].strike);
+        slice->calls.push_back(0.0);
+    }
+    return slices;
+}
 
 HestonModel ModelOf(const std::vector<double>& p) { return HestonModel(p[0], p[1], p[2], p[3], p[4]); }
 
@@ -41,21 +63,27 @@ HestonFit CalibrateHeston(const std::vector<HestonQuote>& quotes, double spot, d
         const double forward = spot * std::exp((domesticRate - foreignRate) * q.expiry);
         const int type = q.strike >= forward ? BSVanilla::Call : BSVanilla::Put;
         BSVanilla market(type, q.strike, q.volatility, q.expiry, q.expiry, domesticRate, foreignRate, spot);
+        BSVanilla marketCall(BSVanilla::Call, q.strike, q.volatility, q.expiry, q.expiry, domesticRate, foreignRate,
+                             spot);
         const double vega = market.Vega();
         ZEP_REQUIRE(vega > 0.0, "Heston quote too far from the money to weigh: no vega at its strike");
-        targets.push_back({type, market.Price(), vega});
+        targets.push_back({type, market.Price(), marketCall.Price(), vega});
         meanVariance += q.volatility * q.volatility / static_cast<double>(quotes.size());
     }
+    std::vector<ExpirySlice> slices = SlicesOf(quotes);
     int evaluations = 0;
     const Residuals residuals = [&](const std::vector<double>& p) {
         ++evaluations;
         std::vector<double> r(quotes.size());
         try {
             const HestonModel model = ModelOf(p);
-            for (std::size_t i = 0; i < quotes.size(); ++i) {
-                const HestonQuote& q = quotes[i];
-                r[i] = (model.Price(targets[i].optionType, q.strike, q.expiry, q.expiry, domesticRate, foreignRate,
-                                    spot, kFitPriceTolerance) - targets[i].price) / targets[i].vega;
+            for (ExpirySlice& slice : slices) {
+                model.Prices(BSVanilla::Call, slice.strikes, slice.expiry, slice.expiry, domesticRate, foreignRate,
+                             spot, slice.calls, kFitPriceTolerance);
+                for (std::size_t j = 0; j < slice.quotes.size(); ++j) {
+                    const Target& target = targets[slice.quotes[j]];
+                    r[slice.quotes[j]] = (slice.calls[j] - target.callPrice) / target.vega;
+                }
             }
         } catch (const Error&) {
             std::fill(r.begin(), r.end(), kUnpriceableResidual);

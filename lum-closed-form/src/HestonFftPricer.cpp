@@ -30,6 +30,10 @@ double Cubic(const double* x, const double* y, double at) {
     return sum;
 }
 
+// The transform of the damped call below which samples no longer count (call prices are over the forward).
+constexpr double kNegligible = 1e-18;
+constexpr int kNegligibleRun = 8;
+
 }  // namespace
 
 HestonFftPricer::HestonFftPricer(const HestonModel& model, double timeToExpiry, const FftSettings& settings)
@@ -82,10 +86,19 @@ void HestonFftPricer::Transform(const HestonModel& model, double timeToExpiry) {
     const double alpha = m_settings.damping;
     const double lambda = 2.0 * M_PI / (n * eta);
     const double b = 0.5 * n * lambda;
+    // Past the frequency where psi has decayed for good (kNegligibleRun samples in a row below
+    // kNegligible; it falls off exponentially there), the samples are set to zero rather than
+    // evaluated: at short expiries the grid reaches far beyond it.
+    int negligibleRun = 0;
     for (int j = 0; j < n; ++j) {
+        if (negligibleRun == kNegligibleRun) {
+            m_buffer[j] = 0.0;
+            continue;
+        }
         const double v = j * eta;
         const Complex psi = model.CharacteristicFunction(Complex(v, -(alpha + 1.0)), timeToExpiry) /
                             Complex(alpha * alpha + alpha - v * v, (2.0 * alpha + 1.0) * v);
+        negligibleRun = std::abs(psi) < kNegligible ? negligibleRun + 1 : 0;
         const double simpson = eta / 3.0 * (j == 0 ? 1.0 : (j % 2 == 1 ? 4.0 : 2.0));
         m_buffer[j] = std::exp(Complex(0.0, v * b)) * psi * simpson;
     }

@@ -1,6 +1,7 @@
 #include "lum-closed-form/HestonModel.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -16,11 +17,44 @@ using Complex = std::complex<double>;
 
 bool IsFinite(double x) { return std::isfinite(x); }
 
-// exp(z) - 1 without the cancellation of short maturities: e^x cos y - 1 = expm1(x) cos y - 2 sin^2(y/2).
+// The complex functions below replace the library's generic ones on the characteristic function's
+// path, which dominates every Heston price: the generic division guards against overflow with a
+// call per quotient, and the generic logarithm of a number near 1 sorts partial sums to get
+// |z|^2 - 1 exactly. The arguments here are moderate, so neither guard is needed.
+Complex Reciprocal(Complex z) {
+    const double inverseNorm = 1.0 / (z.real() * z.real() + z.imag() * z.imag());
+    return {z.real() * inverseNorm, -z.imag() * inverseNorm};
+}
+
+// Principal square root, from |z| and the half-angle formulas without cancellation.
+Complex Sqrt(Complex z) {
+    const double modulus = std::sqrt(z.real() * z.real() + z.imag() * z.imag());
+    if (modulus == 0.0) return {0.0, 0.0};
+    if (z.real() >= 0.0) {
+        const double t = std::sqrt(0.5 * (modulus + z.real()));
+        return {t, 0.5 * z.imag() / t};
+    }
+    const double t = std::sqrt(0.5 * (modulus - z.real()));
+    return {0.5 * std::abs(z.imag()) / t, std::copysign(t, z.imag())};
+}
+
+// log(1 + q): |1 + q|^2 - 1 = 2 Re q + |q|^2 keeps its digits when q is small.
+Complex Log1p(Complex q) {
+    return {0.5 * std::log1p(2.0 * q.real() + std::norm(q)), std::atan2(q.imag(), 1.0 + q.real())};
+}
+
+Complex Exp(Complex z) {
+    const double modulus = std::exp(z.real());
+    return {modulus * std::cos(z.imag()), modulus * std::sin(z.imag())};
+}
+
+// exp(z) - 1 without the cancellation of short maturities: e^x cos y - 1 = expm1(x) cos y - 2 sin^2(y/2),
+// and one half-angle sine and cosine give both cos y and sin y.
 Complex Expm1(Complex z) {
-    const double halfSine = std::sin(0.5 * z.imag());
-    return {std::expm1(z.real()) * std::cos(z.imag()) - 2.0 * halfSine * halfSine,
-            std::exp(z.real()) * std::sin(z.imag())};
+    const double halfSine = std::sin(0.5 * z.imag()), halfCosine = std::cos(0.5 * z.imag());
+    const double cosine = 1.0 - 2.0 * halfSine * halfSine;
+    return {std::expm1(z.real()) * cosine - 2.0 * halfSine * halfSine,
+            std::exp(z.real()) * 2.0 * halfSine * halfCosine};
 }
 
 // Price of the integration tail left out beyond the truncation point, relative to the forward.
@@ -68,70 +102,225 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
     const double sigma2 = m_sigma * m_sigma;
     const Complex a = u * u + i * u;
     const Complex xi = m_kappa - m_sigma * m_rho * i * u;
-    const Complex d = std::sqrt(xi * xi + sigma2 * a);
-    const Complex xiPlusD = xi + d;
-    const Complex xiMinusDOverSigma2 = -a / xiPlusD;
-    const Complex g = sigma2 * xiMinusDOverSigma2 / xiPlusD;  // (xi - d) / (xi + d)
+    const Complex d = Sqrt(xi * xi + sigma2 * a);
+    const Complex inverseXiPlusD = Reciprocal(xi + d);
+    const Complex xiMinusDOverSigma2 = -a * inverseXiPlusD;
+    const Complex g = sigma2 * xiMinusDOverSigma2 * inverseXiPlusD;  // (xi - d) / (xi + d)
     const Complex oneMinusE = -Expm1(-d * timeToExpiry);
     const Complex e = 1.0 - oneMinusE;
-    const Complex q = g * oneMinusE / (1.0 - g);
+    const Complex oneMinusEOverOneMinusG = oneMinusE * Reciprocal(1.0 - g);
+    const Complex q = g * oneMinusEOverOneMinusG;
     // log((1 - g e) / (1 - g)) = log(1 + q); divided by sigma^2 through its series when small.
-    const Complex logOverSigma2 = std::abs(q) < 1e-4
-                                      ? (xiMinusDOverSigma2 / xiPlusD) * oneMinusE / (1.0 - g) *
+    const Complex logOverSigma2 = std::norm(q) < 1e-8
+                                      ? xiMinusDOverSigma2 * inverseXiPlusD * oneMinusEOverOneMinusG *
                                             (1.0 - q * (0.5 - q * (1.0 / 3.0 - 0.25 * q)))
-                                      : std::log(1.0 + q) / sigma2;
+                                      : Log1p(q) / sigma2;
     const Complex c = m_kappa * m_theta * (xiMinusDOverSigma2 * timeToExpiry - 2.0 * logOverSigma2);
-    const Complex dTerm = xiMinusDOverSigma2 * oneMinusE / (1.0 - g * e);
-    return std::exp(c + dTerm * m_v0);
+    const Complex dTerm = xiMinusDOverSigma2 * oneMinusE * Reciprocal(1.0 - g * e);
+    return Exp(c + dTerm * m_v0);
 }
 
-double HestonModel::Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
-                          double domesticRate, double foreignRate, double spot, double tolerance) const {
+namespace {
+
+// N integrands' values at one node, integrated on one adaptive subdivision.
+template <int N>
+struct Lanes {
+    std::array<double, N> v{};
+    friend Lanes operator+(Lanes x, const Lanes& y) {
+        for (int j = 0; j < N; ++j) x.v[j] += y.v[j];
+        return x;
+    }
+    friend Lanes operator-(Lanes x, const Lanes& y) {
+        for (int j = 0; j < N; ++j) x.v[j] -= y.v[j];
+        return x;
+    }
+    friend Lanes operator*(double s, Lanes x) {
+        for (double& value : x.v) value *= s;
+        return x;
+    }
+    friend double LargestMagnitude(const Lanes& x) {
+        double largest = 0.0;
+        for (const double value : x.v) largest = std::max(largest, std::abs(value));
+        return largest;
+    }
+    friend bool AllFinite(const Lanes& x) {
+        return std::all_of(x.v.begin(), x.v.end(), [](double value) { return std::isfinite(value); });
+    }
+};
+
+// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2.
+Complex ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry,
+                                         double totalVariance) {
+    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
+           model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+}
+
+// Where the integral is cut: both characteristic functions negligible, found by doubling.
+double IntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance) {
+    double upper = 1.0;
+    for (int doubling = 0;; ++doubling) {
+        if (doubling == kMaxTruncationDoublings)
+            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
+        if (std::abs(model.CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
+            0.5 * totalVariance * upper * upper > 40.0)
+            return upper;
+        upper *= 2.0;
+    }
+}
+
+// Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
+// k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
+// closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
+// both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
+// small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
+// Each strike's integral is found to `tolerance` times the forward.
+// The undiscounted calls of N strikes of one expiry are integrated together: the strike enters
+// only through e^(i u k), so each characteristic-function value serves all N.
+template <int N>
+Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>& strikes, double forward,
+                           double timeToExpiry, double tolerance) {
+    std::array<double, N> k, scale;
+    for (int j = 0; j < N; ++j) {
+        k[j] = std::log(forward / strikes[j]);
+        scale[j] = forward * std::sqrt(strikes[j] / forward) / M_PI;
+    }
+    const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
+    const double totalVariance = meanVariance * timeToExpiry;
+    const auto integrand = [&](double u) {
+        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
+        const double weight = 1.0 / (u * u + 0.25);
+        Lanes<N> values;
+        for (int j = 0; j < N; ++j)
+            values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
+        return values;
+    };
+    AdaptiveGaussLobatto<decltype(integrand), Lanes<N>> quadrature(integrand, LobattoSettings{tolerance * forward},
+                                                                   "Heston price");
+    Lanes<N> calls = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    for (int j = 0; j < N; ++j) {
+        BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
+                               forward);
+        calls.v[j] += blackScholes.Price();
+    }
+    return calls;
+}
+
+// The undiscounted call and its first two derivatives in the forward, times F and F^2 so that
+// all three are found to `tolerance` times the forward. With F sqrt(K / F) e^(i u k) =
+// K e^((1/2 + i u) k), k = ln(F / K), each derivative in F brings down (1/2 + i u) / F, then
+// (-1/2 + i u) / F: the first derivative's integrand has 1 / (1/2 - i u) for its weight, the
+// second's -1.
+Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double strike, double forward,
+                                               double timeToExpiry, double tolerance) {
+    const double k = std::log(forward / strike);
+    const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
+    const double totalVariance = meanVariance * timeToExpiry;
+    const auto integrand = [&](double u) {
+        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
+        const Complex term = strike / M_PI * std::exp(Complex(0.5 * k, u * k)) * gap;
+        return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
+    };
+    AdaptiveGaussLobatto<decltype(integrand), Lanes<3>> quadrature(integrand, LobattoSettings{tolerance * forward},
+                                                                   "Heston Greeks");
+    Lanes<3> values = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
+    values.v[0] += blackScholes.Price();
+    values.v[1] += forward * blackScholes.Delta();
+    values.v[2] += forward * forward * blackScholes.Gamma();
+    return values;
+}
+
+// A discounted call or put from the undiscounted call. The integral is exact to about the
+// tolerance; rounding can leave a worthless option at -0.
+double Settle(int optionType, double call, double forward, double strike, double discount) {
+    const double undiscounted = optionType == BSVanilla::Call ? call : call - (forward - strike);
+    return discount * std::max(undiscounted, 0.0);
+}
+
+void RequirePricingInputs(int optionType, double timeToExpiry, double timeToDelivery, double domesticRate,
+                          double foreignRate, double spot, double tolerance) {
     ZEP_REQUIRE(optionType == BSVanilla::Call || optionType == BSVanilla::Put,
                 "option type must be 0 (call) or 1 (put)");
-    ZEP_REQUIRE(strike > 0.0 && IsFinite(strike), "strike must be a finite number > 0");
     ZEP_REQUIRE(spot > 0.0 && IsFinite(spot), "spot must be a finite number > 0");
     ZEP_REQUIRE(timeToExpiry >= 0.0 && IsFinite(timeToExpiry) && timeToDelivery >= 0.0 && IsFinite(timeToDelivery),
                 "times to expiry and delivery must be finite numbers >= 0");
     ZEP_REQUIRE(IsFinite(domesticRate) && IsFinite(foreignRate), "rates must be finite numbers");
     ZEP_REQUIRE(tolerance >= 1e-15 && tolerance <= 1e-2, "Heston price tolerance must lie between 1e-15 and 1e-2");
-    const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;
-    if (timeToExpiry < BSVanilla::kExpiryThreshold) return std::max(phi * (spot - strike), 0.0);
+}
 
-    const double domesticDiscount = std::exp(-domesticRate * timeToDelivery);
+void RequireStrike(double strike) {
+    ZEP_REQUIRE(strike > 0.0 && IsFinite(strike), "strike must be a finite number > 0");
+}
+
+// Strikes priced together in Prices: enough to share the characteristic function well, few
+// enough that the subdivision the hardest of them needs stays close to each one's own.
+constexpr int kStrikeLanes = 8;
+
+}  // namespace
+
+double HestonModel::Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
+                          double domesticRate, double foreignRate, double spot, double tolerance) const {
+    double price;
+    Prices(optionType, std::span<const double>(&strike, 1), timeToExpiry, timeToDelivery, domesticRate, foreignRate,
+           spot, std::span<double>(&price, 1), tolerance);
+    return price;
+}
+
+void HestonModel::Prices(int optionType, std::span<const double> strikes, double timeToExpiry,
+                         double timeToDelivery, double domesticRate, double foreignRate, double spot,
+                         std::span<double> prices, double tolerance) const {
+    RequirePricingInputs(optionType, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
+    for (const double strike : strikes) RequireStrike(strike);
+    const double phi = optionType == BSVanilla::Call ? 1.0 : -1.0;
+    if (timeToExpiry < BSVanilla::kExpiryThreshold) {
+        for (std::size_t i = 0; i < strikes.size(); ++i) prices[i] = std::max(phi * (spot - strikes[i]), 0.0);
+        return;
+    }
+    const double discount = std::exp(-domesticRate * timeToDelivery);
     const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
     ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
-    // Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
-    // k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
-    // closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
-    // both characteristic functions are 1 at u = i/2, so the difference has no pole there and is
-    // small, and the quadrature needs about half the points. |phi(u - i/2)| <= 1 bounds the tail.
-    const double k = std::log(forward / strike);
-    const double rootRatio = std::sqrt(strike / forward);
-    const double meanVariance = std::max(MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
-    const double totalVariance = meanVariance * timeToExpiry;
-    const auto integrand = [&](double u) {
-        const Complex gap = std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
-                            CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
-        return (std::exp(Complex(0.0, u * k)) * gap).real() / (u * u + 0.25);
-    };
-    const double integralTolerance = tolerance * M_PI / rootRatio;
-    double upper = 1.0;
-    for (int doubling = 0;; ++doubling) {
-        if (doubling == kMaxTruncationDoublings)
-            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
-        if (std::abs(CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
-            0.5 * totalVariance * upper * upper > 40.0)
-            break;
-        upper *= 2.0;
+    if (strikes.size() == 1) {
+        const double call = UndiscountedCalls<1>(*this, {strikes[0]}, forward, timeToExpiry, tolerance).v[0];
+        prices[0] = Settle(optionType, call, forward, strikes[0], discount);
+        return;
     }
-    AdaptiveGaussLobatto<decltype(integrand)> quadrature(integrand, LobattoSettings{integralTolerance}, "Heston price");
-    const double integral = quadrature.Integrate(0.0, upper);
-    BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
-    const double call = blackScholes.Price() + forward * rootRatio / M_PI * integral;
-    const double undiscounted = optionType == BSVanilla::Call ? call : call - (forward - strike);
-    // The integral is exact to about the tolerance; rounding can leave a worthless option at -0.
-    return domesticDiscount * std::max(undiscounted, 0.0);
+    for (std::size_t first = 0; first < strikes.size(); first += kStrikeLanes) {
+        // A short last group repeats its last strike in the unused lanes.
+        const std::size_t count = std::min<std::size_t>(kStrikeLanes, strikes.size() - first);
+        std::array<double, kStrikeLanes> group;
+        for (std::size_t j = 0; j < kStrikeLanes; ++j) group[j] = strikes[first + std::min(j, count - 1)];
+        const Lanes<kStrikeLanes> calls = UndiscountedCalls<kStrikeLanes>(*this, group, forward, timeToExpiry, tolerance);
+        for (std::size_t j = 0; j < count; ++j)
+            prices[first + j] = Settle(optionType, calls.v[j], forward, group[j], discount);
+    }
+}
+
+// Delta and gamma in the spot come from the forward's, dF / dS = F / S; the put's delta is the
+// call's less the discounted forward's. Vega is the central difference of the price in sqrt(v0).
+HestonGreeks HestonModel::Greeks(int optionType, double strike, double timeToExpiry, double timeToDelivery,
+                                 double domesticRate, double foreignRate, double spot, double tolerance) const {
+    RequirePricingInputs(optionType, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    RequireStrike(strike);
+    ZEP_REQUIRE(timeToExpiry >= BSVanilla::kExpiryThreshold, "Heston Greeks need a time to expiry > 0");
+    const double discount = std::exp(-domesticRate * timeToDelivery);
+    const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
+    ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
+    const Lanes<3> call = UndiscountedCallAndForwardDerivatives(*this, strike, forward, timeToExpiry, tolerance);
+    const double forwardPerSpot = forward / spot;
+    HestonGreeks greeks;
+    greeks.price = Settle(optionType, call.v[0], forward, strike, discount);
+    greeks.delta = discount * forwardPerSpot * (call.v[1] / forward - (optionType == BSVanilla::Put ? 1.0 : 0.0));
+    greeks.gamma = discount * forwardPerSpot * forwardPerSpot * call.v[2] / (forward * forward);
+    const double volatility = std::sqrt(m_v0);
+    const double bump = std::max(1e-4 * volatility, 1e-5);
+    const auto priceAt = [&](double initialVolatility) {
+        return HestonModel(initialVolatility * initialVolatility, m_kappa, m_theta, m_sigma, m_rho)
+            .Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, tolerance);
+    };
+    const double down = std::max(volatility - bump, 0.0);
+    greeks.vega = (priceAt(volatility + bump) - priceAt(down)) / (volatility + bump - down);
+    return greeks;
 }
 
 }  // namespace zep

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <vector>
@@ -19,6 +20,24 @@ TEST(AdaptiveGaussLobatto, IntegratesAPeakedFunctionToTolerance) {
     const auto f = [](double x) { return 1.0 / (1e-4 + x * x); };
     zep::AdaptiveGaussLobatto<decltype(f)> quadrature(f, zep::LobattoSettings{1e-12}, "test");
     EXPECT_NEAR(quadrature.Integrate(-1.0, 1.0), 200.0 * std::atan(100.0), 1e-9);
+}
+
+// Two integrands on one subdivision, each to the tolerance: a peak and a polynomial.
+struct Pair {
+    double peak, cubic;
+    friend Pair operator+(Pair x, const Pair& y) { return {x.peak + y.peak, x.cubic + y.cubic}; }
+    friend Pair operator-(Pair x, const Pair& y) { return {x.peak - y.peak, x.cubic - y.cubic}; }
+    friend Pair operator*(double s, Pair x) { return {s * x.peak, s * x.cubic}; }
+    friend double LargestMagnitude(const Pair& x) { return std::max(std::abs(x.peak), std::abs(x.cubic)); }
+    friend bool AllFinite(const Pair& x) { return std::isfinite(x.peak) && std::isfinite(x.cubic); }
+};
+
+TEST(AdaptiveGaussLobatto, IntegratesSeveralFunctionsOnOneSubdivision) {
+    const auto f = [](double x) { return Pair{1.0 / (1e-4 + x * x), x * x * x + x * x}; };
+    zep::AdaptiveGaussLobatto<decltype(f), Pair> quadrature(f, zep::LobattoSettings{1e-12}, "test");
+    const Pair integral = quadrature.Integrate(-1.0, 1.0);
+    EXPECT_NEAR(integral.peak, 200.0 * std::atan(100.0), 1e-9);
+    EXPECT_NEAR(integral.cubic, 2.0 / 3.0, 1e-14);
 }
 
 TEST(AdaptiveGaussLobatto, RaisesWhenTheBudgetRunsOut) {

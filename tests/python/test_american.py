@@ -1,5 +1,6 @@
 """American options: the finite-difference engine, Barone-Adesi-Whaley and the Leisen-Reimer
 tree against QuantLib's engines, against each other, and the call that is never exercised early."""
+import numpy as np
 import pytest
 import QuantLib as ql
 
@@ -25,6 +26,7 @@ def quantlib_american(option_type, strike, vol, days, rd, rf, spot, engine):
     payoff = ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike)
     option = ql.VanillaOption(payoff, ql.AmericanExercise(TODAY, TODAY + days))
     option.setPricingEngine({"baw": lambda: ql.BaroneAdesiWhaleyApproximationEngine(process),
+                             "bjerksund": lambda: ql.BjerksundStenslandApproximationEngine(process),
                              "lr": lambda: ql.BinomialVanillaEngine(process, "lr", 2001),
                              "fd": lambda: ql.FdBlackScholesVanillaEngine(process, 400, 400)}[engine]())
     return option.NPV()
@@ -38,6 +40,48 @@ def american(option_type, strike, vol, days, rd, rf, spot):
 def test_barone_adesi_whaley_matches_quantlib(case):
     """Both stop the critical-spot search at about 1e-6 of the strike."""
     assert american(*case).Price("baw") == pytest.approx(quantlib_american(*case, "baw"), abs=1e-6)
+
+
+@pytest.mark.parametrize("case", CASES)
+def test_bjerksund_stensland_lies_between_quantlib_single_boundary_and_the_finite_differences(case):
+    """QuantLib's engine is the 1993 approximation (one flat boundary); the 2002 approximation
+    (two) exercises at least as well, so it is not below it, and stays below the American price
+    (finite differences, 400 x 400) by a few basis points of the strike."""
+    price = american(*case).Price("bjerksund-stensland")
+    single_boundary = quantlib_american(*case, "bjerksund")
+    accurate = american(*case).Price("fd", 400, 400)
+    assert single_boundary - 1e-9 <= price <= accurate + 1e-4
+    assert accurate - price < 2e-3 * case[1]
+
+
+@pytest.mark.parametrize("case, expected", zip(CASES, [6.015933827823886, 15.355603632404282,
+                                                      0.048967238671532076, 7.175185539595759]))
+def test_bjerksund_stensland_matches_an_independent_evaluation(case, expected):
+    """The published 2002 formulas evaluated separately in Python with SciPy's bivariate normal."""
+    assert american(*case).Price("bjerksund-stensland") == pytest.approx(expected, abs=1e-9)
+
+
+def test_bjerksund_stensland_call_without_dividends_is_european():
+    option = zep.AmericanOption(0, 100.0, 0.2, 1.0, 0.05, 0.0, 100.0)
+    assert option.Price("bjerksund-stensland") == pytest.approx(option.EuropeanPrice(), abs=1e-14)
+
+
+def test_barone_adesi_whaley_over_arrays_matches_quantlib_row_by_row():
+    """The test cases as columns, and one row with a negative volatility that comes back NaN."""
+    columns = [np.array([c[i] for c in CASES] + [v]) for i, v in enumerate((1, 100.0, -0.2, 365, 0.05, 0.0, 100.0))]
+    types, strikes, vols, days, rd, rf, spots = columns
+    prices = zep.BaroneAdesiWhaleyPrices(types, strikes, vols, days / 365.0, rd, rf, spots)
+    expected = [quantlib_american(*case, "baw") for case in CASES]
+    np.testing.assert_allclose(prices[:-1], expected, rtol=0, atol=1e-6)
+    assert np.isnan(prices[-1])
+
+
+def test_barone_adesi_whaley_over_arrays_broadcasts_scalars():
+    strikes = np.array([[90.0, 100.0], [110.0, 120.0]])
+    prices = zep.BaroneAdesiWhaleyPrices(1, strikes, 0.3, 0.5, 0.05, 0.01, 100.0)
+    assert prices.shape == (2, 2)
+    for k, price in zip(strikes.ravel(), prices.ravel()):
+        assert price == zep.AmericanOption(1, k, 0.3, 0.5, 0.05, 0.01, 100.0).Price("baw")
 
 
 @pytest.mark.parametrize("case", CASES)

@@ -1,5 +1,6 @@
 """Asian options: geometric closed forms and Turnbull-Wakeman against QuantLib's engines, one
 fixing against the vanilla, and the closed forms against Monte Carlo within 4 standard errors."""
+import numpy as np
 import pytest
 import QuantLib as ql
 
@@ -74,6 +75,24 @@ def test_turnbull_wakeman_matches_quantlib(case, past):
     past = [p * case[5] / 100.0 for p in past]
     expected = quantlib_asian(*case, days, past, "arithmetic", "discrete")
     assert asian(case, days, past).Price("tw") == pytest.approx(expected, abs=1e-10)
+
+
+@pytest.mark.parametrize("average, engine", [("arithmetic", "tw"), ("geometric", "closed-form")])
+def test_prices_over_arrays_match_quantlib_row_by_row(average, engine):
+    """The spot-100 cases as columns on one schedule with three past fixings, and one row with a
+    negative strike that comes back NaN."""
+    rows = [case for case in CASES if case[5] == 100.0]
+    columns = [np.array([row[i] for row in rows] + [v]) for i, v in enumerate((0, -1.0, 0.2, 0.01, 0.0, 100.0))]
+    days, past = MONTHLY_DAYS[3:], [98.0, 103.0, 101.0]
+    prices = zep.AsianPrices(*columns, [d / 365.0 for d in days], past, engine, average)
+    expected = [quantlib_asian(*row, days, past, average, "discrete") for row in rows]
+    np.testing.assert_allclose(prices[:-1], expected, rtol=0, atol=1e-10)
+    assert np.isnan(prices[-1])
+
+
+def test_prices_over_arrays_refuse_an_engine_that_does_not_fit_the_average():
+    with pytest.raises(Exception, match="'tw' or 'levy' for an arithmetic average"):
+        zep.AsianPrices(0, 100.0, 0.2, 0.01, 0.0, 100.0, [0.5, 1.0], engine="closed-form")
 
 
 @pytest.mark.parametrize("case", CASES)

@@ -43,6 +43,57 @@ def test_price_matches_quantlib(params, option_type, strike, days):
                                   abs=1e-8)
 
 
+@pytest.mark.parametrize("params", MODELS)
+@pytest.mark.parametrize("option_type", [0, 1])
+@pytest.mark.parametrize("days", [30, 365])
+def test_a_smile_priced_together_matches_quantlib(params, option_type, days):
+    """Eleven strikes of one expiry share their characteristic-function values (in groups of
+    eight, the last group short): each price still holds to 1e-8."""
+    t = days / 365.0
+    strikes = np.linspace(70.0, 135.0, 11)
+    prices = zep.HestonModel(*params).Prices(option_type, strikes, t, t, 0.03, 0.01, 100.0)
+    expected = [quantlib_heston(params, option_type, k, days, 0.03, 0.01, 100.0) for k in strikes]
+    np.testing.assert_allclose(prices, expected, rtol=0, atol=1e-8)
+
+
+@pytest.mark.parametrize("params", MODELS)
+@pytest.mark.parametrize("option_type", [0, 1])
+@pytest.mark.parametrize("strike, t", [(80.0, 0.1), (100.0, 1.0), (130.0, 2.0)])
+def test_greeks_match_finite_differences_of_the_price(params, option_type, strike, t):
+    model = zep.HestonModel(*params)
+    rd, rf, spot, h = 0.03, 0.01, 100.0, 0.01
+    greeks = model.Greeks(option_type, strike, t, t, rd, rf, spot)
+    up, mid, down = (model.Price(option_type, strike, t, t, rd, rf, s) for s in (spot + h, spot, spot - h))
+    assert greeks["price"] == pytest.approx(mid, abs=1e-9)
+    assert greeks["delta"] == pytest.approx((up - down) / (2 * h), abs=1e-6)
+    assert greeks["gamma"] == pytest.approx((up - 2 * mid + down) / (h * h), abs=2e-5)
+    v0, kappa, theta, sigma, rho = params
+    vol_up, vol_down = (zep.HestonModel((math.sqrt(v0) + dv) ** 2, kappa, theta, sigma, rho)
+                        .Price(option_type, strike, t, t, rd, rf, spot) for dv in (2e-4, -2e-4))
+    assert greeks["vega"] == pytest.approx((vol_up - vol_down) / 4e-4, rel=1e-4, abs=1e-6)
+
+
+@pytest.mark.parametrize("option_type", [0, 1])
+@pytest.mark.parametrize("t", [0.05, 1.0, 5.0])
+def test_greeks_at_vanishing_vol_of_variance_are_black_scholes_at_the_mean_variance(option_type, t):
+    """The mean variance is theta + (v0 - theta) w, w = (1 - e^(-kappa t)) / (kappa t): its root
+    moves with sqrt(v0) by w sqrt(v0 / mean variance), which scales the Black-Scholes vega."""
+    v0, kappa, theta = 0.09, 2.0, 0.04
+    model = zep.HestonModel(v0, kappa, theta, 1e-9, -0.3)
+    w = (1.0 - math.exp(-kappa * t)) / (kappa * t)
+    mean_variance = theta + (v0 - theta) * w
+    bs = zep.BSVanilla(option_type, 105.0, math.sqrt(mean_variance), t, t, 0.02, 0.04, 100.0)
+    greeks = model.Greeks(option_type, 105.0, t, t, 0.02, 0.04, 100.0)
+    assert greeks["delta"] == pytest.approx(bs.Delta(), abs=1e-7)
+    assert greeks["gamma"] == pytest.approx(bs.Gamma(), abs=1e-7)
+    assert greeks["vega"] == pytest.approx(bs.Vega() * w * math.sqrt(v0 / mean_variance), rel=1e-5)
+
+
+def test_greeks_refuse_an_expired_option():
+    with pytest.raises(Exception, match="Heston Greeks need a time to expiry > 0"):
+        zep.HestonModel(0.04, 1.5, 0.05, 0.6, -0.7).Greeks(0, 100.0, 0.0, 0.0, 0.0, 0.0, 100.0)
+
+
 @pytest.mark.parametrize("t", [0.05, 1.0, 10.0])
 @pytest.mark.parametrize("rho", [-0.8, 0.0, 0.5])
 def test_vanishing_vol_of_variance_is_black_scholes_at_the_mean_variance(t, rho):

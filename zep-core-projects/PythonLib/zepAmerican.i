@@ -1,5 +1,9 @@
 // American options: finite differences, Barone-Adesi-Whaley and the Leisen-Reimer tree.
 %{
+#include <cmath>
+#include <limits>
+
+#include "lum-closed-form/BaroneAdesiWhaley.hpp"
 #include "zep-pde/AmericanOption.hpp"
 %}
 
@@ -11,7 +15,47 @@ AmericanOption(optionType, strike, volatility, timeToExpiry, domesticRate, forei
 Price(engine='fd', nodes=200, timeSteps=200): engine 'fd' (Crank-Nicolson after two implicit
 half steps on nodes x timeSteps, spots gathered at the strike, early exercise by projection after
 each step), 'baw'
-(Barone-Adesi-Whaley) or 'binomial' (Leisen-Reimer tree of timeSteps steps).
+(Barone-Adesi-Whaley), 'bjerksund-stensland' (Bjerksund-Stensland 2002: two flat exercise
+boundaries, a lower bound) or 'binomial' (Leisen-Reimer tree of timeSteps steps).
 EuropeanPrice(): the Black-Scholes price of the same terms.
 ExerciseBoundary(nodes=200, timeSteps=200): [(time in years, critical spot)] from the grid.";
 %include "zep-pde/AmericanOption.hpp"
+
+%inline %{
+namespace zep::python {
+// Behind BaroneAdesiWhaleyPrices: one price a row, NaN where the approximation refuses the row.
+void BaroneAdesiWhaleyPricesInto(std::span<const double> types, std::span<const double> strikes,
+                                 std::span<const double> vols, std::span<const double> expiries,
+                                 std::span<const double> domesticRates, std::span<const double> foreignRates,
+                                 std::span<const double> spots, std::span<double> prices) {
+    const std::size_t n = prices.size();
+    ZEP_REQUIRE(types.size() == n && strikes.size() == n && vols.size() == n && expiries.size() == n &&
+                    domesticRates.size() == n && foreignRates.size() == n && spots.size() == n,
+                "Barone-Adesi-Whaley book columns must have the same length");
+    for (std::size_t i = 0; i < n; ++i) {
+        try {
+            ZEP_REQUIRE(types[i] == 0.0 || types[i] == 1.0, "option type must be 0 (call) or 1 (put)");
+            prices[i] = zep::BaroneAdesiWhaleyPrice(static_cast<int>(types[i]), strikes[i], vols[i], expiries[i],
+                                                    domesticRates[i], foreignRates[i], spots[i]);
+        } catch (const zep::Error&) {
+            prices[i] = std::numeric_limits<double>::quiet_NaN();
+        }
+    }
+}
+}
+%}
+
+%pythoncode %{
+def BaroneAdesiWhaleyPrices(types: "numpy.typing.ArrayLike", strikes: "numpy.typing.ArrayLike",
+                            vols: "numpy.typing.ArrayLike", expiries: "numpy.typing.ArrayLike",
+                            rd: "numpy.typing.ArrayLike", rf: "numpy.typing.ArrayLike",
+                            spots: "numpy.typing.ArrayLike") -> "numpy.typing.NDArray[numpy.float64]":
+    """American prices by Barone-Adesi-Whaley over arrays (or broadcast scalars): option type 0
+    call / 1 put, strike, volatility, years to expiry, domestic and foreign continuous rates, spot.
+    A float64 array of the broadcast shape; NaN where a row is refused (as AmericanOption would)."""
+    import numpy
+    columns, shape = _book_columns(types, strikes, vols, expiries, rd, rf, spots)
+    prices = numpy.empty(columns[0].size)
+    BaroneAdesiWhaleyPricesInto(*columns, prices)
+    return prices.reshape(shape)
+%}

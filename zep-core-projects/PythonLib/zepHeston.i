@@ -7,6 +7,9 @@
 %}
 
 %ignore zep::HestonModel::CharacteristicFunction;
+%ignore zep::HestonModel::Prices;  // wrapped below over NumPy arrays
+%ignore zep::HestonModel::Greeks;  // wrapped below as a dict
+%ignore zep::HestonGreeks;
 %feature("docstring") zep::HestonModel
 "Heston's model: dv = kappa (theta - v) dt + sigma sqrt(v) dW2, dS/S = (rd - rf) dt + sqrt(v) dW1,
 d<W1, W2> = rho dt. v0 and theta are variances (0.04 for 20%), sigma the volatility of variance.
@@ -17,6 +20,8 @@ Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRat
 tolerance=1e-11): a European call (0) or put (1) by the characteristic function (Lewis's integral,
 adaptive Gauss-Lobatto to about tolerance times the forward).
 Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
+Greeks(optionType, strike, ...): a dict of price, delta, gamma (in the spot) and vega (in the
+initial volatility sqrt(v0)).
 FftPrices(optionType, strikes, ..., points=2048, spacing=0.2, damping=1.5): over a strike array
 by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.";
 %include "lum-closed-form/HestonModel.hpp"
@@ -27,9 +32,19 @@ namespace zep::python {
 void HestonPricesInto(const zep::HestonModel& model, int optionType, std::span<const double> strikes,
                       double timeToExpiry, double timeToDelivery, double domesticRate,
                       double foreignRate, double spot, std::span<double> prices) {
-    ZEP_REQUIRE(strikes.size() == prices.size(), "strikes and prices must have the same length");
-    for (std::size_t i = 0; i < strikes.size(); ++i)
-        prices[i] = model.Price(optionType, strikes[i], timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot);
+    model.Prices(optionType, strikes, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot, prices);
+}
+// Behind HestonModel.Greeks: price, delta, gamma, vega into `greeks`.
+void HestonGreeksInto(const zep::HestonModel& model, int optionType, double strike, double timeToExpiry,
+                      double timeToDelivery, double domesticRate, double foreignRate, double spot,
+                      std::span<double> greeks) {
+    ZEP_REQUIRE(greeks.size() == 4, "Heston Greeks fill four numbers");
+    const zep::HestonGreeks g =
+        model.Greeks(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot);
+    greeks[0] = g.price;
+    greeks[1] = g.delta;
+    greeks[2] = g.gamma;
+    greeks[3] = g.vega;
 }
 // The calibration behind CalibrateHeston: quotes as three arrays, model volatilities filled in.
 zep::HestonModel HestonCalibrateInto(std::span<const double> expiries, std::span<const double> strikes,
@@ -84,7 +99,19 @@ def _heston_fft_prices(self, optionType: int, strikes: "numpy.typing.ArrayLike",
     return prices.reshape(numpy.shape(strikes))
 
 
+def _heston_greeks(self, optionType: int, strike: float, timeToExpiry: float, timeToDelivery: float,
+                   domesticRate: float, foreignRate: float, spot: float) -> "dict[str, float]":
+    """Price, delta and gamma in the spot (taken under the integral) and vega, per unit of the
+    initial volatility sqrt(v0) (by re-pricing), as a dict with those four keys."""
+    import numpy
+    values = numpy.empty(4)
+    HestonGreeksInto(self, optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot,
+                     values)
+    return dict(zip(("price", "delta", "gamma", "vega"), (float(v) for v in values)))
+
+
 HestonModel.Prices = _heston_prices
+HestonModel.Greeks = _heston_greeks
 HestonModel.FftPrices = _heston_fft_prices
 %}
 

@@ -3,6 +3,7 @@
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/BaroneAdesiWhaley.hpp"
+#include "lum-closed-form/BjerksundStensland.hpp"
 #include "lum-closed-form/LeisenReimerTree.hpp"
 #include "zep-pde/FdmAmericanEngine.hpp"
 
@@ -22,6 +23,9 @@ double AmericanOption::Price(const std::string& engine, int nodes, int timeSteps
     if (engine == "baw")
         return BaroneAdesiWhaleyPrice(m_optionType, m_strike, m_volatility, m_timeToExpiry, m_domesticRate,
                                       m_foreignRate, m_spot);
+    if (engine == "bjerksund-stensland")
+        return BjerksundStenslandPrice(m_optionType, m_strike, m_volatility, m_timeToExpiry, m_domesticRate,
+                                       m_foreignRate, m_spot);
     if (engine == "binomial")
         return LeisenReimerPrice(m_optionType, m_strike, m_volatility, m_timeToExpiry, m_domesticRate, m_foreignRate,
                                  m_spot, timeSteps, true);
@@ -31,7 +35,7 @@ double AmericanOption::Price(const std::string& engine, int nodes, int timeSteps
                                  m_spot, nodes, timeSteps)
             .Price();
     }
-    ZEP_FAIL("unknown American engine '" + engine + "': use 'fd', 'baw' or 'binomial'");
+    ZEP_FAIL("unknown American engine '" + engine + "': use 'fd', 'baw', 'bjerksund-stensland' or 'binomial'");
 }
 
 double AmericanOption::EuropeanPrice() const {

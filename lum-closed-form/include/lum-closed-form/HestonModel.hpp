@@ -9,8 +9,18 @@
 #pragma once
 
 #include <complex>
+#include <span>
 
 namespace zep {
+
+// A Heston price and its sensitivities: to the spot (delta, gamma) and to the initial
+// volatility sqrt(v0) (vega, per unit of volatility).
+struct HestonGreeks {
+    double price = 0.0;
+    double delta = 0.0;
+    double gamma = 0.0;
+    double vega = 0.0;
+};
 
 class HestonModel {
 public:
@@ -41,6 +51,17 @@ public:
     // the forward (a calibration asks less than a price).
     double Price(int optionType, double strike, double timeToExpiry, double timeToDelivery,
                  double domesticRate, double foreignRate, double spot, double tolerance = 1e-11) const;
+
+    // Price for each of `strikes` at one expiry into `prices` (same length): the strikes share
+    // their characteristic-function values, so a smile costs little more than its hardest strike.
+    void Prices(int optionType, std::span<const double> strikes, double timeToExpiry, double timeToDelivery,
+                double domesticRate, double foreignRate, double spot, std::span<double> prices,
+                double tolerance = 1e-11) const;
+
+    // Price, delta and gamma from one integration (the spot derivatives taken under the
+    // integral), vega by re-pricing at sqrt(v0) moved either way. Arguments as Price.
+    HestonGreeks Greeks(int optionType, double strike, double timeToExpiry, double timeToDelivery,
+                        double domesticRate, double foreignRate, double spot, double tolerance = 1e-11) const;
 
 private:
     double m_v0;

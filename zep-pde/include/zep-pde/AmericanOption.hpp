@@ -1,7 +1,7 @@
 // An American call or put priced by an engine chosen by name: "fd" (finite differences,
-// FdmAmericanEngine, `nodes` x `timeSteps`), "baw" (Barone-Adesi-Whaley) or "binomial"
-// (Leisen-Reimer tree of `timeSteps` steps). Garman-Kohlhagen conventions, expiry and delivery as
-// one date.
+// FdmAmericanEngine, `nodes` x `timeSteps`), "baw" (Barone-Adesi-Whaley), "bjerksund-stensland"
+// (Bjerksund-Stensland 2002) or "binomial" (Leisen-Reimer tree of `timeSteps` steps).
+// Garman-Kohlhagen conventions, expiry and delivery as one date.
 #pragma once
 
 #include <string>
