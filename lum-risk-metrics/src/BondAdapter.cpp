@@ -3,8 +3,6 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "lum-risk-metrics/CurveShift.hpp"
-
 namespace zep::metrics {
 
 BondAdapter::BondAdapter(boost::shared_ptr<const Bond> bond, boost::shared_ptr<const YieldCurve> discountCurve,
@@ -17,17 +15,19 @@ BondAdapter::BondAdapter(boost::shared_ptr<const Bond> bond, boost::shared_ptr<c
 
 double BondAdapter::PV(const YieldCurve& curve) const { return m_bond->PV(curve) * m_faceAmount / 100.0; }
 
+double BondAdapter::PVOn(MovedCurves& curves) const { return PV(*curves.Of(m_curve)); }
+
 MetricResult BondAdapter::Evaluate(Metric metric) const {
-    const auto dv01 = [&] { return CentralDV01([&](ShiftedCurves& curves) { return PV(*curves.Of(m_curve)); }); };
     switch (metric) {
         case Metric::PV:
         case Metric::MARKET_VALUE:
         case Metric::NPV: return MetricResult::Computed(metric, PV(*m_curve));
-        case Metric::DV01: return MetricResult::Computed(metric, dv01());
+        case Metric::DV01: return MetricResult::Computed(metric, DV01());
+        case Metric::KEY_RATE_DV01: return KeyRatesArePerPillar();
         case Metric::MODIFIED_DURATION: {
             const double pv = PV(*m_curve);
             if (pv == 0.0) return MetricResult::Unavailable(metric, "The bond has no value left to take a duration of.");
-            return MetricResult::Computed(metric, -dv01() / (pv * kBasisPoint));
+            return MetricResult::Computed(metric, -DV01() / (pv * kBasisPoint));
         }
         case Metric::DELTA:
         case Metric::GAMMA:

@@ -2,8 +2,6 @@
 
 #include <stdexcept>
 
-#include "lum-risk-metrics/CurveShift.hpp"
-
 namespace zep::metrics {
 
 FXForwardAdapter::FXForwardAdapter(boost::shared_ptr<const FXForward> forward, FXForwardMarket market)
@@ -20,6 +18,15 @@ double FXForwardAdapter::PV(double spot, const YieldCurve& quoteCurve, const Yie
     return m_forward->PV(outright, quoteCurve);
 }
 
+double FXForwardAdapter::PVOn(MovedCurves& curves) const {
+    return PV(m_market.spot, *curves.Of(m_market.quoteCurve), *curves.Of(m_market.baseCurve));
+}
+
+std::vector<boost::shared_ptr<const YieldCurve>> FXForwardAdapter::Curves() const {
+    if (m_market.quoteCurve == m_market.baseCurve) return {m_market.quoteCurve};
+    return {m_market.quoteCurve, m_market.baseCurve};
+}
+
 MetricResult FXForwardAdapter::Evaluate(Metric metric) const {
     const double spot = m_market.spot;
     const YieldCurve& quote = *m_market.quoteCurve;
@@ -30,10 +37,8 @@ MetricResult FXForwardAdapter::Evaluate(Metric metric) const {
         case Metric::NPV: return MetricResult::Computed(metric, PV(spot, quote, base));
         case Metric::FX_DELTA:
             return MetricResult::Computed(metric, (PV(spot * 1.01, quote, base) - PV(spot * 0.99, quote, base)) / 2.0);
-        case Metric::DV01:
-            return MetricResult::Computed(metric, CentralDV01([&](ShiftedCurves& curves) {
-                return PV(spot, *curves.Of(m_market.quoteCurve), *curves.Of(m_market.baseCurve));
-            }));
+        case Metric::DV01: return MetricResult::Computed(metric, DV01());
+        case Metric::KEY_RATE_DV01: return KeyRatesArePerPillar();
         case Metric::DELTA:
         case Metric::GAMMA:
             return MetricResult::Unavailable(metric, "An FX forward's spot exposure is its FX_DELTA.");

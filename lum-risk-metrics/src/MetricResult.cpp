@@ -27,6 +27,7 @@ constexpr Convention kConventions[] = {
     {"FX_DELTA", UnitCode::CCY_PER_PCT, MetricAggregationType::SUM},
     {"PAR_RATE", UnitCode::PCT, MetricAggregationType::NO_AGGREGATION},
     {"MODIFIED_DURATION", UnitCode::YEAR, MetricAggregationType::MARKET_VALUE_WEIGHTED},
+    {"KEY_RATE_DV01", UnitCode::CCY_PER_BP, MetricAggregationType::SUM},
 };
 
 const Convention& ConventionOf(Metric metric) {

@@ -1,8 +1,7 @@
 #include "lum-risk-metrics/SwapAdapter.hpp"
 
+#include <algorithm>
 #include <stdexcept>
-
-#include "lum-risk-metrics/CurveShift.hpp"
 
 namespace zep::metrics {
 namespace {
@@ -17,8 +16,8 @@ LegMarket MarketOf(const LegCurves& curves) {
     return {curves.discount.get(), curves.projection.get(), curves.fixings.get(), 1.0};
 }
 
-LegMarket ShiftedMarketOf(const LegCurves& curves, ShiftedCurves& shifted) {
-    return {shifted.Of(curves.discount), shifted.Of(curves.projection), curves.fixings.get(), 1.0};
+LegMarket MovedMarketOf(const LegCurves& curves, MovedCurves& moved) {
+    return {moved.Of(curves.discount), moved.Of(curves.projection), curves.fixings.get(), 1.0};
 }
 
 }  // namespace
@@ -29,15 +28,24 @@ SwapAdapter::SwapAdapter(boost::shared_ptr<const Swap> swap, LegCurves received,
     if (!m_swap) throw std::invalid_argument("SwapAdapter: the swap is None.");
 }
 
+double SwapAdapter::PVOn(MovedCurves& curves) const {
+    return m_swap->PV(MovedMarketOf(m_received, curves), MovedMarketOf(m_paid, curves));
+}
+
+std::vector<boost::shared_ptr<const YieldCurve>> SwapAdapter::Curves() const {
+    std::vector<boost::shared_ptr<const YieldCurve>> curves;
+    for (const auto& curve : {m_received.discount, m_received.projection, m_paid.discount, m_paid.projection})
+        if (std::find(curves.begin(), curves.end(), curve) == curves.end()) curves.push_back(curve);
+    return curves;
+}
+
 MetricResult SwapAdapter::Evaluate(Metric metric) const {
     switch (metric) {
         case Metric::PV:
         case Metric::MARKET_VALUE:
         case Metric::NPV: return MetricResult::Computed(metric, m_swap->PV(MarketOf(m_received), MarketOf(m_paid)));
-        case Metric::DV01:
-            return MetricResult::Computed(metric, CentralDV01([&](ShiftedCurves& curves) {
-                return m_swap->PV(ShiftedMarketOf(m_received, curves), ShiftedMarketOf(m_paid, curves));
-            }));
+        case Metric::DV01: return MetricResult::Computed(metric, DV01());
+        case Metric::KEY_RATE_DV01: return KeyRatesArePerPillar();
         case Metric::PAR_RATE:
             return MetricResult::Computed(metric, 100.0 * m_swap->ParRate(MarketOf(m_received), MarketOf(m_paid)));
         case Metric::DELTA:

@@ -30,6 +30,7 @@ MetricResult VanillaOptionAdapter::Evaluate(Metric metric) const {
         case Metric::THETA: return MetricResult::Computed(metric, notional * option.Theta());
         case Metric::RHO: return MetricResult::Computed(metric, notional * option.Rho() * kBasisPoint);
         case Metric::DV01:
+        case Metric::KEY_RATE_DV01:
             return MetricResult::Unavailable(
                 metric, "The option reads its rates at one maturity: its rate exposure is RHO.");
         case Metric::FX_DELTA:

@@ -96,6 +96,47 @@ TEST(RiskMetrics, DV01IsHalfThePVChangeBetweenCurvesOneBasisPointUpAndDown) {
     EXPECT_NEAR(ForwardOn(1.08, base, Curve(0.0, -0.01)).Compute(Metric::DV01).Value(), forwardDV01, 1e-6);
 }
 
+// The pillar moves add up to the parallel move, so the key-rate DV01s add up to the DV01.
+TEST(RiskMetrics, KeyRateDV01sAddUpToTheDV01) {
+    const auto base = Curve();
+    const auto check = [](const InstrumentAdapter& adapter, std::size_t buckets) {
+        const MetricResultVector profile = adapter.Profile(Metric::KEY_RATE_DV01);
+        ASSERT_EQ(profile.size(), buckets);
+        double total = 0.0;
+        for (const MetricResult& bucket : profile) total += bucket.Value();
+        const double dv01 = adapter.Compute(Metric::DV01).Value();
+        EXPECT_NEAR(total, dv01, 1e-6 * std::abs(dv01));
+        EXPECT_FALSE(adapter.Compute(Metric::KEY_RATE_DV01).available);
+    };
+    check(BondOn(base), kPillars.size());
+    check(SwapOn(base), kPillars.size());
+    check(ForwardOn(1.08, base, Curve(0.0, -0.01)), 2 * kPillars.size());
+    EXPECT_EQ(SwapOn(base).Profile(Metric::KEY_RATE_DV01)[1].label, "curve 1:" + kPillars[1].ToString());
+}
+
+// A pillar moved by 1bp on its own changes the PV by what a curve rebuilt with that pillar's rate
+// 1bp higher gives.
+TEST(RiskMetrics, AKeyRateDV01IsThePVChangeOfThatPillarsRate) {
+    const std::size_t pillar = 3;
+    const auto movedBy = [&](double shift) {
+        std::vector<double> rates = kZeroRates;
+        rates[pillar] += shift;
+        return boost::make_shared<YieldCurve>(kToday, kPillars, rates, Continuous, DayCounter(Act365Fixed));
+    };
+    const double expected = (PV(BondOn(movedBy(1e-4))) - PV(BondOn(movedBy(-1e-4)))) / 2;
+    EXPECT_NEAR(BondOn(Curve()).Profile(Metric::KEY_RATE_DV01)[pillar].Value(), expected, 1e-7);
+}
+
+TEST(RiskMetrics, KeyRatesNeedPillarsOfZeroRates) {
+    const auto discountFactorCurve = boost::make_shared<YieldCurve>(
+        kToday, std::vector<Date>{D("2025-01-15"), D("2034-01-15")}, std::vector<double>{0.97, 0.7}, DayCounter(Act365Fixed),
+        DiscountFactors);
+    const MetricResultVector profile = BondOn(discountFactorCurve).Profile(Metric::KEY_RATE_DV01);
+    ASSERT_EQ(profile.size(), 1u);
+    EXPECT_FALSE(profile[0].available);
+    EXPECT_EQ(profile[0].provenance, MetricProvenance::ERROR_FALLBACK);
+}
+
 TEST(RiskMetrics, DV01HasTheSignOfTheRateExposure) {
     EXPECT_LT(BondOn(Curve()).Compute(Metric::DV01).Value(), 0.0);  // a bond holder loses when rates rise
     EXPECT_LT(SwapOn(Curve()).Compute(Metric::DV01).Value(), 0.0);  // so does the fixed-rate receiver

@@ -1,16 +1,16 @@
 // A fixed-rate bond valued on its discount curve, for a face amount (prices are per 100 of it).
-// Rate exposure only: DV01 and the modified duration it implies; no spot, volatility or time
-// sensitivities.
+// Rate exposure only: DV01, key-rate DV01 and the modified duration DV01 implies; no spot,
+// volatility or time sensitivities.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
 
 #include "lum-interest-rates/Bond.hpp"
-#include "lum-risk-metrics/InstrumentAdapter.hpp"
+#include "lum-risk-metrics/CurveInstrumentAdapter.hpp"
 
 namespace zep::metrics {
 
-class BondAdapter : public InstrumentAdapter {
+class BondAdapter : public CurveInstrumentAdapter {
 public:
     BondAdapter(boost::shared_ptr<const Bond> bond, boost::shared_ptr<const YieldCurve> discountCurve,
                 double faceAmount = 100.0);
@@ -20,6 +20,8 @@ public:
 
 protected:
     MetricResult Evaluate(Metric metric) const override;
+    double PVOn(MovedCurves& curves) const override;
+    std::vector<boost::shared_ptr<const YieldCurve>> Curves() const override { return {m_curve}; }
 
 private:
     double PV(const YieldCurve& curve) const;

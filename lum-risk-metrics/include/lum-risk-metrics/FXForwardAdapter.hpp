@@ -8,7 +8,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "lum-interest-rates/FXForward.hpp"
-#include "lum-risk-metrics/InstrumentAdapter.hpp"
+#include "lum-risk-metrics/CurveInstrumentAdapter.hpp"
 
 namespace zep::metrics {
 
@@ -21,7 +21,7 @@ struct FXForwardMarket {
     double pointScale = 1e4;
 };
 
-class FXForwardAdapter : public InstrumentAdapter {
+class FXForwardAdapter : public CurveInstrumentAdapter {
 public:
     FXForwardAdapter(boost::shared_ptr<const FXForward> forward, FXForwardMarket market);
 
@@ -30,6 +30,8 @@ public:
 
 protected:
     MetricResult Evaluate(Metric metric) const override;
+    double PVOn(MovedCurves& curves) const override;
+    std::vector<boost::shared_ptr<const YieldCurve>> Curves() const override;
 
 private:
     double PV(double spot, const YieldCurve& quoteCurve, const YieldCurve& baseCurve) const;

@@ -21,10 +21,14 @@ public:
     // (provenance ERROR_FALLBACK) carrying the library's message.
     MetricResult Compute(Metric metric) const;
     MetricResultVector Compute(const std::vector<Metric>& metrics) const;
+    // A bucketed metric, one labelled result per bucket (KEY_RATE_DV01: per curve pillar); any
+    // other metric gives its one result.
+    MetricResultVector Profile(Metric metric) const;
 
 protected:
     // The family's own computation; metrics it does not know are unavailable.
     virtual MetricResult Evaluate(Metric metric) const = 0;
+    virtual MetricResultVector EvaluateProfile(Metric metric) const { return {Evaluate(metric)}; }
 };
 
 }  // namespace zep::metrics

@@ -18,6 +18,7 @@ struct MetricResult {
     MetricProvenance provenance = MetricProvenance::NORMAL;
     bool available = false;
     std::string reason;  // why the metric is unavailable; empty when it is available
+    std::string label;   // the bucket of a bucketed metric (a key rate's curve and pillar)
 
     static MetricResult Computed(Metric metric, double value);
     static MetricResult Unavailable(Metric metric, std::string reason,

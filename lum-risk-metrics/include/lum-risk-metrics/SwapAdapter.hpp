@@ -6,7 +6,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "lum-interest-rates/Swap.hpp"
-#include "lum-risk-metrics/InstrumentAdapter.hpp"
+#include "lum-risk-metrics/CurveInstrumentAdapter.hpp"
 
 namespace zep::metrics {
 
@@ -17,7 +17,7 @@ struct LegCurves {
     boost::shared_ptr<const FixingStore> fixings;
 };
 
-class SwapAdapter : public InstrumentAdapter {
+class SwapAdapter : public CurveInstrumentAdapter {
 public:
     SwapAdapter(boost::shared_ptr<const Swap> swap, LegCurves received, LegCurves paid,
                 ProductType product = ProductType::IRS);
@@ -27,6 +27,8 @@ public:
 
 protected:
     MetricResult Evaluate(Metric metric) const override;
+    double PVOn(MovedCurves& curves) const override;
+    std::vector<boost::shared_ptr<const YieldCurve>> Curves() const override;
 
 private:
     boost::shared_ptr<const Swap> m_swap;
