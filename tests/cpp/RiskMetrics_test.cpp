@@ -40,7 +40,7 @@ Schedule ScheduleOf(const char* start, const char* end, const char* tenor, DayCo
 boost::shared_ptr<const Bond> TenYearBond() {
     BondTerms terms;
     terms.couponRate = 0.04;
-    return boost::make_shared<Bond>(ScheduleOf("2023-06-15", "2033-06-15", "6M", DayCounter(ActActICMA)), terms);
+    return boost::make_shared<Bond>(ScheduleOf("2023-06-15", "2033-06-15", "6M", DayCounter(Act365Fixed)), terms);
 }
 
 // Receive 3.5% annually on 1m against EURIBOR6M for five years.
@@ -221,7 +221,8 @@ INSTANTIATE_TEST_SUITE_P(RiskMetrics, UnavailableMetric,
 
 TEST(RiskMetrics, AFailingComputationIsUnavailableWithTheLibraryMessage) {
     // The swap starts before the curve's date: its first floating coupon needs a fixing nobody gave.
-    const auto curve = boost::make_shared<YieldCurve>(D("2024-06-01"), kPillars, kZeroRates, Continuous, DayCounter(Act365Fixed));
+    const auto curve = boost::make_shared<YieldCurve>(D("2024-06-01"), std::vector<Date>{D("2025-01-15"), D("2034-01-15")},
+                                                      std::vector<double>{0.03, 0.033}, Continuous, DayCounter(Act365Fixed));
     const MetricResult result = SwapOn(curve).Compute(Metric::PV);
     EXPECT_FALSE(result.available);
     EXPECT_EQ(result.provenance, MetricProvenance::ERROR_FALLBACK);
@@ -267,7 +268,7 @@ TEST(Portfolio, DurationAveragesWithMarketValueWeights) {
     BondTerms shortTerms;
     shortTerms.couponRate = 0.02;
     const auto shortBond = Shared(BondAdapter(
-        boost::make_shared<Bond>(ScheduleOf("2023-09-01", "2026-09-01", "6M", DayCounter(ActActICMA)), shortTerms), curve, 1e6));
+        boost::make_shared<Bond>(ScheduleOf("2023-09-01", "2026-09-01", "6M", DayCounter(Act365Fixed)), shortTerms), curve, 1e6));
     portfolio.Add({"L", longBond, 1.0, {}});
     portfolio.Add({"S", shortBond, 3.0, {}});
     const double mvL = longBond->Compute(Metric::MARKET_VALUE).Value(), mvS = 3 * shortBond->Compute(Metric::MARKET_VALUE).Value();
