@@ -37,6 +37,7 @@ Schedule ScheduleOf(const char* start, const char* end, const char* tenor, DayCo
     return Schedule(D(start), D(end), rules, Calendar::Shared());
 }
 
+// The schedule contributes only its dates: the coupons count with the bond's Act/Act ICMA.
 boost::shared_ptr<const Bond> TenYearBond() {
     BondTerms terms;
     terms.couponRate = 0.04;

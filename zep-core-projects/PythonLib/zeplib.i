@@ -90,3 +90,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepYieldCurve2.i"
 // Rate and FX instruments sit on the curves above.
 %include "zepRates.i"
+// Risk metrics read the instruments above.
+%include "zepRisk.i"
