@@ -171,3 +171,12 @@ def test_bad_input_raises_the_library_message():
     with pytest.raises(ValueError, match="Unknown metric code 999"):
         zep.BondAdapter(bond()).Compute(999)
     assert portfolio.Size() == 4
+
+
+def test_results_and_adapters_say_what_they_are():
+    adapter = zep.SwapAdapter(swap())
+    assert repr(adapter) == f"<SwapAdapter: {swap().Describe()}>"
+    assert repr(adapter.Compute(zep.Metric_DELTA)).startswith("<MetricResult DELTA unavailable: ")
+    dv01 = adapter.Compute(zep.Metric_DV01)
+    assert repr(dv01) == f"<MetricResult DV01: {dv01.value!r}>"
+    assert repr(adapter.Profile(zep.Metric_KEY_RATE_DV01)[1]).startswith("<MetricResult KEY_RATE_DV01 curve 1:")

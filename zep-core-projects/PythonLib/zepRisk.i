@@ -129,3 +129,22 @@ public:
 
 }  // namespace metrics
 }  // namespace zep
+
+%pythoncode %{
+def _metric_result_repr(self):
+    try:
+        name = MetricName(self.metric)
+    except Exception:  # a repr never raises
+        name = str(self.metric)
+    if self.label:
+        name += " " + self.label
+    if self.available:
+        return f"<MetricResult {name}: {self.value!r}>"
+    return f"<MetricResult {name} unavailable: {self.reason}>"
+
+
+MetricResult.__repr__ = _metric_result_repr
+for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter):
+    _adapter.__repr__ = _instrument_repr
+del _adapter
+%}
