@@ -47,6 +47,9 @@ MetricResult SwapAdapter::Evaluate(Metric metric) const {
         case Metric::DV01: return MetricResult::Computed(metric, DV01());
         case Metric::KEY_RATE_DV01: return KeyRatesArePerPillar();
         case Metric::PAR_RATE:
+            if (m_swap->LegOn(SwapSide::Receive).Terms().kind != CouponKind::Fixed &&
+                m_swap->LegOn(SwapSide::Pay).Terms().kind != CouponKind::Fixed)
+                return MetricResult::Unavailable(metric, "A swap without a fixed leg has no par rate.");
             return MetricResult::Computed(metric, 100.0 * m_swap->ParRate(MarketOf(m_received), MarketOf(m_paid)));
         case Metric::DELTA:
         case Metric::GAMMA:

@@ -25,6 +25,11 @@ def swap(shift=0.0, fixed_rate=0.03):
     return zep.MVanillaSwap(-1, 1e6, fixed_rate, "2024-01-17", "2034-01-17", curve(shift))
 
 
+def basis_swap(shift=0.0):
+    return zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve(shift), curve(shift), curve(shift, -0.01),
+                          receivedSpread=0.001)
+
+
 def forward(shift=0.0, spot=1.08):
     return zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", spot, "2024-01-17", curve(shift), curve(shift, -0.01))
 
@@ -42,6 +47,7 @@ def value(adapter, metric):
     (bond, lambda b: zep.BondAdapter(b, 1e6), 1e6 / 100),
     (swap, zep.SwapAdapter, 1.0),
     (forward, zep.FXForwardAdapter, 1.0),
+    (basis_swap, zep.SwapAdapter, 1.0),
 ])
 def test_dv01_is_the_central_difference_of_pv_under_a_one_basis_point_parallel_move(build, adapt, scale):
     expected = (build(BP).NPV() - build(-BP).NPV()) / 2 * scale
@@ -61,6 +67,20 @@ def test_key_rate_dv01_of_one_pillar_is_the_pv_change_of_that_pillars_rate():
     assert [r.Value() for r in profile] == pytest.approx(expected, rel=1e-9, abs=1e-7)
     assert sum(expected) == pytest.approx(value(adapter, zep.Metric_DV01), rel=1e-6)
     assert not adapter.Compute(zep.Metric_KEY_RATE_DV01).available
+
+
+@pytest.mark.parametrize("adapt, product", [
+    (lambda: zep.BondAdapter(bond()), zep.ProductType_FIXED_RATE_BOND),
+    (lambda: zep.SwapAdapter(swap()), zep.ProductType_IRS),
+    (lambda: zep.SwapAdapter(zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2029-01-17", curve(),
+                                              floatingKind="OVERNIGHT", index="ESTR", floatTenor="1Y")),
+     zep.ProductType_OIS),
+    (lambda: zep.SwapAdapter(basis_swap()), zep.ProductType_BASIS_SWAP),
+    (lambda: zep.FXForwardAdapter(forward()), zep.ProductType_FX_FORWARD),
+    (lambda: zep.VanillaOptionAdapter(option()), zep.ProductType_FX_VANILLA_OPTION),
+])
+def test_each_adapter_names_its_product_type(adapt, product):
+    assert adapt().Product() == product
 
 
 def test_pv_metrics_are_the_instruments_own_values():
@@ -91,6 +111,7 @@ def test_fx_delta_of_a_forward_is_its_pv_slope_per_percent_of_spot():
     (lambda: zep.SwapAdapter(swap()), zep.Metric_DELTA),
     (lambda: zep.FXForwardAdapter(forward()), zep.Metric_THETA),
     (lambda: zep.VanillaOptionAdapter(option()), zep.Metric_DV01),
+    (lambda: zep.SwapAdapter(basis_swap()), zep.Metric_PAR_RATE),
 ])
 def test_a_metric_the_instrument_cannot_compute_is_unavailable_with_a_reason(adapt, metric):
     result = adapt().Compute(metric)

@@ -1,5 +1,6 @@
 #include "RiskAdapters.hpp"
 
+#include "MBasisSwap.hpp"
 #include "MBond.hpp"
 #include "MFXForwardOutright.hpp"
 #include "MVanillaOption.hpp"
@@ -18,6 +19,13 @@ std::unique_ptr<metrics::SwapAdapter> RiskAdapters::Of(const MVanillaSwap& swap)
                            library.LegOn(SwapSide::Pay).Terms().kind == CouponKind::Overnight;
     return std::make_unique<metrics::SwapAdapter>(swap.m_object, curves, curves,
                                                   overnight ? metrics::ProductType::OIS : metrics::ProductType::IRS);
+}
+
+std::unique_ptr<metrics::SwapAdapter> RiskAdapters::Of(const MBasisSwap& swap) {
+    swap.Object("zep::python::SwapAdapter::SwapAdapter");
+    const auto curvesOf = [](const CurvePair& pair) { return metrics::LegCurves{pair.discount, pair.projection, pair.fixings}; };
+    return std::make_unique<metrics::SwapAdapter>(swap.m_object, curvesOf(*swap.m_received), curvesOf(*swap.m_paid),
+                                                  metrics::ProductType::BASIS_SWAP);
 }
 
 std::unique_ptr<metrics::FXForwardAdapter> RiskAdapters::Of(const MFXForwardOutright& forward) {

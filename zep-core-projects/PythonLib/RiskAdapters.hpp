@@ -11,6 +11,7 @@
 
 namespace zep::python {
 
+class MBasisSwap;
 class MBond;
 class MFXForwardOutright;
 class MVanillaOption;
@@ -20,6 +21,7 @@ struct RiskAdapters {
     // faceAmount: the bond's prices are per 100 of it.
     static std::unique_ptr<metrics::BondAdapter> Of(const MBond& bond, double faceAmount);
     static std::unique_ptr<metrics::SwapAdapter> Of(const MVanillaSwap& swap);
+    static std::unique_ptr<metrics::SwapAdapter> Of(const MBasisSwap& swap);
     static std::unique_ptr<metrics::FXForwardAdapter> Of(const MFXForwardOutright& forward);
     static std::unique_ptr<metrics::VanillaOptionAdapter> Of(const MVanillaOption& option);
 };

@@ -42,8 +42,9 @@ the instrument in words.";
 its discount curve. PV, MARKET_VALUE, NPV, DV01 (per basis point up, central difference),
 MODIFIED_DURATION; Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::metrics::SwapAdapter
-"A fixed-against-floating swap for the risk layer: SwapAdapter(swap) from an MVanillaSwap. PV,
-MARKET_VALUE, NPV, DV01 (every curve of the swap one basis point up), PAR_RATE (percent);
+"A swap for the risk layer: SwapAdapter(swap) from an MVanillaSwap or an MBasisSwap. PV,
+MARKET_VALUE, NPV, DV01 (every curve of the swap one basis point up), PAR_RATE (percent,
+fixed-rate swaps only);
 Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::metrics::FXForwardAdapter
 "An outright FX forward for the risk layer: FXForwardAdapter(forward) from an MFXForwardOutright.
@@ -91,6 +92,7 @@ class SwapAdapter : public InstrumentAdapter {
 public:
     %extend {
         SwapAdapter(const zep::python::MVanillaSwap& swap) { return zep::python::RiskAdapters::Of(swap).release(); }
+        SwapAdapter(const zep::python::MBasisSwap& swap) { return zep::python::RiskAdapters::Of(swap).release(); }
     }
 };
 
