@@ -27,6 +27,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     double OutrightRate(const zep::FXForward& forward) const;
     std::optional<FXCurves> m_market;
     std::optional<double> m_forwardPoints;

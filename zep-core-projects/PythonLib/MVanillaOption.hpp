@@ -118,6 +118,7 @@ public:
     void Dispose() { m_object.reset(); }
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     explicit MVanillaOption(boost::shared_ptr<zep::VanillaOption> option)
         : MWrapper(std::move(option)) {}
 };

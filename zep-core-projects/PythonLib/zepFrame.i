@@ -2,7 +2,7 @@
 // the probe that exercises the error translation.
 %{
 #include "FrameProbe.hpp"
-#include "MetricCodes.hpp"
+#include "lum-risk-metrics/MetricCodes.hpp"
 
 namespace zep {
 std::string LibraryVersion = ZEP_VERSION;
@@ -17,7 +17,7 @@ std::string LibraryVersion;
 
 %rename(BondAdapter_PricingMode) zep::metrics::BondAdapterPricingMode;
 %rename(Scenario_ScenarioType) zep::metrics::ScenarioType;
-%include "MetricCodes.hpp"
+%include "lum-risk-metrics/MetricCodes.hpp"
 
 %feature("docstring") zep::python::MFrameProbe
 "Raises a chosen library failure form, to check how failures reach Python.";

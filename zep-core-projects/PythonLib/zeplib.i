@@ -91,3 +91,5 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 // Rate and FX instruments sit on the curves above.
 %include "zepRates.i"
 %include "zepRateDerivatives.i"
+// Risk metrics read the instruments above.
+%include "zepRisk.i"

@@ -1,0 +1,19 @@
+#include "lum-risk-metrics/CurveInstrumentAdapter.hpp"
+
+namespace zep::metrics {
+
+double CurveInstrumentAdapter::DV01() const {
+    return CentralDV01([this](MovedCurves& curves) { return PVOn(curves); });
+}
+
+MetricResultVector CurveInstrumentAdapter::EvaluateProfile(Metric metric) const {
+    if (metric != Metric::KEY_RATE_DV01) return {Evaluate(metric)};
+    return KeyRateDV01(Curves(), [this](MovedCurves& curves) { return PVOn(curves); });
+}
+
+MetricResult CurveInstrumentAdapter::KeyRatesArePerPillar() {
+    return MetricResult::Unavailable(Metric::KEY_RATE_DV01,
+                                     "KEY_RATE_DV01 is one figure per curve pillar: ask for its profile.");
+}
+
+}  // namespace zep::metrics

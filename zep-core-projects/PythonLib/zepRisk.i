@@ -1,0 +1,152 @@
+// Risk metrics: one adapter per instrument family answering metrics by their codes (Metric_*),
+// each result with its unit, aggregation rule and provenance, and portfolios that aggregate a
+// metric by any tag under that rule.
+%{
+#include "lum-risk-metrics/Portfolio.hpp"
+#include "RiskAdapters.hpp"
+%}
+
+%feature("docstring") zep::metrics::MetricResult
+"One risk figure: metric (Metric_*), value, unit (UnitCode_*), aggregation
+(MetricAggregationType_*), provenance (MetricProvenance_*), available, reason, and the label of
+its bucket (a key rate's curve and pillar). An unavailable
+metric has available False and the reason; Value() raises RuntimeError for it instead of
+returning a number.";
+%ignore zep::metrics::MetricResult::Computed;
+%ignore zep::metrics::MetricResult::Unavailable;
+// Results report what was computed: read-only in Python.
+%immutable;
+%include "lum-risk-metrics/MetricResult.hpp"
+%mutable;
+%template(MetricResultVector) std::vector<zep::metrics::MetricResult>;
+%template(MetricResultMap) std::map<std::string, zep::metrics::MetricResult>;
+// Result lists reach Python as a MetricResultVector, not as a tuple of results.
+%typemap(out) std::vector<zep::metrics::MetricResult> {
+    $result = SWIG_NewPointerObj(new std::vector<zep::metrics::MetricResult>($1),
+                                 $descriptor(std::vector<zep::metrics::MetricResult>*), SWIG_POINTER_OWN);
+}
+
+%shared_ptr(zep::metrics::InstrumentAdapter)
+%shared_ptr(zep::metrics::BondAdapter)
+%shared_ptr(zep::metrics::SwapAdapter)
+%shared_ptr(zep::metrics::FXForwardAdapter)
+%shared_ptr(zep::metrics::VanillaOptionAdapter)
+
+%feature("docstring") zep::metrics::InstrumentAdapter
+"What every adapter answers: Compute(metric) gives a MetricResult, Compute([metrics]) a
+MetricResultVector; Profile(metric) the buckets of a bucketed metric (Metric_KEY_RATE_DV01: one
+result per curve pillar, labelled '<curve>:<date>'); Product() the ProductType_* code; Describe()
+the instrument in words.";
+%feature("docstring") zep::metrics::BondAdapter
+"A fixed-rate bond for the risk layer: BondAdapter(bond, faceAmount=100) from an MBond built with
+its discount curve. PV, MARKET_VALUE, NPV, DV01 (per basis point up, central difference),
+MODIFIED_DURATION; Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::SwapAdapter
+"A swap for the risk layer: SwapAdapter(swap) from an MVanillaSwap or an MBasisSwap. PV,
+MARKET_VALUE, NPV, DV01 (every curve of the swap one basis point up), PAR_RATE (percent,
+fixed-rate swaps only);
+Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::FXForwardAdapter
+"An outright FX forward for the risk layer: FXForwardAdapter(forward) from an MFXForwardOutright.
+PV, MARKET_VALUE, NPV (quote currency), FX_DELTA (per 1% on spot), DV01 (both curves);
+Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::VanillaOptionAdapter
+"A vanilla option for the risk layer: VanillaOptionAdapter(option) from an MVanillaOption. PV,
+MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), THETA (per
+day), RHO (per basis point).";
+%feature("docstring") zep::metrics::Portfolio
+"Trades for aggregation: Add(id, adapter, quantity=1, tags={}); Aggregate(metric) over all trades
+and AggregateBy(metric, tag) per tag value (trades without the tag under ''), each by the
+metric's aggregation rule; a group that cannot be aggregated is unavailable with the reason.";
+
+namespace zep {
+namespace metrics {
+
+%nodefaultctor InstrumentAdapter;
+class InstrumentAdapter {
+public:
+    virtual ~InstrumentAdapter();
+    virtual ProductType Product() const;
+    virtual std::string Describe() const;
+    MetricResult Compute(Metric metric) const;
+    MetricResultVector Profile(Metric metric) const;
+    %extend {
+        std::vector<zep::metrics::MetricResult> Compute(const std::vector<int>& metrics) const {
+            std::vector<zep::metrics::Metric> codes;
+            for (int code : metrics) codes.push_back(static_cast<zep::metrics::Metric>(code));
+            return $self->Compute(codes);
+        }
+    }
+};
+
+class BondAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        BondAdapter(const zep::python::MBond& bond, double faceAmount = 100.0) {
+            return zep::python::RiskAdapters::Of(bond, faceAmount).release();
+        }
+    }
+};
+
+class SwapAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        SwapAdapter(const zep::python::MVanillaSwap& swap) { return zep::python::RiskAdapters::Of(swap).release(); }
+        SwapAdapter(const zep::python::MBasisSwap& swap) { return zep::python::RiskAdapters::Of(swap).release(); }
+    }
+};
+
+class FXForwardAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        FXForwardAdapter(const zep::python::MFXForwardOutright& forward) {
+            return zep::python::RiskAdapters::Of(forward).release();
+        }
+    }
+};
+
+class VanillaOptionAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        VanillaOptionAdapter(const zep::python::MVanillaOption& option) {
+            return zep::python::RiskAdapters::Of(option).release();
+        }
+    }
+};
+
+class Portfolio {
+public:
+    Portfolio();
+    std::size_t Size() const;
+    MetricResult Aggregate(Metric metric) const;
+    std::map<std::string, zep::metrics::MetricResult> AggregateBy(Metric metric, const std::string& tag) const;
+    %extend {
+        void Add(const std::string& id, boost::shared_ptr<const zep::metrics::InstrumentAdapter> instrument,
+                 double quantity = 1.0,
+                 const std::map<std::string, std::string>& tags = std::map<std::string, std::string>()) {
+            $self->Add({id, instrument, quantity, tags});
+        }
+    }
+};
+
+}  // namespace metrics
+}  // namespace zep
+
+%pythoncode %{
+def _metric_result_repr(self):
+    try:
+        name = MetricName(self.metric)
+    except Exception:  # a repr never raises
+        name = str(self.metric)
+    if self.label:
+        name += " " + self.label
+    if self.available:
+        return f"<MetricResult {name}: {self.value!r}>"
+    return f"<MetricResult {name} unavailable: {self.reason}>"
+
+
+MetricResult.__repr__ = _metric_result_repr
+for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter):
+    _adapter.__repr__ = _instrument_repr
+del _adapter
+%}
