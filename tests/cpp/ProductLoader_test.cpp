@@ -91,6 +91,11 @@ TEST(ProductLoader, SchemaViolationsNameTheirField) {
         {kAutoCall + "underlyings: 1e300\n", "AutoCall: field 'underlyings' must be a count from 0 to 1000000"},
         {kAutoCall + "knock_in_monitoring: weekly\n",
          "AutoCall: field 'knock_in_monitoring' is \"weekly\": must be one of \"continuous\", \"discrete\""},
+        // Bytes that are not UTF-8 (YAML lets them through) still give the message, shown as U+FFFD.
+        {kAutoCall + "knock_in_monitoring: \"w\xff\"\n",
+         "AutoCall: field 'knock_in_monitoring' is \"w\xef\xbf\xbd\": must be one of \"continuous\", \"discrete\""},
+        {"type: \"S\xff\"\n", "Product definition: field 'type' names an unknown product type \"S\xef\xbf\xbd\": "
+                              "one of AutoCall, Snowball, TargetRedemptionForward, AsianPayoff, Scripted"},
         {"type: Snowball\ninitial_level: 100\nstrike_date: 2024-01-02\nobservation_dates: [2024-02-02, x]\n"
          "knock_out_levels: 1\ncoupon_rate: 0.1\n",
          "Snowball: field 'observation_dates[1]' is not a valid date: 'x'"},

@@ -179,6 +179,13 @@ def test_a_metric_without_aggregation_is_unavailable_over_several_trades():
     assert portfolio.AggregateBy(zep.Metric_PAR_RATE, "book")["a"].Value() == pytest.approx(swap().ParRate() * 100)
 
 
+def test_results_outlive_the_containers_they_came_from():
+    # Elements read straight off temporaries must own their data, not borrow it.
+    assert isinstance(book().AggregateBy(zep.Metric_PV, "desk"), dict)
+    first = zep.BondAdapter(bond()).Compute([zep.Metric_PV, zep.Metric_DV01])[0]
+    assert first.Value() == pytest.approx(value(zep.BondAdapter(bond()), zep.Metric_PV))
+
+
 def test_bad_input_raises_the_library_message():
     portfolio = book()
     with pytest.raises(ValueError, match="trade X has no instrument"):

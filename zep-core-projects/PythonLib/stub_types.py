@@ -88,7 +88,7 @@ CPP_TO_PYTHON = {
     "metrics::MetricResult": ("MetricResult", "MetricResult"),
     "metrics::MetricResultVector": ("MetricResultVector", "MetricResultVector"),
     "std::vector<metrics::MetricResult>": ("MetricResultVector", "MetricResultVector"),
-    "std::map<std::string,metrics::MetricResult>": ("MetricResultMap", "MetricResultMap"),
+    "std::map<std::string,metrics::MetricResult>": ("dict[str, MetricResult]", "dict[str, MetricResult]"),
     "metrics::InstrumentAdapter": ("InstrumentAdapter", "InstrumentAdapter"),
     "std::map<std::string,std::string>": ("dict[str, str]", "StringMap"),
     "StringMap": ("dict[str, str]", "StringMap"),

@@ -19,7 +19,18 @@ returning a number.";
 %include "lum-risk-metrics/MetricResult.hpp"
 %mutable;
 %template(MetricResultVector) std::vector<zep::metrics::MetricResult>;
-%template(MetricResultMap) std::map<std::string, zep::metrics::MetricResult>;
+// Results by tag reach Python as a plain dict of owned results: an element borrowed from a
+// temporary map would dangle once the map is dropped (portfolio.AggregateBy(...)["a"]).
+%typemap(out) std::map<std::string, zep::metrics::MetricResult> {
+    const std::map<std::string, zep::metrics::MetricResult>& by_tag = $1;
+    $result = PyDict_New();
+    for (const auto& [tag, metric_result] : by_tag) {
+        PyObject* item = SWIG_NewPointerObj(new zep::metrics::MetricResult(metric_result),
+                                            $descriptor(zep::metrics::MetricResult*), SWIG_POINTER_OWN);
+        PyDict_SetItemString($result, tag.c_str(), item);
+        Py_DECREF(item);
+    }
+}
 // Result lists reach Python as a MetricResultVector, not as a tuple of results.
 %typemap(out) std::vector<zep::metrics::MetricResult> {
     $result = SWIG_NewPointerObj(new std::vector<zep::metrics::MetricResult>($1),

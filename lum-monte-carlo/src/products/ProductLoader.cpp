@@ -134,7 +134,7 @@ std::string TypeOf(const Json& definition) {
     std::string known;
     for (const std::string& name : kProductTypes) known += name + ", ";
     if (!type.is_string() || std::find(kProductTypes.begin(), kProductTypes.end(), type.get<std::string>()) == kProductTypes.end())
-        throw std::invalid_argument("Product definition: field 'type' names an unknown product type " + type.dump() +
+        throw std::invalid_argument("Product definition: field 'type' names an unknown product type " + JsonText(type) +
                                     ": one of " + known + "Scripted");
     return type.get<std::string>();
 }

@@ -67,7 +67,7 @@ private:
             if (choice == value) return;
             list += (list.empty() ? "" : ", ") + choice.dump();
         }
-        Fail(path, "is " + value.dump() + ": must be one of " + list);
+        Fail(path, "is " + JsonText(value) + ": must be one of " + list);
     }
     void CheckBounds(double number, const Json& schema, const std::string& path) const {
         if (schema.contains("minimum") && !(number >= schema["minimum"].get<double>()))
@@ -103,6 +103,10 @@ private:
 
 void ValidateAgainstSchema(const Json& value, const Json& schema, const std::string& what) {
     Validator(what).Check(value, schema, "");
+}
+
+std::string JsonText(const nlohmann::json& value) {
+    return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 }  // namespace zep

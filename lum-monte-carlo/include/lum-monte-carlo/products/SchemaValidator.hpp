@@ -17,4 +17,8 @@ namespace zep {
 
 void ValidateAgainstSchema(const nlohmann::json& value, const nlohmann::json& schema, const std::string& what);
 
+// A definition's value as JSON text for a message. Definitions come from users' files, so bytes
+// that are not UTF-8 show as U+FFFD instead of turning the message itself into a failure.
+std::string JsonText(const nlohmann::json& value);
+
 }  // namespace zep
