@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstdlib>
 #include <regex>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-auxiliary/UserTextRegex.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 
 namespace zep {
@@ -51,6 +53,13 @@ double PercentMoneyness(int optionType, const std::string& kind, double percent,
     return base * (1.0 + direction * percent / 100.0);
 }
 
+// A number the quote's pattern matched: digits that may still be too many for a double.
+double QuotedNumber(const std::string& digits, const std::string& quote) {
+    const double value = std::strtod(digits.c_str(), nullptr);
+    if (!std::isfinite(value)) ZEP_FAIL("'" + quote + "' is an invalid strike quote.");
+    return value;
+}
+
 }  // namespace
 
 int OptionTypeFromSide(const std::string& side) {
@@ -63,16 +72,16 @@ int OptionTypeFromSide(const std::string& side) {
 double StrikeFromQuote(int optionType, const std::string& quote, const StrikeQuoteMarket& market,
                        const VolatilitySource& volatility) {
     static const auto flags = std::regex::ECMAScript | std::regex::icase;
-    static const std::regex atmfOffset(R"(ATMF\s*([+\-])\s*(\d+(?:\.\d+)?)\s*(?:PIP|BP|BPS)?)", flags);
-    static const std::regex atm(R"(ATMF|ATMS|ATM|ATMD)", flags);
-    static const std::regex percentAfter(R"((\d+(?:\.\d+)?)\s*(?:%)?\s*(OTM|ITM|OTMF|ITMF))", flags);
-    static const std::regex percentBefore(R"((OTM|ITM|OTMF|ITMF)\s*(\d+(?:\.\d+)?)\s*(?:%)?)", flags);
-    static const std::regex delta(R"((([0-9]{1,2}(\.[0-9]+)?)|D([0-9]{1,2}(\.[0-9]+)?))D)", flags);
+    static const std::regex atmfOffset = UserTextRegex(R"(ATMF\s*([+\-])\s*(\d+(?:\.\d+)?)\s*(?:PIP|BP|BPS)?)", flags);
+    static const std::regex atm = UserTextRegex(R"(ATMF|ATMS|ATM|ATMD)", flags);
+    static const std::regex percentAfter = UserTextRegex(R"((\d+(?:\.\d+)?)\s*(?:%)?\s*(OTM|ITM|OTMF|ITMF))", flags);
+    static const std::regex percentBefore = UserTextRegex(R"((OTM|ITM|OTMF|ITMF)\s*(\d+(?:\.\d+)?)\s*(?:%)?)", flags);
+    static const std::regex delta = UserTextRegex(R"((([0-9]{1,2}(\.[0-9]+)?)|D([0-9]{1,2}(\.[0-9]+)?))D)", flags);
 
     const std::string text = Upper(Trimmed(quote));
     std::smatch match;
     if (std::regex_match(text, match, atmfOffset)) {
-        const double offset = std::stod(match[2].str()) * kPip;
+        const double offset = QuotedNumber(match[2].str(), quote) * kPip;
         return market.forward + (match[1].str() == "-" ? -offset : offset);
     }
     if (std::regex_match(text, atm)) {
@@ -83,12 +92,12 @@ double StrikeFromQuote(int optionType, const std::string& quote, const StrikeQuo
         });
     }
     if (std::regex_match(text, match, percentAfter))
-        return PercentMoneyness(optionType, match[2].str(), std::stod(match[1].str()), market);
+        return PercentMoneyness(optionType, match[2].str(), QuotedNumber(match[1].str(), quote), market);
     if (std::regex_match(text, match, percentBefore))
-        return PercentMoneyness(optionType, match[1].str(), std::stod(match[2].str()), market);
+        return PercentMoneyness(optionType, match[1].str(), QuotedNumber(match[2].str(), quote), market);
     if (std::regex_match(text, match, delta)) {
         const bool onForward = match[4].matched;
-        const double size = std::stod(onForward ? match[4].str() : match[2].str()) / 100.0;
+        const double size = QuotedNumber(onForward ? match[4].str() : match[2].str(), quote) / 100.0;
         const double target = optionType == BSVanilla::Call ? size : -size;
         const DeltaKind kind = onForward ? DeltaKind::Forward : DeltaKind::Spot;
         return SmileFixedPoint(volatility, market.timeToExpiry, market.forward, [&](double sigma) {

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "lum-auxiliary/Error.hpp"
+#include "lum-auxiliary/UserTextRegex.hpp"
 #include "lum-closed-form/NormalDistribution.hpp"
 #include "lum-solvers/Bisection.hpp"
 
@@ -284,7 +285,7 @@ void FXVolSurface::CheckParameters(const Date& referenceDate, const Date& spotDa
 
 FXVolSurface::QuoteColumns FXVolSurface::processDeltaStrings(
     const std::vector<std::string>& deltaStrings) {
-    static const std::regex quote(R"(([-+]?\d*\.?\d+)\s*(RR|BF)|(RR|BF)\s*([-+]?\d*\.?\d+))");
+    static const std::regex quote = UserTextRegex(R"(([-+]?\d*\.?\d+)\s*(RR|BF)|(RR|BF)\s*([-+]?\d*\.?\d+))");
     QuoteColumns columns;
     for (std::size_t column = 0; column < deltaStrings.size(); ++column) {
         const std::string label = Upper(Trimmed(deltaStrings[column]));
@@ -298,11 +299,11 @@ FXVolSurface::QuoteColumns FXVolSurface::processDeltaStrings(
         } else if (std::regex_match(label, match, quote)) {
             const std::string number = match[1].matched ? match[1].str() : match[4].str();
             const std::string kind = match[2].matched ? match[2].str() : match[3].str();
-            const double percent = std::stod(number);
-            const int delta = static_cast<int>(std::lround(percent));
-            ZEP_REQUIRE(percent == delta && std::find(std::begin(kQuotedDeltas), std::end(kQuotedDeltas),
-                                                      delta) != std::end(kQuotedDeltas),
-                        "not valid RR/BF/SS delta!");
+            // Read as a double and compared exactly: "25.0RR" is the 25-delta column, "25.5RR" none.
+            const double percent = std::strtod(number.c_str(), nullptr);
+            const auto quoted = std::find(std::begin(kQuotedDeltas), std::end(kQuotedDeltas), percent);
+            ZEP_REQUIRE(quoted != std::end(kQuotedDeltas), "not valid RR/BF/SS delta!");
+            const int delta = *quoted;
             auto& kindColumns = kind == "RR" ? columns.riskReversals : columns.butterflies;
             if (kindColumns.count(delta) != 0) duplicate();
             kindColumns[delta] = static_cast<int>(column);
@@ -617,7 +618,7 @@ double FXVolSurface::SmileFixedPoint(double time, double start,
 }
 
 double FXVolSurface::GetStrike(const Date& expiry, const std::string& deltaString) const {
-    static const std::regex pillar(R"(\s*(ATMM?|\d+(\.\d+)?\s*[PC])\s*)", std::regex::icase);
+    static const std::regex pillar = UserTextRegex(R"(\s*(ATMM?|\d+(\.\d+)?\s*[PC])\s*)", std::regex::icase);
     ZEP_REQUIRE(std::regex_match(deltaString, pillar), "DeltaString not suport in GetStrike!");
     return GetStrike(expiry, DeltaStringToValue(deltaString), findClosestDeltaType(expiry),
                      findClosestPremiumAdjusted(expiry), findClosestATMVolType(expiry));

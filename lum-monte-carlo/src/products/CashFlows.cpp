@@ -5,6 +5,8 @@
 #include <regex>
 #include <stdexcept>
 
+#include "lum-auxiliary/UserTextRegex.hpp"
+
 namespace zep {
 
 namespace {
@@ -17,7 +19,7 @@ std::string Upper(std::string text) {
 // The variable the price reads: the price variable, else the first one paid (as the pricer does).
 std::string PaidVariable(const XScriptInputs& in, const std::vector<std::string>& scripts) {
     if (!in.priceVariable.empty()) return Upper(in.priceVariable);
-    static const std::regex anyPayment(R"(([A-Z][A-Z0-9_.]*)\s+PAYS\b)");
+    static const std::regex anyPayment = UserTextRegex(R"(([A-Z][A-Z0-9_.]*)\s+PAYS\b)");
     for (const std::string& script : scripts) {
         std::smatch match;
         if (std::regex_search(script, match, anyPayment)) return match[1];
@@ -31,7 +33,8 @@ std::vector<std::pair<Date, double>> PresentValuesByDate(const XScriptInputs& in
     XScriptInputs routed = inputs;
     for (std::string& script : routed.eventScripts) script = Upper(script);
     const std::string payer = PaidVariable(inputs, routed.eventScripts);
-    const std::regex payment("(^|[^A-Z0-9_.])" + std::regex_replace(payer, std::regex(R"(\.)"), R"(\.)") + R"(\s+PAYS\b)");
+    const std::regex payment =
+        UserTextRegex("(^|[^A-Z0-9_.])" + std::regex_replace(payer, std::regex(R"(\.)"), R"(\.)") + R"(\s+PAYS\b)");
     std::vector<std::pair<Date, std::string>> variables;
     for (std::size_t i = 0; i < routed.eventScripts.size(); ++i) {
         if (!std::regex_search(routed.eventScripts[i], payment)) continue;
