@@ -54,8 +54,7 @@ public:
           m_normals(kBlockPaths * m_draws),
           m_evaluator(simulator.m_payoff->NewEvaluator(simulator.m_smoothed)) {
         // The paths of the markets that run their own model, one area each, kept while the
-        // markets moved from them read them.
-        // The markets with their own model go first, those that read their paths after them.
+        // markets moved from them read them: those markets go first, the others after them.
         const std::vector<ScriptMarket<T>>& markets = simulator.m_markets;
         m_spotArea.resize(markets.size());
         std::size_t areas = 0;
@@ -75,10 +74,16 @@ public:
         for (const ScriptMarket<T>& market : markets) {
             const std::vector<std::int32_t>& eventStep = market.grid.eventStep;
             std::vector<ScenarioPoint> scenario(eventStep.size());
-            std::vector<SimulatedEvent> simulated;
+            std::vector<GridRun> simulated;
             for (std::size_t e = 0; e < eventStep.size(); ++e) {
                 scenario[e] = {market.spot, market.numeraires[e]};
-                if (eventStep[e] >= 0) simulated.push_back({e, static_cast<std::size_t>(eventStep[e])});
+                if (eventStep[e] < 0) continue;
+                const auto step = static_cast<std::size_t>(eventStep[e]);
+                if (!simulated.empty() && simulated.back().event + simulated.back().count == e &&
+                    simulated.back().step + simulated.back().count == step)
+                    ++simulated.back().count;
+                else
+                    simulated.push_back({e, step, 1});
             }
             m_scenarios.push_back(std::move(scenario));
             m_simulatedEvents.push_back(std::move(simulated));
@@ -101,12 +106,15 @@ public:
                 ScenarioPoint* scenario = m_scenarios[k].data();
                 for (std::size_t p = 0; p < paths; ++p) {
                     const T* spots = area + p * m_steps;
-                    if (market.source < 0) {
-                        for (const auto [event, step] : m_simulatedEvents[k]) scenario[event].spot = spots[step];
-                    } else {
-                        const T* factors = market.pathFactors.data();
-                        for (const auto [event, step] : m_simulatedEvents[k])
-                            scenario[event].spot = spots[step] * factors[step];
+                    for (const auto [event, step, count] : m_simulatedEvents[k]) {
+                        ScenarioPoint* to = scenario + event;
+                        const T* from = spots + step;
+                        if (market.source < 0) {
+                            for (std::size_t i = 0; i < count; ++i) to[i].spot = from[i];
+                        } else {
+                            const T* factors = market.pathFactors.data() + step;
+                            for (std::size_t i = 0; i < count; ++i) to[i].spot = from[i] * factors[i];
+                        }
                     }
                     T* row = out + ((block + p - first) * markets.size() + k) * variables;
                     std::fill(row, row + variables, T(0));
@@ -125,13 +133,16 @@ private:
     std::vector<std::size_t> m_spotArea;  // per market, the area of m_spots its paths are read from
     std::vector<std::size_t> m_order;     // the markets in the order a block runs them
     std::unique_ptr<PathEvaluator> m_evaluator;
-    struct SimulatedEvent {
+    // Events event .. event + count - 1 see steps step .. step + count - 1: on a grid of one
+    // step per event, all of a path's simulated events are one such run.
+    struct GridRun {
         std::size_t event;
         std::size_t step;
+        std::size_t count;
     };
-    // Per market: its scenario, and the events on its grid with their steps.
+    // Per market: its scenario, and the runs of events on its grid.
     std::vector<std::vector<ScenarioPoint>> m_scenarios;
-    std::vector<std::vector<SimulatedEvent>> m_simulatedEvents;
+    std::vector<std::vector<GridRun>> m_simulatedEvents;
 };
 
 template <class T>
