@@ -29,22 +29,35 @@ ZEP_AVX2_LANES __m256d ValueLanes(const Term& term, __m256d spots, const double*
     return term.divides ? _mm256_div_pd(base, factor) : _mm256_mul_pd(base, factor);
 }
 
+// Which of the four points from `points` pass, as the bits of a mask.
+template <int Predicate>
+ZEP_AVX2_LANES int PassingLanes(__m256d bounds, const TermComparison& comparison, const ScenarioPoint* points,
+                                const double* x) {
+    // Two points a register: (s0, n0, s1, n1) and (s2, n2, s3, n3); the spots in date order.
+    const __m256d first = _mm256_loadu_pd(&points[0].spot);
+    const __m256d second = _mm256_loadu_pd(&points[2].spot);
+    const __m256d spots = _mm256_permute4x64_pd(_mm256_unpacklo_pd(first, second), 0xD8);
+    const __m256d difference =
+        _mm256_sub_pd(ValueLanes(comparison.left, spots, x), ValueLanes(comparison.right, spots, x));
+    return _mm256_movemask_pd(_mm256_cmp_pd(difference, bounds, Predicate));
+}
+
 template <int Predicate>
 ZEP_AVX2_LANES std::size_t FirstInLanes(double bound, const TermComparison& comparison, const ScenarioPoint* points,
                          std::size_t count, const double* x) {
     const __m256d bounds = _mm256_set1_pd(bound);
+    const auto first = [](std::size_t at, int passing) {
+        return at + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(passing)));
+    };
     std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        // Two points a register: (s0, n0, s1, n1) and (s2, n2, s3, n3); the spots in date order.
-        const __m256d first = _mm256_loadu_pd(&points[i].spot);
-        const __m256d second = _mm256_loadu_pd(&points[i + 2].spot);
-        const __m256d spots = _mm256_permute4x64_pd(_mm256_unpacklo_pd(first, second), 0xD8);
-        const __m256d difference =
-            _mm256_sub_pd(ValueLanes(comparison.left, spots, x), ValueLanes(comparison.right, spots, x));
-        if (const int passing = _mm256_movemask_pd(_mm256_cmp_pd(difference, bounds, Predicate)))
-            return i + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(passing)));
-    }
-    return i;
+    for (; i + 4 <= count; i += 4)
+        if (const int passing = PassingLanes<Predicate>(bounds, comparison, points + i, x)) return first(i, passing);
+    if (i == count || count < 4) return i;
+    // The last partial four: the four dates that end the run. Those of them already scanned
+    // are computed alike again and do not pass, so the first that passes is a new one.
+    if (const int passing = PassingLanes<Predicate>(bounds, comparison, points + count - 4, x))
+        return first(count - 4, passing);
+    return count;
 }
 #endif
 
@@ -52,7 +65,8 @@ ZEP_AVX2_LANES std::size_t FirstInLanes(double bound, const TermComparison& comp
 
 std::size_t FirstPassing(Passing rule, double bound, const TermComparison& comparison,
                          const ScenarioPoint* points, std::size_t count, const double* x) {
-    // The lanes stop at the first passing date or before the last partial four; one by one from there.
+    // The lanes stop at the first passing date, or scan all of a run of four dates or more;
+    // one by one from where they stopped.
     std::size_t scanned = 0;
 #if defined(__x86_64__)
     if (kFourLanes) {
