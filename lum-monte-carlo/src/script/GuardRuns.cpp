@@ -1,5 +1,8 @@
 #include "GuardRuns.hpp"
 
+#include <algorithm>
+#include <cmath>
+
 #if defined(__x86_64__)
 #include <immintrin.h>
 
@@ -59,6 +62,48 @@ ZEP_AVX2_LANES std::size_t FirstInLanes(double bound, const TermComparison& comp
         return first(count - 4, passing);
     return count;
 }
+
+// The spots of four points, in lanes of an order of their own.
+ZEP_AVX2_LANES __m256d SpotsInSomeOrder(const ScenarioPoint* four) {
+    return _mm256_unpacklo_pd(_mm256_loadu_pd(&four[0].spot), _mm256_loadu_pd(&four[2].spot));
+}
+
+// The least and the greatest spot of `count` >= 4 points; false when a spot is NaN.
+ZEP_AVX2_LANES bool SpotRangeInLanes(const ScenarioPoint* points, std::size_t count, double& least,
+                                     double& greatest) {
+    __m256d low = SpotsInSomeOrder(points + count - 4), high = low;
+    __m256d unordered = _mm256_cmp_pd(low, low, _CMP_UNORD_Q);
+    for (std::size_t i = 0; i + 4 < count; i += 4) {
+        const __m256d spots = SpotsInSomeOrder(points + i);
+        low = _mm256_min_pd(low, spots);
+        high = _mm256_max_pd(high, spots);
+        unordered = _mm256_or_pd(unordered, _mm256_cmp_pd(spots, spots, _CMP_UNORD_Q));
+    }
+    if (_mm256_movemask_pd(unordered) != 0) return false;
+    alignas(32) double lows[4], highs[4];
+    _mm256_store_pd(lows, low);
+    _mm256_store_pd(highs, high);
+    least = std::min({lows[0], lows[1], lows[2], lows[3]});
+    greatest = std::max({highs[0], highs[1], highs[2], highs[3]});
+    return true;
+}
+
+// +1 when the compared difference can only grow with the spot, -1 when it can only fall, 0 when
+// that is not known: both sides or neither read the spot, the spot's factor is zero or not
+// finite, or the other side is not finite. Correctly rounded products, quotients and differences
+// keep such an order, so the date whose difference is greatest is the date of the greatest (or
+// least) spot.
+int SpotDirection(const TermComparison& comparison, const double* x) {
+    const auto direction = [x](const Term& term) {
+        if (!term.fromSpot) return std::isfinite(Value(term, 1.0, x)) ? 0 : 2;
+        const double factor = term.variableFactor ? x[term.index] : term.value;
+        if (!std::isfinite(factor) || factor == 0.0) return 2;
+        return factor > 0.0 ? 1 : -1;
+    };
+    const int left = direction(comparison.left), right = direction(comparison.right);
+    if (left == 2 || right == 2 || (left != 0) == (right != 0)) return 0;
+    return left != 0 ? left : -right;
+}
 #endif
 
 }  // namespace
@@ -69,6 +114,16 @@ std::size_t FirstPassing(Passing rule, double bound, const TermComparison& compa
     // one by one from where they stopped.
     std::size_t scanned = 0;
 #if defined(__x86_64__)
+    // A run of a guard that moves one way with the spot and passes from a bound up (the usual
+    // barrier check, whose dates mostly all fail): when the date of the extreme spot fails, all
+    // do, which its spot alone tells, without a quotient per date.
+    if (kFourLanes && count >= 4 && rule != Passing::Equal) {
+        double least = 0.0, greatest = 0.0;
+        const int direction = SpotDirection(comparison, x);
+        if (direction != 0 && SpotRangeInLanes(points, count, least, greatest) &&
+            !Passes(rule, Difference(comparison, direction > 0 ? greatest : least, x), bound))
+            return count;
+    }
     if (kFourLanes) {
         switch (rule) {
             case Passing::Above: scanned = FirstInLanes<_CMP_GT_OQ>(bound, comparison, points, count, x); break;
