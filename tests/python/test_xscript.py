@@ -1,9 +1,11 @@
+import json
 import math
 import os
 import re
 
 import numpy as np
 import pytest
+import yaml
 from scipy import integrate
 from scipy.stats import norm
 
@@ -105,6 +107,21 @@ def test_price_does_not_depend_on_thread_count(monkeypatch):
     monkeypatch.setenv("ZEP_RUNMODE", "GPU")
     prices.append(p.Price())
     assert len(set(prices)) == 1, prices
+
+
+@pytest.mark.parametrize("model", ["BlackScholes", "Heston"])
+def test_greeks_of_one_pass_do_not_depend_on_thread_count(monkeypatch, model):
+    # Markets that read another's paths do so inside each worker's chunk of paths.
+    monkeypatch.setenv("ZEP_SDP_NUMSIMULATION", "3001")
+    definition = yaml.safe_load(open(EXAMPLE))
+    if model == "Heston":
+        definition["model"] = {"type": model, "parameters": [1.5, 0.04, 0.4, -0.6, 0.04]}
+    text = json.dumps(definition, default=str)
+    greeks = []
+    for threads in ("1", "2", "3"):
+        monkeypatch.setenv("ZEP_NUM_THREADS", threads)
+        greeks.append(zep.MXScriptStructure.FromDefinition(text).AllGreeks())
+    assert greeks[0] == greeks[1] == greeks[2]
 
 
 def test_daily_steps_setting_keeps_european_price(monkeypatch):
