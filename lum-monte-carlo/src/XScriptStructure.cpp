@@ -122,6 +122,31 @@ Date ShiftedDate(const Date& today, std::int32_t days, const char* message) {
     return Date(today.SerialNumber() + days);
 }
 
+// Markets on one grid and one volatility whose model's paths move with the forward differ in
+// their paths by the forward's move alone: one of them (the unmoved one when there is one) runs
+// the model, the others read its paths times exp(ln(S1 / S0) + (drift1 - drift0) t).
+void ShareForwardMoves(const XScriptInputs& in, const std::vector<MarketShift>& shifts,
+                       std::vector<ScriptMarket<double>>& markets) {
+    if (!markets.front().model->PathsMoveWithForward()) return;
+    const auto samePaths = [](const MarketShift& a, const MarketShift& b) {
+        return a.volatility == b.volatility && a.timeDays == b.timeDays && a.spotDays == b.spotDays;
+    };
+    const auto unmoved = [](const MarketShift& s) { return s.spot == 0.0 && s.rate1 == 0.0 && s.rate2 == 0.0; };
+    for (std::size_t k = 0; k < shifts.size(); ++k) {
+        std::ptrdiff_t source = -1;
+        for (std::size_t j = 0; j < shifts.size() && source < 0; ++j)
+            if (samePaths(shifts[j], shifts[k]) && unmoved(shifts[j])) source = static_cast<std::ptrdiff_t>(j);
+        for (std::size_t j = 0; j < shifts.size() && source < 0; ++j)
+            if (samePaths(shifts[j], shifts[k])) source = static_cast<std::ptrdiff_t>(j);
+        if (source == static_cast<std::ptrdiff_t>(k)) continue;
+        const MarketShift& from = shifts[source];
+        const double spotMove = (in.spot + shifts[k].spot) / (in.spot + from.spot);
+        const double driftMove = (shifts[k].rate1 - from.rate1) - (shifts[k].rate2 - from.rate2);
+        markets[k].source = source;
+        for (const double t : markets[k].grid.times) markets[k].pathFactors.push_back(spotMove * std::exp(driftMove * t));
+    }
+}
+
 std::optional<std::int64_t> PositiveInteger(const std::optional<std::string>& text) {
     if (!text) return std::nullopt;
     std::int64_t value = 0;
@@ -168,64 +193,73 @@ OutcomeKey XScriptStructure::KeyOf(const MarketShift& shift, std::int64_t paths,
 PricingOutcome XScriptStructure::Simulate(const MarketShift& shift, std::int64_t paths,
                                           bool smoothed) const {
     const OutcomeKey key = KeyOf(shift, paths, smoothed);
-    return m_outcomes.Get(key, [&] { return Run({shift}, paths, smoothed, key.threads).front(); });
+    return m_outcomes.Get(key, [&] { return Run({shift}, MarketsOf({shift}), paths, smoothed, key.threads).front(); });
 }
 
 void XScriptStructure::SimulateTogether(const std::vector<MarketShift>& shifts, std::int64_t paths,
                                         bool smoothed) const {
-    // Markets on the same dates share one simulation, whatever their number: a run keeps sums
-    // per market, not paths.
-    std::map<std::pair<std::int32_t, std::int32_t>, std::vector<MarketShift>> byDates;
+    // Markets whose grids take as many steps share one simulation, whatever their number: a run
+    // keeps sums per market, not paths.
     std::set<OutcomeKey> pending;
+    std::vector<MarketShift> missing;
     for (const MarketShift& shift : shifts) {
         const OutcomeKey key = KeyOf(shift, paths, smoothed);
-        if (!m_outcomes.Contains(key) && pending.insert(key).second)
-            byDates[{shift.timeDays, shift.spotDays}].push_back(shift);
+        if (!m_outcomes.Contains(key) && pending.insert(key).second) missing.push_back(shift);
     }
-    for (const auto& [dates, markets] : byDates) {
-        const std::size_t threads = KeyOf(markets.front(), paths, smoothed).threads;
-        std::vector<PricingOutcome> outcomes = Run(markets, paths, smoothed, threads);
-        for (std::size_t k = 0; k < markets.size(); ++k)
-            m_outcomes.Put(KeyOf(markets[k], paths, smoothed), std::move(outcomes[k]));
+    if (missing.empty()) return;
+    std::vector<ScriptMarket<double>> markets = MarketsOf(missing);
+    std::map<std::size_t, std::vector<std::size_t>> bySteps;  // grid steps -> indexes of `missing`
+    for (std::size_t k = 0; k < markets.size(); ++k) bySteps[markets[k].grid.Steps()].push_back(k);
+    const std::size_t threads = KeyOf(missing.front(), paths, smoothed).threads;
+    for (const auto& [steps, members] : bySteps) {
+        std::vector<MarketShift> groupShifts;
+        std::vector<ScriptMarket<double>> group;
+        for (const std::size_t k : members) {
+            groupShifts.push_back(missing[k]);
+            group.push_back(std::move(markets[k]));
+        }
+        std::vector<PricingOutcome> outcomes = Run(groupShifts, std::move(group), paths, smoothed, threads);
+        for (std::size_t i = 0; i < members.size(); ++i)
+            m_outcomes.Put(KeyOf(missing[members[i]], paths, smoothed), std::move(outcomes[i]));
     }
 }
 
-std::vector<PricingOutcome> XScriptStructure::Run(const std::vector<MarketShift>& shifts,
-                                                  std::int64_t paths, bool smoothed,
-                                                  std::size_t threads) const {
-    const MarketShift& dates = shifts.front();
-    const Date modelDate = ShiftedDate(
-        ShiftedDate(m_inputs.today, dates.timeDays,
-                    "Invalid date: today + delta_days < 1 in time calculation"),
-        dates.spotDays, "Invalid date: today + delta_days < 1 in spot_time calculation");
-    const Date discountDate = ShiftedDate(m_inputs.today, dates.timeDays,
-                                          "Invalid date: today + delta_days < 1 in time calculation");
-
+std::vector<ScriptMarket<double>> XScriptStructure::MarketsOf(const std::vector<MarketShift>& shifts) const {
     std::vector<ScriptMarket<double>> markets;
     for (const MarketShift& shift : shifts) {
-        ScriptMarket<double> market{MakeScriptModel(m_inputs.model, ShiftedModelInputs(m_inputs, shift), m_inputs.spot),
-                                    {}, m_inputs.spot + shift.spot};
+        const Date discountDate = ShiftedDate(m_inputs.today, shift.timeDays,
+                                              "Invalid date: today + delta_days < 1 in time calculation");
+        const Date modelDate = ShiftedDate(discountDate, shift.spotDays,
+                                           "Invalid date: today + delta_days < 1 in spot_time calculation");
+        ScriptMarket<double> market;
+        market.model = MakeScriptModel(m_inputs.model, ShiftedModelInputs(m_inputs, shift), m_inputs.spot);
+        market.spot = m_inputs.spot + shift.spot;
         const double discountRate = m_inputs.rate1 + shift.rate1 + shift.discount;
+        std::vector<std::int32_t> modelDays;
         for (const Date& event : m_inputs.eventDates) {
             const double t = std::max(event.SerialNumber() - discountDate.SerialNumber(), 0) /
                              m_inputs.dayBasis;
             market.numeraires.push_back(std::exp(-discountRate * t));
+            modelDays.push_back(event.SerialNumber() - modelDate.SerialNumber());
         }
+        market.grid = BuildSimulationGrid(modelDays, m_inputs.dayBasis, MaxStepDays(*market.model));
         markets.push_back(std::move(market));
     }
-    std::vector<std::int32_t> modelDays;
-    for (const Date& event : m_inputs.eventDates) modelDays.push_back(event.SerialNumber() - modelDate.SerialNumber());
-    SimulationGrid grid = BuildSimulationGrid(modelDays, m_inputs.dayBasis, MaxStepDays(*markets.front().model));
-    const std::size_t steps = grid.Steps();
-    const std::size_t draws = steps * markets.front().model->FactorsPerStep();
+    return markets;
+}
+
+std::vector<PricingOutcome> XScriptStructure::Run(const std::vector<MarketShift>& shifts,
+                                                  std::vector<ScriptMarket<double>> markets,
+                                                  std::int64_t paths, bool smoothed,
+                                                  std::size_t threads) const {
+    ShareForwardMoves(m_inputs, shifts, markets);
     std::unique_ptr<RandomGen> generator;
     if (m_inputs.quasiRandom)
-        generator = std::make_unique<QmcRanGen>(draws);
+        generator = std::make_unique<QmcRanGen>(markets.front().grid.Steps() * markets.front().model->FactorsPerStep());
     else
         generator = std::make_unique<BasicRanGen>(m_inputs.seed);
-
-    ScriptSimulator<double> simulator(std::move(markets), std::move(generator), std::move(grid), m_payoff,
-                                      smoothed);
+    ScriptSimulator<double> simulator(std::move(markets), std::move(generator), m_payoff, smoothed);
+    const std::size_t steps = simulator.Steps();
     std::vector<PricingOutcome> outcomes;
     for (SimulationResult& result : simulator.RunMarkets(static_cast<std::size_t>(paths), threads))
         outcomes.push_back(PricingOutcome{m_payoff->VariableNames(), std::move(result), steps});

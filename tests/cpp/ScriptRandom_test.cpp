@@ -152,18 +152,21 @@ TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandom
 
 // Runs of identical guard events, checked as one run, against the tree evaluators date by date:
 // every comparison form, sharp and smoothed (a narrow band, a wide one), a guard that reads the
-// variable it sets (checked date by date), and spots that sit on the barrier, cross it at every
+// variable it sets (checked date by date), guards that fall as the spot rises or whose factor is
+// zero or whose other side is infinite, and spots that sit on the barrier, cross it at every
 // position of a run or are NaN.
 TEST(ScriptCompiler, RunsOfIdenticalGuardsGiveTheTreeEvaluatorsValues) {
     const std::vector<std::string> guards = {
         "IF SPOT() / S0 < KI THEN HIT = 1 ENDIF",   "IF SPOT() / S0 <= KI THEN HIT = 1 ENDIF",
         "IF SPOT() / S0 = KI THEN HIT = 1 ENDIF",   "IF SPOT() * 0.01 > 1.3; 0.05 THEN HIT = 2 ENDIF",
-        "IF SPOT() >= 130; 0 THEN HIT = 3 ENDIF",   "IF HIT < SPOT() / S0 THEN HIT = 0.9 ENDIF"};
+        "IF SPOT() >= 130; 0 THEN HIT = 3 ENDIF",   "IF HIT < SPOT() / S0 THEN HIT = 0.9 ENDIF",
+        "IF SPOT() / DOWN > -80 THEN HIT = 4 ENDIF", "IF 125 < SPOT() * UP THEN HIT = 5 ENDIF",
+        "IF SPOT() * ZERO >= 0 THEN HIT = 6 ENDIF",  "IF SPOT() / S0 > FAR THEN HIT = 7 ENDIF"};
     std::mt19937 random(20241124);
     std::normal_distribution<double> step(0.0, 0.03);
     for (const std::string& guard : guards) {
         constexpr int kDates = 23;  // five runs of four and a tail
-        std::vector<std::string> scripts = {"S0 = 100 KI = 0.7 HIT = 0.25"};
+        std::vector<std::string> scripts = {"S0 = 100 KI = 0.7 HIT = 0.25 DOWN = -1 UP = 1 ZERO = 0 FAR = -1E308 * 10"};
         for (int d = 0; d < kDates; ++d) scripts.push_back(guard);
         scripts.push_back("P PAYS HIT");
         const zep::ScriptProduct product(zep::testing::MonthlyDates(scripts.size()), scripts);

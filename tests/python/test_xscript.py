@@ -1,9 +1,11 @@
+import json
 import math
 import os
 import re
 
 import numpy as np
 import pytest
+import yaml
 from scipy import integrate
 from scipy.stats import norm
 
@@ -105,6 +107,21 @@ def test_price_does_not_depend_on_thread_count(monkeypatch):
     monkeypatch.setenv("ZEP_RUNMODE", "GPU")
     prices.append(p.Price())
     assert len(set(prices)) == 1, prices
+
+
+@pytest.mark.parametrize("model", ["BlackScholes", "Heston"])
+def test_greeks_of_one_pass_do_not_depend_on_thread_count(monkeypatch, model):
+    # Markets that read another's paths do so inside each worker's chunk of paths.
+    monkeypatch.setenv("ZEP_SDP_NUMSIMULATION", "3001")
+    definition = yaml.safe_load(open(EXAMPLE))
+    if model == "Heston":
+        definition["model"] = {"type": model, "parameters": [1.5, 0.04, 0.4, -0.6, 0.04]}
+    text = json.dumps(definition, default=str)
+    greeks = []
+    for threads in ("1", "2", "3"):
+        monkeypatch.setenv("ZEP_NUM_THREADS", threads)
+        greeks.append(zep.MXScriptStructure.FromDefinition(text).AllGreeks())
+    assert greeks[0] == greeks[1] == greeks[2]
 
 
 def test_daily_steps_setting_keeps_european_price(monkeypatch):
@@ -271,3 +288,29 @@ def test_example_autocallable_prices_sensibly(monkeypatch):
     assert greeks == note.BasicGreeks()
     assert greeks["Delta"] < 0  # the note gains with the spot; Delta carries the minus sign
     assert 0 < note.ResultByVariable()["KI"] < 0.3
+
+
+def test_greeks_of_one_pass_equal_separate_repricings(monkeypatch):
+    # AllGreeks simulates every moved market in one pass over the paths; each repricing below
+    # runs alone on a note of its own, with the same seed. Spot and rate moves of Black-Scholes
+    # reuse the unmoved paths moved by the forward, so they agree to rounding, not bit for bit.
+    monkeypatch.setenv("ZEP_SDP_NUMSIMULATION", "2000")
+    greeks = zep.MXScriptStructure.FromFile(EXAMPLE).AllGreeks()
+
+    def alone(field, shift):
+        return zep.MXScriptStructure.FromFile(EXAMPLE).Reprice(field, shift)
+
+    h, g, point, bp = 0.01, 1.0, 0.01, 1e-4  # Delta's shift here is spot * 1e-4
+    base = alone("spot", 0.0)
+    separate = {
+        "Delta": -(alone("spot", h) - alone("spot", -h)) / (2 * h),
+        "Gamma": (alone("spot", g) - 2 * base + alone("spot", -g)) / (g * g),
+        "Vega": (alone("spot_volatility", point) - alone("spot_volatility", -point)) / 2,
+        "Volga": alone("spot_volatility", point) - 2 * base + alone("spot_volatility", -point),
+        "Rho": (alone("rate1", bp) - alone("rate1", -bp)) / 2,
+        "Theta": alone("time", 1) - base,
+    }
+    for name, value in separate.items():
+        assert greeks[name] == pytest.approx(value, rel=1e-10, abs=0), name
+    assert (greeks["Vega"], greeks["Volga"], greeks["Theta"]) == (
+        separate["Vega"], separate["Volga"], separate["Theta"])

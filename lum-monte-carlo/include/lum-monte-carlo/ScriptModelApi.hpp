@@ -42,6 +42,10 @@ public:
     virtual std::size_t FactorsPerStep() const = 0;
     // True when one step of any length is exact in law, so the grid may jump event to event.
     virtual bool StepsExactly() const = 0;
+    // True when moving the spot, or the rates by a constant, multiplies every simulated spot by
+    // the forward's move to its time and changes nothing else (the law of S / F does not depend
+    // on S0 or on the rates): the paths of such moved markets need no model run of their own.
+    virtual bool PathsMoveWithForward() const { return false; }
 
     // Fixes the grid once per run (times in years, increasing, first after 0); SimulatePath
     // then reads only constant data and may be called from several threads at once.

@@ -14,6 +14,7 @@ public:
     ModelType Type() const override { return ModelType::BlackScholes; }
     std::size_t FactorsPerStep() const override { return 1; }
     bool StepsExactly() const override { return true; }
+    bool PathsMoveWithForward() const override { return true; }
     void SetGrid(const std::vector<T>& times) override;
     void SimulatePath(const T* normals, T* spots) const override;
     void SimulatePaths(const T* normals, std::size_t paths, std::size_t steps, T* spots) const override;

@@ -20,6 +20,7 @@ public:
     ModelType Type() const override { return ModelType::Heston; }
     std::size_t FactorsPerStep() const override { return 2; }
     bool StepsExactly() const override { return false; }
+    bool PathsMoveWithForward() const override { return true; }
     void SetGrid(const std::vector<T>& times) override;
     void SimulatePath(const T* normals, T* spots) const override;
 

@@ -19,6 +19,7 @@
 #include "lum-monte-carlo/OutcomeCache.hpp"
 #include "lum-monte-carlo/PathPayoff.hpp"
 #include "lum-monte-carlo/ScriptModelApi.hpp"
+#include "lum-monte-carlo/ScriptSimulator.hpp"
 #include "lum-monte-carlo/Simulator.hpp"
 #include "lum-time/Date.hpp"
 
@@ -79,8 +80,9 @@ public:
     // A full simulation with `paths` paths under the shifted market; run once per product and
     // settings, then read from the product's outcome cache.
     PricingOutcome Simulate(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
-    // Simulates every shift not simulated yet into the outcome cache; shifts that keep the time
-    // grid (all but moves of the dates) share one simulation of the paths' draws.
+    // Simulates every shift not simulated yet into the outcome cache; shifts whose time grids
+    // take as many steps (all of the Greeks' under an event-to-event model) share one
+    // simulation of the paths' draws.
     void SimulateTogether(const std::vector<MarketShift>& shifts, std::int64_t paths, bool smoothed) const;
     double Price() const;
     double PriceStandardError() const;
@@ -99,8 +101,12 @@ public:
 
 private:
     OutcomeKey KeyOf(const MarketShift& shift, std::int64_t paths, bool smoothed) const;
-    // One simulation of the markets of `shifts`, which all move the dates alike.
-    std::vector<PricingOutcome> Run(const std::vector<MarketShift>& shifts, std::int64_t paths,
+    // Each shift's model, numeraires and grid.
+    std::vector<ScriptMarket<double>> MarketsOf(const std::vector<MarketShift>& shifts) const;
+    // One simulation of the markets of `shifts`, whose grids take as many steps: one outcome
+    // per market.
+    std::vector<PricingOutcome> Run(const std::vector<MarketShift>& shifts,
+                                    std::vector<ScriptMarket<double>> markets, std::int64_t paths,
                                     bool smoothed, std::size_t threads) const;
     PricingOutcome BaseOutcome() const;
     std::size_t PriceIndex(const PricingOutcome& outcome, const char* missingMessage) const;
