@@ -38,6 +38,8 @@ struct Shock;
 }
 }
 %template(ShockVector) std::vector<zep::scenario::Shock>;
+// A shock is made by the factory of its factor family, which checks the factor and the size.
+%nodefaultctor zep::scenario::Shock;
 %immutable;
 %include "lum-risk-metrics/Scenario.hpp"
 %mutable;
