@@ -77,6 +77,19 @@ def test_an_option_under_a_spot_and_vol_scenario_is_worth_the_option_on_the_move
     assert scenario.PV(adapter) == pytest.approx(expected, rel=1e-12)
 
 
+@pytest.mark.parametrize("mode, moved_spot", [
+    (zep.ScenarioGroupApplyMode_PARALLEL, 1.08 * (1 + 0.04 + 0.03) + 0.01),
+    (zep.ScenarioGroupApplyMode_SEQUENTIAL, (1.08 * 1.04 + 0.01) * 1.03),
+], ids=["parallel", "sequential"])
+def test_parallel_shocks_add_their_moves_and_sequential_ones_apply_in_turn(mode, moved_spot):
+    shocks = [zep.Shock.Spot("EURUSD", zep.FXForwardFactor_SPOT_SHOCK, 0.04, zep.ShockType_RELATIVE),
+              zep.Shock.Spot("EURUSD", zep.FXForwardFactor_SPOT_SHOCK, 0.01, zep.ShockType_ABSOLUTE),
+              zep.Shock.Spot("EURUSD", zep.FXForwardFactor_SPOT_SHOCK, 0.03, zep.ShockType_RELATIVE)]
+    scenario = zep.Scenario("fx", shocks, type=zep.Scenario_ScenarioType_CUSTOM, mode=mode)
+    adapter = zep.VanillaOptionAdapter(option_at(1.08, 0.09), "EURUSD")
+    assert scenario.PV(adapter) == pytest.approx(option_at(moved_spot, 0.09).PV(), rel=1e-12)
+
+
 def test_var_of_a_single_linear_trade_is_the_quantile_of_its_hand_computed_pnl():
     rng = numpy.random.default_rng(7)
     spots = 1.08 * numpy.exp(numpy.cumsum(rng.normal(0.0, 0.006, 251)))
