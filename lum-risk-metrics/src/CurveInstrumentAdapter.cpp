@@ -1,9 +1,20 @@
 #include "lum-risk-metrics/CurveInstrumentAdapter.hpp"
 
+#include "lum-risk-metrics/ShockedMarket.hpp"
+
 namespace zep::metrics {
 
 double CurveInstrumentAdapter::DV01() const {
     return CentralDV01([this](MovedCurves& curves) { return PVOn(curves); });
+}
+
+double CurveInstrumentAdapter::PVUnder(scenario::ShockedMarket& market) const { return PVOn(market.Curves()); }
+
+std::vector<std::string> CurveInstrumentAdapter::MarketNames() const {
+    std::vector<std::string> names;
+    for (const auto& curve : Curves())
+        if (!curve->Label().empty()) names.push_back(curve->Label());
+    return names;
 }
 
 MetricResultVector CurveInstrumentAdapter::EvaluateProfile(Metric metric) const {

@@ -11,11 +11,20 @@ YieldCurve ParallelShifted(const YieldCurve& curve, double shift) {
 }
 
 YieldCurve PillarShifted(const YieldCurve& curve, std::size_t pillar, double shift) {
+    if (pillar >= curve.Dates().size()) throw std::out_of_range("The curve has no pillar " + std::to_string(pillar) + ".");
+    std::vector<double> shifts(curve.Dates().size(), 0.0);
+    shifts[pillar] = shift;
+    return PillarsShifted(curve, shifts);
+}
+
+YieldCurve PillarsShifted(const YieldCurve& curve, const std::vector<double>& shifts) {
     if (curve.GetInterpolatedVariable() != ContinuousZeroRates || curve.IsParametricCurve() || curve.IsImpliedCurve())
         throw std::invalid_argument("Key rates need a curve whose pillars hold continuous zero rates.");
-    if (pillar >= curve.Dates().size()) throw std::out_of_range("The curve has no pillar " + std::to_string(pillar) + ".");
     std::vector<double> rates = curve.Variables();
-    rates[pillar] += shift;
+    if (shifts.size() != rates.size())
+        throw std::invalid_argument("The curve has " + std::to_string(rates.size()) + " pillars, not " +
+                                    std::to_string(shifts.size()) + ".");
+    for (std::size_t pillar = 0; pillar < rates.size(); ++pillar) rates[pillar] += shifts[pillar];
     YieldCurve shifted(curve.ReferenceDate(), curve.Dates(), rates, Continuous, curve.GetDayCounter(),
                        ContinuousZeroRates, curve.GetInterpolationMethod(), curve.Label());
     shifted.SetZeroRateSpread(curve.ZeroRateSpread());

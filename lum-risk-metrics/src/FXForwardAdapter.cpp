@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+#include "lum-risk-metrics/ShockedMarket.hpp"
+
 namespace zep::metrics {
 
 FXForwardAdapter::FXForwardAdapter(boost::shared_ptr<const FXForward> forward, FXForwardMarket market)
@@ -20,6 +22,17 @@ double FXForwardAdapter::PV(double spot, const YieldCurve& quoteCurve, const Yie
 
 double FXForwardAdapter::PVOn(MovedCurves& curves) const {
     return PV(m_market.spot, *curves.Of(m_market.quoteCurve), *curves.Of(m_market.baseCurve));
+}
+
+double FXForwardAdapter::PVUnder(scenario::ShockedMarket& market) const {
+    MovedCurves& curves = market.Curves();
+    return PV(market.Spot(m_market.pair, m_market.spot), *curves.Of(m_market.quoteCurve), *curves.Of(m_market.baseCurve));
+}
+
+std::vector<std::string> FXForwardAdapter::MarketNames() const {
+    std::vector<std::string> names = CurveInstrumentAdapter::MarketNames();
+    if (!m_market.pair.empty()) names.push_back(m_market.pair);
+    return names;
 }
 
 std::vector<boost::shared_ptr<const YieldCurve>> FXForwardAdapter::Curves() const {

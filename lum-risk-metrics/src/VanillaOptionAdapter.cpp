@@ -1,13 +1,34 @@
 #include "lum-risk-metrics/VanillaOptionAdapter.hpp"
 
+#include <cmath>
 #include <stdexcept>
 
 #include "lum-risk-metrics/CurveShift.hpp"
+#include "lum-risk-metrics/ShockedMarket.hpp"
 
 namespace zep::metrics {
 
-VanillaOptionAdapter::VanillaOptionAdapter(boost::shared_ptr<VanillaOption> option) : m_option(std::move(option)) {
+VanillaOptionAdapter::VanillaOptionAdapter(boost::shared_ptr<VanillaOption> option, std::string underlying)
+    : m_option(std::move(option)), m_underlying(std::move(underlying)) {
     if (!m_option) throw std::invalid_argument("VanillaOptionAdapter: the option is None.");
+}
+
+double VanillaOptionAdapter::PVUnder(scenario::ShockedMarket& market) const {
+    const VanillaOption& option = *m_option;
+    const double spot = market.Spot(m_underlying, option.GetSpot());
+    const double volatility = market.Volatility(m_underlying, option.GetVol());
+    BSVanilla engine = BSVanilla::FromForward(option.GetCallPutType(), option.GetStrike(), volatility,
+                                              option.GetTimeToExpiry(), option.GetTimeToDelivery(),
+                                              option.GetAccRate(), option.GetUndRate(),
+                                              option.GetForward() * spot / option.GetSpot(), spot);
+    const double pv = option.GetBuySell() * option.GetFaceValue() * engine.Price();
+    if (!std::isfinite(pv)) throw std::runtime_error(Describe() + ": the scenario PV is not a finite number.");
+    return pv;
+}
+
+std::vector<std::string> VanillaOptionAdapter::MarketNames() const {
+    if (m_underlying.empty()) return {};
+    return {m_underlying};
 }
 
 std::string VanillaOptionAdapter::Describe() const {

@@ -28,17 +28,18 @@ std::unique_ptr<metrics::SwapAdapter> RiskAdapters::Of(const MBasisSwap& swap) {
                                                   metrics::ProductType::BASIS_SWAP);
 }
 
-std::unique_ptr<metrics::FXForwardAdapter> RiskAdapters::Of(const MFXForwardOutright& forward) {
+std::unique_ptr<metrics::FXForwardAdapter> RiskAdapters::Of(const MFXForwardOutright& forward, const std::string& pair) {
     forward.Object("zep::python::FXForwardAdapter::FXForwardAdapter");
     const FXCurves& market = *forward.m_market;
     return std::make_unique<metrics::FXForwardAdapter>(
         forward.m_object, metrics::FXForwardMarket{market.spot, market.spotDate, market.quoteCurve, market.baseCurve,
-                                                   forward.m_forwardPoints, forward.m_pointScale});
+                                                   forward.m_forwardPoints, forward.m_pointScale, pair});
 }
 
-std::unique_ptr<metrics::VanillaOptionAdapter> RiskAdapters::Of(const MVanillaOption& option) {
+std::unique_ptr<metrics::VanillaOptionAdapter> RiskAdapters::Of(const MVanillaOption& option,
+                                                                 const std::string& underlying) {
     option.Object("zep::python::VanillaOptionAdapter::VanillaOptionAdapter");
-    return std::make_unique<metrics::VanillaOptionAdapter>(option.m_object);
+    return std::make_unique<metrics::VanillaOptionAdapter>(option.m_object, underlying);
 }
 
 }  // namespace zep::python

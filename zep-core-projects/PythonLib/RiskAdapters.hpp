@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "lum-risk-metrics/BondAdapter.hpp"
 #include "lum-risk-metrics/FXForwardAdapter.hpp"
@@ -22,8 +23,10 @@ struct RiskAdapters {
     static std::unique_ptr<metrics::BondAdapter> Of(const MBond& bond, double faceAmount);
     static std::unique_ptr<metrics::SwapAdapter> Of(const MVanillaSwap& swap);
     static std::unique_ptr<metrics::SwapAdapter> Of(const MBasisSwap& swap);
-    static std::unique_ptr<metrics::FXForwardAdapter> Of(const MFXForwardOutright& forward);
-    static std::unique_ptr<metrics::VanillaOptionAdapter> Of(const MVanillaOption& option);
+    // pair, underlying: the name scenarios shock the spot (and the option's volatility) by.
+    static std::unique_ptr<metrics::FXForwardAdapter> Of(const MFXForwardOutright& forward, const std::string& pair);
+    static std::unique_ptr<metrics::VanillaOptionAdapter> Of(const MVanillaOption& option,
+                                                             const std::string& underlying);
 };
 
 }  // namespace zep::python

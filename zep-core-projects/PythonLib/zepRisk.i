@@ -47,7 +47,8 @@ returning a number.";
 "What every adapter answers: Compute(metric) gives a MetricResult, Compute([metrics]) a
 MetricResultVector; Profile(metric) the buckets of a bucketed metric (Metric_KEY_RATE_DV01: one
 result per curve pillar, labelled '<curve>:<date>'); Product() the ProductType_* code; Describe()
-the instrument in words.";
+the instrument in words; MarketNames() the curve labels and underlying names scenarios shock it
+by.";
 %feature("docstring") zep::metrics::BondAdapter
 "A fixed-rate bond for the risk layer: BondAdapter(bond, faceAmount=100) from an MBond built with
 its discount curve. PV, MARKET_VALUE, NPV, DV01 (per basis point up, central difference),
@@ -58,11 +59,13 @@ MARKET_VALUE, NPV, DV01 (every curve of the swap one basis point up), PAR_RATE (
 fixed-rate swaps only);
 Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::metrics::FXForwardAdapter
-"An outright FX forward for the risk layer: FXForwardAdapter(forward) from an MFXForwardOutright.
+"An outright FX forward for the risk layer: FXForwardAdapter(forward, pair='') from an
+MFXForwardOutright; scenarios shock its spot by the name pair.
 PV, MARKET_VALUE, NPV (quote currency), FX_DELTA (per 1% on spot), DV01 (both curves);
 Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::metrics::VanillaOptionAdapter
-"A vanilla option for the risk layer: VanillaOptionAdapter(option) from an MVanillaOption. PV,
+"A vanilla option for the risk layer: VanillaOptionAdapter(option, underlying='') from an
+MVanillaOption; scenarios shock its spot and volatility by the name underlying. PV,
 MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), THETA (per
 day), RHO (per basis point).";
 %feature("docstring") zep::metrics::Portfolio
@@ -81,6 +84,7 @@ public:
     virtual std::string Describe() const;
     MetricResult Compute(Metric metric) const;
     MetricResultVector Profile(Metric metric) const;
+    std::vector<std::string> MarketNames() const;
     %extend {
         std::vector<zep::metrics::MetricResult> Compute(const std::vector<int>& metrics) const {
             std::vector<zep::metrics::Metric> codes;
@@ -110,8 +114,8 @@ public:
 class FXForwardAdapter : public InstrumentAdapter {
 public:
     %extend {
-        FXForwardAdapter(const zep::python::MFXForwardOutright& forward) {
-            return zep::python::RiskAdapters::Of(forward).release();
+        FXForwardAdapter(const zep::python::MFXForwardOutright& forward, const std::string& pair = "") {
+            return zep::python::RiskAdapters::Of(forward, pair).release();
         }
     }
 };
@@ -119,8 +123,8 @@ public:
 class VanillaOptionAdapter : public InstrumentAdapter {
 public:
     %extend {
-        VanillaOptionAdapter(const zep::python::MVanillaOption& option) {
-            return zep::python::RiskAdapters::Of(option).release();
+        VanillaOptionAdapter(const zep::python::MVanillaOption& option, const std::string& underlying = "") {
+            return zep::python::RiskAdapters::Of(option, underlying).release();
         }
     }
 };

@@ -93,3 +93,4 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 %include "zepRateDerivatives.i"
 // Risk metrics read the instruments above.
 %include "zepRisk.i"
+%include "zepScenario.i"

@@ -12,6 +12,11 @@
 namespace zep::metrics {
 
 class CurveInstrumentAdapter : public InstrumentAdapter {
+public:
+    double PVUnder(scenario::ShockedMarket& market) const override;
+    // The labels of its curves; an unlabelled curve cannot be named by a scenario.
+    std::vector<std::string> MarketNames() const override;
+
 protected:
     // The PV on the curves `curves` hands out in place of the instrument's own.
     virtual double PVOn(MovedCurves& curves) const = 0;

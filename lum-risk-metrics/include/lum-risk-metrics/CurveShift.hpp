@@ -23,6 +23,8 @@ YieldCurve ParallelShifted(const YieldCurve& curve, double shift);
 // Fails for a curve whose pillars hold anything but continuous zero rates, or rates from a model
 // or another currency: such a curve has no pillar rate to move.
 YieldCurve PillarShifted(const YieldCurve& curve, std::size_t pillar, double shift);
+// Every pillar's rate moved by its own shift (one per pillar), in one rebuild of the curve.
+YieldCurve PillarsShifted(const YieldCurve& curve, const std::vector<double>& shifts);
 
 // The curves an instrument reads, each replaced by its moved copy (one per distinct curve, so an
 // instrument that discounts and projects on one curve sees one move, not two). A curve the move

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include <boost/shared_ptr.hpp>
 
@@ -19,6 +20,7 @@ struct FXForwardMarket {
     boost::shared_ptr<const YieldCurve> baseCurve;
     std::optional<double> forwardPoints;  // quoted points replace the curves' outright
     double pointScale = 1e4;
+    std::string pair;  // the name scenarios shock the spot by ("EURUSD"); empty: never shocked
 };
 
 class FXForwardAdapter : public CurveInstrumentAdapter {
@@ -27,6 +29,9 @@ public:
 
     ProductType Product() const override { return ProductType::FX_FORWARD; }
     std::string Describe() const override { return m_forward->Describe(); }
+    // Forward points, when quoted, stay as they are: a spot shock moves the outright one for one.
+    double PVUnder(scenario::ShockedMarket& market) const override;
+    std::vector<std::string> MarketNames() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;

@@ -9,6 +9,10 @@
 
 #include "lum-risk-metrics/MetricResult.hpp"
 
+namespace zep::scenario {
+class ShockedMarket;
+}
+
 namespace zep::metrics {
 
 class InstrumentAdapter {
@@ -24,6 +28,13 @@ public:
     // A bucketed metric, one labelled result per bucket (KEY_RATE_DV01: per curve pillar); any
     // other metric gives its one result.
     MetricResultVector Profile(Metric metric) const;
+
+    // Full revaluation: the PV on the market a scenario leaves. Unlike Compute it throws, with
+    // the library's message, since a scenario P&L has no unavailable form.
+    virtual double PVUnder(scenario::ShockedMarket& market) const = 0;
+    // The names of the market objects the PV reads (curve labels, the underlying), by which a
+    // scenario tells whether it touches the trade.
+    virtual std::vector<std::string> MarketNames() const = 0;
 
 protected:
     // The family's own computation; metrics it does not know are unavailable.

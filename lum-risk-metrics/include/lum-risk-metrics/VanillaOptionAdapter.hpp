@@ -4,6 +4,8 @@
 // volatility point, THETA per calendar day, RHO per basis point of the domestic rate.
 #pragma once
 
+#include <string>
+
 #include <boost/shared_ptr.hpp>
 
 #include "lum-closed-form/VanillaOption.hpp"
@@ -13,10 +15,16 @@ namespace zep::metrics {
 
 class VanillaOptionAdapter : public InstrumentAdapter {
 public:
-    explicit VanillaOptionAdapter(boost::shared_ptr<VanillaOption> option);
+    // underlying: the name scenarios shock its spot and its volatility by ("EURUSD"); empty:
+    // never shocked.
+    explicit VanillaOptionAdapter(boost::shared_ptr<VanillaOption> option, std::string underlying = "");
 
     ProductType Product() const override { return ProductType::FX_VANILLA_OPTION; }
     std::string Describe() const override;
+    // Under a shocked spot and volatility, its dates and carry rates unchanged: the forward
+    // moves with the spot. The option reads its rates at one maturity, so curve shocks pass it by.
+    double PVUnder(scenario::ShockedMarket& market) const override;
+    std::vector<std::string> MarketNames() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;
@@ -25,6 +33,7 @@ private:
     // The engine caches its last figures, so the option is not const; the adapter's callers see
     // no change of state.
     boost::shared_ptr<VanillaOption> m_option;
+    std::string m_underlying;
 };
 
 }  // namespace zep::metrics

@@ -1,0 +1,32 @@
+// Historical value at risk of a portfolio: every past day's market moves replayed on today's
+// market (HistoricalScenarios), every position revalued in full (Revalue), and the tail of the
+// portfolio's P&L read at each confidence level (ValueAtRisk.hpp for the rank convention).
+// Component VaR is the Euler allocation of the historical VaR: each group's share is minus its own
+// P&L in the scenario at the VaR rank, so the components add up to the VaR exactly.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "lum-risk-metrics/HistoricalScenarios.hpp"
+#include "lum-risk-metrics/Portfolio.hpp"
+#include "lum-risk-metrics/ValueAtRisk.hpp"
+
+namespace zep::scenario {
+
+struct VaRFigures : TailFigures {
+    std::map<std::string, double> components;  // by group
+};
+
+struct HistoricalVaRReport {
+    std::vector<std::string> scenarioNames;
+    std::vector<double> pnl;  // the portfolio's P&L per scenario
+    std::vector<VaRFigures> figures;  // one per confidence level, in the order asked
+};
+
+// Groups are the values of the tag (positions without it under ""); an empty tag groups by trade.
+HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio, const FactorHistory& history,
+                                  const std::vector<double>& confidences, const std::string& tag = "");
+
+}  // namespace zep::scenario

@@ -1,0 +1,51 @@
+// The market one scenario leaves, as the trades read it: the shocks resolved per named object
+// once, and each shocked curve copied once and shared by every trade that reads it. Trades keep
+// their own market objects; they ask this view for their spot, their volatility and their curves
+// by name, and get back the base figure untouched when no shock names it. A curve is named by its
+// label, so an unlabelled curve is never shocked.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lum-risk-metrics/CurveShift.hpp"
+#include "lum-risk-metrics/Scenario.hpp"
+
+namespace zep::scenario {
+
+class ShockedMarket {
+public:
+    explicit ShockedMarket(const Scenario& scenario);
+    // Curve copies point back at this view.
+    ShockedMarket(const ShockedMarket&) = delete;
+    ShockedMarket& operator=(const ShockedMarket&) = delete;
+
+    // Fail when the shocks leave a spot or a volatility below zero (a spot at zero too).
+    double Spot(const std::string& underlying, double spot) const;
+    double Volatility(const std::string& underlying, double volatility) const;
+    metrics::MovedCurves& Curves() { return m_curves; }
+
+private:
+    // A level x becomes x * factor + shift.
+    struct LevelMove {
+        double factor = 1.0;
+        double shift = 0.0;
+        void Add(const Shock& shock, ScenarioGroupApplyMode mode);
+        double Of(double level) const { return level * factor + shift; }
+    };
+    struct CurveMove {
+        double level = 0.0;                  // in rate units
+        std::map<std::size_t, double> pillars;  // pillar -> rate move
+    };
+
+    std::optional<YieldCurve> Moved(const YieldCurve& curve) const;
+
+    std::map<std::string, LevelMove> m_spots;
+    std::map<std::string, LevelMove> m_volatilities;
+    std::map<std::string, CurveMove> m_curveMoves;
+    metrics::MovedCurves m_curves;
+};
+
+}  // namespace zep::scenario

@@ -1,0 +1,82 @@
+#include "lum-risk-metrics/Scenario.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace zep::scenario {
+namespace {
+
+void RequireShock(const std::string& target, double size, const char* what) {
+    if (target.empty()) throw std::invalid_argument(std::string("A ") + what + " shock needs the name of what it moves.");
+    if (!std::isfinite(size))
+        throw std::invalid_argument("The " + std::string(what) + " shock of '" + target + "' is not a finite number.");
+}
+
+constexpr const char* kCurveFactors[] = {"LEVEL", "SLOPE", "CURVATURE", "KEY_RATE", "TWIST_SHORT_LONG"};
+constexpr const char* kFXFactors[] = {"SPOT_SHOCK", "FORWARD_POINTS_LEVEL", "FORWARD_POINTS_SLOPE", "KEY_TENOR_SHOCK"};
+constexpr const char* kVolFactors[] = {"ATM_VOL_LEVEL", "VOL_TERM_STRUCTURE", "RISK_REVERSAL_25D", "BUTTERFLY_25D",
+                                       "RISK_REVERSAL_10D", "BUTTERFLY_10D", "VOL_SMILE_SHIFT"};
+
+template <std::size_t N>
+std::string FactorName(const char* const (&names)[N], int code) {
+    if (code < 0 || static_cast<std::size_t>(code) >= N) return "factor " + std::to_string(code);
+    return names[code];
+}
+
+std::string FactorName(FactorFamily family, int code) {
+    switch (family) {
+        case FactorFamily::YIELD_CURVE: return FactorName(kCurveFactors, code);
+        case FactorFamily::FX: return FactorName(kFXFactors, code);
+        default: return FactorName(kVolFactors, code);
+    }
+}
+
+// The factors a shock can move today; the other codes of each group are refused by name.
+void RequireSupported(bool supported, FactorFamily family, int code, const char* supportedNames) {
+    if (!supported)
+        throw std::invalid_argument("The factor " + FactorName(family, code) + " is not supported as a shock: " +
+                                    supportedNames + ".");
+}
+
+}  // namespace
+
+Shock Shock::Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar) {
+    RequireShock(curve, basisPoints, "curve");
+    RequireSupported(factor == YieldCurveFactor::LEVEL || factor == YieldCurveFactor::KEY_RATE,
+                     FactorFamily::YIELD_CURVE, static_cast<int>(factor), "LEVEL and KEY_RATE are");
+    return {std::move(curve), FactorFamily::YIELD_CURVE, static_cast<int>(factor), basisPoints, ShockType::ABSOLUTE,
+            factor == YieldCurveFactor::KEY_RATE ? pillar : 0};
+}
+
+Shock Shock::Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type) {
+    RequireShock(underlying, size, "spot");
+    RequireSupported(factor == FXForwardFactor::SPOT_SHOCK, FactorFamily::FX, static_cast<int>(factor),
+                     "SPOT_SHOCK is");
+    return {std::move(underlying), FactorFamily::FX, static_cast<int>(factor), size, type, 0};
+}
+
+Shock Shock::Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type) {
+    RequireShock(underlying, size, "volatility");
+    RequireSupported(factor == VolSurfaceFactor::ATM_VOL_LEVEL, FactorFamily::VOL_SURFACE, static_cast<int>(factor),
+                     "ATM_VOL_LEVEL is");
+    return {std::move(underlying), FactorFamily::VOL_SURFACE, static_cast<int>(factor), size, type, 0};
+}
+
+std::string Shock::Describe() const {
+    std::string text = target + " " + FactorName(family, factor);
+    if (family == FactorFamily::YIELD_CURVE && factor == static_cast<int>(YieldCurveFactor::KEY_RATE))
+        text += " pillar " + std::to_string(pillar);
+    return text;
+}
+
+Scenario::Scenario(std::string name, std::vector<Shock> shocks, ScenarioType type, ScenarioGroupApplyMode mode)
+    : m_name(std::move(name)), m_shocks(std::move(shocks)), m_type(type), m_mode(mode) {}
+
+bool Scenario::Touches(const std::vector<std::string>& marketNames) const {
+    return std::any_of(m_shocks.begin(), m_shocks.end(), [&](const Shock& shock) {
+        return std::find(marketNames.begin(), marketNames.end(), shock.target) != marketNames.end();
+    });
+}
+
+}  // namespace zep::scenario

@@ -1,0 +1,161 @@
+// Market scenarios and historical value at risk: shocks by the factor codes (YieldCurveFactor_*,
+// FXForwardFactor_*, VolSurfaceFactor_*) naming the curve or underlying they move, scenarios as
+// shock lists revalued in full, and the historical VaR of a portfolio from a history of factor
+// levels.
+%{
+#include "lum-risk-metrics/HistoricalVaR.hpp"
+#include "lum-risk-metrics/ScenarioRevaluation.hpp"
+#include "lum-risk-metrics/ShockedMarket.hpp"
+
+namespace zep::python {
+// The history as the proxy hands it over: the factors and one row of levels per day.
+inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio,
+                                                   const std::vector<scenario::Shock>& factors,
+                                                   const std::vector<std::vector<double>>& levels,
+                                                   const std::vector<double>& confidences, const std::string& tag) {
+    return scenario::HistoricalVaR(portfolio, {factors, levels}, confidences, tag);
+}
+}  // namespace zep::python
+%}
+
+%feature("docstring") zep::scenario::Shock
+"One market move: Shock.Curve(curve, YieldCurveFactor_LEVEL or _KEY_RATE, basisPoints, pillar=0)
+on the curve of that label; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
+Shock.Vol(underlying, VolSurfaceFactor_ATM_VOL_LEVEL, size, type) on the spot and volatility an
+adapter names by underlying, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
+point) or ShockType_RELATIVE (0.01 = 1%). Read-only fields: target, family (FactorFamily_*),
+factor, size, type, pillar.";
+%feature("docstring") zep::scenario::Scenario
+"A named shock list: Scenario(name, shocks, type=Scenario_ScenarioType_DETERMINISTIC,
+mode=ScenarioGroupApplyMode_PARALLEL). PARALLEL adds the moves of all shocks on the base market;
+SEQUENTIAL applies each on the market the previous ones left (relative shocks compound).
+PV(adapter) revalues one trade under it; PnL(portfolio) the portfolio's P&L (quantities times
+PV changes), trades it does not touch unpriced.";
+// The shock list is instantiated before Scenario, whose constructor takes it.
+namespace zep {
+namespace scenario {
+struct Shock;
+}
+}
+%template(ShockVector) std::vector<zep::scenario::Shock>;
+// A shock is made by the factory of its factor family, which checks the factor and the size.
+%nodefaultctor zep::scenario::Shock;
+%immutable;
+%include "lum-risk-metrics/Scenario.hpp"
+%mutable;
+
+namespace zep {
+namespace scenario {
+%extend Scenario {
+    double PV(const zep::metrics::InstrumentAdapter& adapter) const {
+        zep::scenario::ShockedMarket market(*$self);
+        return adapter.PVUnder(market);
+    }
+    double PnL(const zep::metrics::Portfolio& portfolio) const {
+        return zep::scenario::Revalue(portfolio, {*$self}).Total().front();
+    }
+}
+}  // namespace scenario
+}  // namespace zep
+
+// The report reaches Python as a dict of lists (the proxy below makes them arrays).
+%typemap(out) zep::scenario::HistoricalVaRReport {
+    const zep::scenario::HistoricalVaRReport& report = $1;
+    const auto doubles = [](const auto& figures, auto field) {
+        PyObject* list = PyList_New(static_cast<Py_ssize_t>(figures.size()));
+        for (std::size_t i = 0; i < figures.size(); ++i)
+            PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), PyFloat_FromDouble(field(figures[i])));
+        return list;
+    };
+    const auto put = [](PyObject* dict, const char* key, PyObject* value) {
+        PyDict_SetItemString(dict, key, value);
+        Py_DECREF(value);
+    };
+    using Figures = zep::scenario::VaRFigures;
+    $result = PyDict_New();
+    PyObject* names = PyList_New(static_cast<Py_ssize_t>(report.scenarioNames.size()));
+    for (std::size_t i = 0; i < report.scenarioNames.size(); ++i)
+        PyList_SET_ITEM(names, static_cast<Py_ssize_t>(i), PyUnicode_FromString(report.scenarioNames[i].c_str()));
+    put($result, "scenario", names);
+    put($result, "pnl", doubles(report.pnl, [](double value) { return value; }));
+    put($result, "confidence", doubles(report.figures, [](const Figures& f) { return f.confidence; }));
+    put($result, "var", doubles(report.figures, [](const Figures& f) { return f.valueAtRisk; }));
+    put($result, "es", doubles(report.figures, [](const Figures& f) { return f.expectedShortfall; }));
+    PyObject* ranks = PyList_New(static_cast<Py_ssize_t>(report.figures.size()));
+    for (std::size_t i = 0; i < report.figures.size(); ++i)
+        PyList_SET_ITEM(ranks, static_cast<Py_ssize_t>(i), PyLong_FromSize_t(report.figures[i].scenario));
+    put($result, "var_scenario", ranks);
+    PyObject* components = PyDict_New();
+    if (!report.figures.empty())
+        for (const auto& [group, share] : report.figures.front().components) {
+            (void)share;
+            put(components, group.c_str(), doubles(report.figures, [&](const Figures& f) { return f.components.at(group); }));
+        }
+    put($result, "components", components);
+}
+
+%rename(_HistoricalVaR) zep::python::HistoricalVaR;
+namespace zep {
+namespace python {
+zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& portfolio,
+                                                 const std::vector<zep::scenario::Shock>& factors,
+                                                 const std::vector<std::vector<double>>& levels,
+                                                 const std::vector<double>& confidences, const std::string& tag);
+}
+}
+
+%pythoncode %{
+def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "numpy.typing.ArrayLike",
+                  confidences: "Sequence[float]" = (0.95, 0.99), tag: str = "") -> "dict[str, Any]":
+    """Historical VaR of the portfolio: history holds one row per day (oldest first) and one
+    column per factor, the factor's level that day (zero rates and volatilities as decimals,
+    spots); factors[i] is a Shock saying what column i moves and whether its daily return is
+    absolute or relative (its size is unused). Every day after the first becomes a scenario
+    ("day <t>") of the day's moves, every trade is revalued under it in full.
+
+    VaR at confidence c is the loss at rank ceil((1 - c) N) of the N P&Ls sorted from the worst,
+    expected shortfall the mean loss of those worst scenarios; components split the VaR by the
+    values of tag (by trade identifier when tag is empty) as minus each group's P&L in the
+    scenario at the VaR rank, so they add up to the VaR.
+
+    Returns {"pnl", "summary", "components"}: with pandas, a Series of the P&L by scenario, a
+    DataFrame of var, es and var_scenario by confidence, and a DataFrame of components by
+    confidence (one column per group); without it, a NumPy array (and "scenario", the names),
+    a dict of arrays and a dict of arrays by group."""
+    import numpy
+    levels = numpy.asarray(history, dtype=numpy.float64)
+    if levels.ndim != 2:
+        raise ValueError("The history must be a table: one row per day, one column per factor.")
+    report = _HistoricalVaR(portfolio, list(factors), levels.tolist(), [float(c) for c in confidences], tag)
+    summary = {name: numpy.asarray(report[name]) for name in ("confidence", "var", "es", "var_scenario")}
+    components = {group: numpy.asarray(shares) for group, shares in report["components"].items()}
+    try:
+        import pandas
+    except ImportError:
+        return {"scenario": numpy.asarray(report["scenario"]), "pnl": numpy.asarray(report["pnl"]),
+                "summary": summary, "components": components}
+    index = pandas.Index(summary.pop("confidence"), name="confidence")
+    return {"pnl": pandas.Series(report["pnl"], index=pandas.Index(report["scenario"], name="scenario")),
+            "summary": pandas.DataFrame(summary, index=index),
+            "components": pandas.DataFrame(components, index=index)}
+
+
+def _shock_repr(self):
+    try:
+        kind = "relative" if self.type == ShockType_RELATIVE else "absolute"
+        unit = " bp" if self.family == FactorFamily_YIELD_CURVE else ""
+        return f"<Shock {self.Describe()}: {self.size!r}{unit} {kind}>"
+    except Exception:  # a repr never raises
+        return "<Shock>"
+
+
+def _scenario_repr(self):
+    try:
+        return f"<Scenario {self.Name()}: {len(self.Shocks())} shocks>"
+    except Exception:  # a repr never raises
+        return "<Scenario>"
+
+
+Shock.__repr__ = _shock_repr
+Scenario.__repr__ = _scenario_repr
+%}
