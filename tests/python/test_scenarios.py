@@ -2,6 +2,7 @@
 moved market, VaR and expected shortfall of a linear trade against the quantile of its P&L worked
 out by hand, component VaRs against the VaR they split, and bad input against its messages."""
 import math
+import pickle
 
 import numpy
 import pytest
@@ -171,6 +172,19 @@ def test_unsupported_factors_and_missing_objects_are_refused():
         zep.HistoricalVaR(None, [zep.Shock.Curve("EUR", zep.YieldCurveFactor_LEVEL, 0.0)], [[0.03], [0.031]])
     with pytest.raises(ValueError, match="one row per day, one column per factor"):
         zep.HistoricalVaR(portfolio_of((bond(), 1.0, "rates")), [], [0.03, 0.031])
+
+
+@pytest.mark.parametrize("mode", [zep.ScenarioGroupApplyMode_PARALLEL, zep.ScenarioGroupApplyMode_SEQUENTIAL])
+def test_scenarios_pickle_to_the_same_moves(mode):
+    shocks = [zep.Shock.Curve("EUR", zep.YieldCurveFactor_KEY_RATE, 2.5, 3),
+              zep.Shock.Spot("EURUSD", zep.FXForwardFactor_SPOT_SHOCK, 0.04, zep.ShockType_RELATIVE),
+              zep.Shock.Vol("EURUSD", zep.VolSurfaceFactor_ATM_VOL_LEVEL, 0.01, zep.ShockType_ABSOLUTE)]
+    scenario = zep.Scenario("mixed", shocks, type=zep.Scenario_ScenarioType_HISTORICAL, mode=mode)
+    copy = pickle.loads(pickle.dumps(scenario))
+    assert (copy.Name(), copy.Type(), copy.Mode()) == ("mixed", zep.Scenario_ScenarioType_HISTORICAL, mode)
+    assert [repr(shock) for shock in copy.Shocks()] == [repr(shock) for shock in shocks]
+    adapter = zep.VanillaOptionAdapter(option_at(1.08, 0.09), "EURUSD")
+    assert copy.PV(adapter) == scenario.PV(adapter)
 
 
 def test_shocks_and_scenarios_say_what_they_are():

@@ -156,6 +156,24 @@ def _scenario_repr(self):
         return "<Scenario>"
 
 
+def _shock_reduce(self):
+    # Rebuilt through its family's factory, which checks the factor and the size again.
+    if self.family == FactorFamily_YIELD_CURVE:
+        return Shock.Curve, (self.target, self.factor, self.size, self.pillar)
+    factory = Shock.Spot if self.family == FactorFamily_FX else Shock.Vol
+    return factory, (self.target, self.factor, self.size, self.type)
+
+
+def _scenario_reduce(self):
+    return _scenario_from_parts, (self.Name(), list(self.Shocks()), self.Type(), self.Mode())
+
+
+def _scenario_from_parts(name, shocks, scenario_type, apply_mode):
+    return Scenario(name, shocks, type=scenario_type, mode=apply_mode)
+
+
 Shock.__repr__ = _shock_repr
+Shock.__reduce__ = _shock_reduce
 Scenario.__repr__ = _scenario_repr
+Scenario.__reduce__ = _scenario_reduce
 %}
