@@ -5,6 +5,7 @@ import pytest
 import QuantLib as ql
 
 import zep
+from quantlib_reference import black_scholes_process
 
 TODAY = ql.Date(2, 1, 2024)
 CASES = [  # option type, strike, volatility, days, rd, rf, spot
@@ -16,13 +17,7 @@ CASES = [  # option type, strike, volatility, days, rd, rf, spot
 
 
 def quantlib_american(option_type, strike, vol, days, rd, rf, spot, engine):
-    ql.Settings.instance().evaluationDate = TODAY
-    day_count = ql.Actual365Fixed()
-    process = ql.BlackScholesMertonProcess(
-        ql.QuoteHandle(ql.SimpleQuote(spot)),
-        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rf, day_count)),
-        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rd, day_count)),
-        ql.BlackVolTermStructureHandle(ql.BlackConstantVol(TODAY, ql.NullCalendar(), vol, day_count)))
+    process = black_scholes_process(TODAY, spot, rd, rf, vol)
     payoff = ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike)
     option = ql.VanillaOption(payoff, ql.AmericanExercise(TODAY, TODAY + days))
     option.setPricingEngine({"baw": lambda: ql.BaroneAdesiWhaleyApproximationEngine(process),

@@ -6,6 +6,7 @@ import pytest
 import QuantLib as ql
 
 import zep
+from quantlib_reference import black_scholes_process
 
 TODAY = ql.Date(2, 1, 2024)
 DOWN_IN, DOWN_OUT, UP_IN, UP_OUT = 2, 3, 4, 5
@@ -13,13 +14,7 @@ DOUBLE_IN, DOUBLE_OUT = 6, 7
 
 
 def quantlib_barrier(option_type, barrier_type, strike, levels, vol, days, rd, rf, spot):
-    ql.Settings.instance().evaluationDate = TODAY
-    day_count = ql.Actual365Fixed()
-    process = ql.BlackScholesMertonProcess(
-        ql.QuoteHandle(ql.SimpleQuote(spot)),
-        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rf, day_count)),
-        ql.YieldTermStructureHandle(ql.FlatForward(TODAY, rd, day_count)),
-        ql.BlackVolTermStructureHandle(ql.BlackConstantVol(TODAY, ql.NullCalendar(), vol, day_count)))
+    process = black_scholes_process(TODAY, spot, rd, rf, vol)
     payoff = ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike)
     exercise = ql.EuropeanExercise(TODAY + days)
     if len(levels) == 1:
