@@ -231,6 +231,8 @@ _RECORDED = {
     zeplib.MCapFloor: ((), ()),
     zeplib.MSwaption: ((), ()),
     zeplib.MCreditDefaultSwap: ((), ()),
+    zeplib.MHullWhite: (("Calibrate",), ()),
+    zeplib.MBermudanSwaption: ((), ()),
     zeplib.SwaptionSmile: (("FromParameters",), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
