@@ -49,27 +49,32 @@ HullWhiteTree::HullWhiteTree(const HullWhite& model, std::vector<double> mandato
         const long highestMiddle = std::lround(((here.lowest + long(here.count) - 1) * here.spacing) * decay / spacing);
         const Level next{here.first + here.count, std::size_t(highestMiddle - lowestMiddle + 3), lowestMiddle - 1,
                          spacing};
-        // Fit the step's rate level: the nodes' state prices discounted over dt give P(0, t_i+1).
+        // Branches first, discounting at x alone; then the step's rate level, fitted so that the
+        // nodes' state prices discounted over dt give P(0, t_i+1), scales every discount.
+        const std::size_t firstBranch = m_branches.size();
         double discounted = 0.0;
-        for (std::size_t node = 0; node < here.count; ++node)
-            discounted += m_statePrices[here.first + node] * std::exp(-Factor(i, node) * dt);
-        const double target = model.Curve().DiscountFactor(m_times[i + 1]);
-        const double level = std::log(discounted / target) / dt;
-        ZEP_REQUIRE(std::isfinite(level), "the tree cannot fit the curve's discount factor at " +
-                                              std::to_string(m_times[i + 1]));
-        m_statePrices.resize(next.first + next.count, 0.0);
         for (std::size_t node = 0; node < here.count; ++node) {
             const double x = Factor(i, node), mean = x * decay / spacing;
             const long middle = std::lround(mean);
             const double offset = mean - middle;
             const Branch branch{std::size_t(middle - next.lowest), 1.0 / 6.0 + 0.5 * (offset * offset + offset),
                                 2.0 / 3.0 - offset * offset, 1.0 / 6.0 + 0.5 * (offset * offset - offset),
-                                std::exp(-(x + level) * dt)};
+                                std::exp(-x * dt)};
+            discounted += m_statePrices[here.first + node] * branch.discount;
+            m_branches.push_back(branch);
+        }
+        const double level = std::log(discounted / model.Curve().DiscountFactor(m_times[i + 1])) / dt;
+        ZEP_REQUIRE(std::isfinite(level), "the tree cannot fit the curve's discount factor at " +
+                                              std::to_string(m_times[i + 1]));
+        const double levelDiscount = std::exp(-level * dt);
+        m_statePrices.resize(next.first + next.count, 0.0);
+        for (std::size_t node = 0; node < here.count; ++node) {
+            Branch& branch = m_branches[firstBranch + node];
+            branch.discount *= levelDiscount;
             const double reached = m_statePrices[here.first + node] * branch.discount;
             m_statePrices[next.first + branch.middle + 1] += reached * branch.up;
             m_statePrices[next.first + branch.middle] += reached * branch.mid;
             m_statePrices[next.first + branch.middle - 1] += reached * branch.down;
-            m_branches.push_back(branch);
         }
         m_levels.push_back(next);
         m_maxNodes = std::max(m_maxNodes, next.count);
