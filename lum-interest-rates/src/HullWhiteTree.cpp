@@ -93,12 +93,14 @@ double HullWhiteTree::Factor(std::size_t level, std::size_t node) const {
     return static_cast<double>(at.lowest + static_cast<long>(node)) * at.spacing;
 }
 
-void HullWhiteTree::StepBack(std::size_t level, const double* next, double* current) const {
+void HullWhiteTree::StepBack(std::size_t level, const double* next, double* current, double spread) const {
     const Level& at = m_levels[level];
     const Branch* branch = &m_branches[at.first];
+    const double spreadDiscount = spread == 0.0 ? 1.0 : std::exp(-spread * (m_times[level + 1] - m_times[level]));
     for (std::size_t node = 0; node < at.count; ++node, ++branch) {
         const double* around = next + branch->middle;
-        current[node] = branch->discount * (branch->down * around[-1] + branch->mid * around[0] + branch->up * around[1]);
+        current[node] = spreadDiscount * branch->discount *
+                        (branch->down * around[-1] + branch->mid * around[0] + branch->up * around[1]);
     }
 }
 

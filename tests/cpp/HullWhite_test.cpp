@@ -9,6 +9,7 @@
 
 #include "FailureText.hpp"
 #include "lum-interest-rates/BermudanSwaption.hpp"
+#include "lum-interest-rates/CallableBond.hpp"
 #include "lum-interest-rates/HullWhiteCalibration.hpp"
 #include "lum-interest-rates/HullWhiteTree.hpp"
 
@@ -111,6 +112,33 @@ TEST_P(HullWhiteParameters, BermudanIsWorthAtLeastEachEuropean) {
     EXPECT_GT(bermudan.PV(), *std::max_element(europeans.begin(), europeans.end()));
 }
 
+// A 10-year 4% bond issued half a year ago, face 100, callable at par on each coupon date from year 3.
+CallableBond TenYearCallable(const HullWhite& model, std::vector<double> callTimes) {
+    HullWhiteSwap coupons = AnnualSwap(-0.5, 10, 0.04, true);
+    const std::vector<double> prices(callTimes.size(), 100.0);
+    return CallableBond(model, coupons, std::move(callTimes), prices, 300);
+}
+
+TEST_P(HullWhiteParameters, BondWithoutCallsIsItsFlowsDiscountedAtCurvePlusSpread) {
+    const HullWhite model = Model();
+    const CallableBond bond = TenYearCallable(model, {});
+    for (double spread : {0.0, 0.012, -0.004}) {
+        double expected = -bond.AccruedAt(0.0);
+        for (int i = 0; i < 10; ++i)
+            expected += (4.0 + (i == 9 ? 100.0 : 0.0)) * model.Curve().DiscountFactor(0.5 + i) * std::exp(-spread * (0.5 + i));
+        EXPECT_NEAR(bond.CleanPrice(spread), expected, 1e-10) << "spread " << spread;
+    }
+    EXPECT_NEAR(bond.AccruedAt(0.0), 2.0, 1e-14);
+}
+
+TEST_P(HullWhiteParameters, CallableIsWorthAtMostItsStraightTwinAndItsOASRoundTrips) {
+    const CallableBond bond = TenYearCallable(Model(), {2.5, 3.5, 4.5, 5.5, 6.5, 7.5, 8.5});
+    for (double spread : {0.0, 0.01}) {
+        EXPECT_LT(bond.CleanPrice(spread), bond.StraightCleanPrice(spread)) << "spread " << spread;
+        EXPECT_NEAR(bond.OAS(bond.CleanPrice(spread)), spread, 1e-10) << "spread " << spread;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(MeanReversionAndVolatility, HullWhiteParameters,
                          ::testing::Values(std::pair{0.03, 0.01}, std::pair{0.1, 0.006}, std::pair{0.0, 0.008}));
 
@@ -136,6 +164,8 @@ TEST(HullWhite, RefusesParametersAndSwapsItCannotPrice) {
     EXPECT_NE(testing::ErrorMessage([&] { HullWhite(curve, -0.1, 0.01); }).find("the mean reversion -0.100000 must be finite and >= 0"), std::string::npos);
     const HullWhite model(curve, 0.05, 0.01);
     EXPECT_NE(testing::ErrorMessage([&] { JamshidianSwaption(model, AnnualSwap(2.0, 5, -0.01, true), 2.0); }).find("needs a strike >= 0"), std::string::npos);
+    EXPECT_NE(testing::ErrorMessage([&] { TenYearCallable(model, {9.5}); }).find("call date 0 is on or after the bond's maturity"), std::string::npos);
+    EXPECT_NE(testing::ErrorMessage([&] { TenYearCallable(model, {3.5}).OAS(1e7); }).find("OAS: no spread"), std::string::npos);
     EXPECT_NE(testing::ErrorMessage([&] { BermudanSwaption(model, AnnualSwap(2.0, 5, 0.03, true), {8.0}); }).find("no fixed period starts on or after"), std::string::npos);
 }
 

@@ -28,8 +28,9 @@ public:
     double Factor(std::size_t level, std::size_t node) const;
     // Today's value of 1 paid at the node (an Arrow-Debreu price).
     double StatePrice(std::size_t level, std::size_t node) const { return m_statePrices[m_levels[level].first + node]; }
-    // current[node] at `level` = discounted expectation of next[] at level + 1.
-    void StepBack(std::size_t level, const double* next, double* current) const;
+    // current[node] at `level` = discounted expectation of next[] at level + 1, every short rate
+    // raised by `spread` (an option-adjusted spread; 0 is the fitted tree).
+    void StepBack(std::size_t level, const double* next, double* current, double spread = 0.0) const;
 
 private:
     struct Level {
