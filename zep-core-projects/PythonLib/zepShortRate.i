@@ -1,7 +1,8 @@
 // Short-rate models: Hull-White one-factor on a discount curve, its closed forms and calibration,
-// and the Bermudan swaptions valued on its trinomial tree.
+// and the Bermudan swaptions and callable bonds valued on its trinomial tree.
 %{
 #include "MBermudanSwaption.hpp"
+#include "MCallableBond.hpp"
 #include "MHullWhite.hpp"
 %}
 
@@ -30,10 +31,21 @@ ExerciseBoundary() (per date, the model factor from which exercising pays). Fail
 'MBermudanSwaption::<operation> failed: ...'.";
 %include "MBermudanSwaption.hpp"
 
+%feature("docstring") zep::python::MCallableBond
+"A callable fixed-rate bond under Hull-White: MCallableBond(couponRate, issueDate, maturityDate,
+callDates, callPrices, model, steps=200, tenor='1Y', dayCounter='30/360', centres='TARGET').
+Face 100; coupons accrue unadjusted and pay on the following business day; on each call date
+the issuer may redeem at its clean call price (per 100) plus accrued interest, and does where
+that is cheaper than the bond. CleanPrice(oas=0), DirtyPrice(oas=0), StraightCleanPrice(oas=0)
+(the non-callable twin), AccruedAmount(), OAS(cleanPrice): the continuously compounded spread
+over every short rate at which the clean price is met. Failures read
+'MCallableBond::<operation> failed: ...'.";
+%include "MCallableBond.hpp"
+
 %pythoncode %{
-for _instrument in (MHullWhite, MBermudanSwaption):
+for _instrument in (MHullWhite, MBermudanSwaption, MCallableBond):
     _instrument.__repr__ = _instrument_repr
 del _instrument
 
-_RATE_PRODUCTS.update({"BermudanSwaption": MBermudanSwaption})
+_RATE_PRODUCTS.update({"BermudanSwaption": MBermudanSwaption, "CallableBond": MCallableBond})
 %}

@@ -233,6 +233,7 @@ _RECORDED = {
     zeplib.MCreditDefaultSwap: ((), ()),
     zeplib.MHullWhite: (("Calibrate",), ()),
     zeplib.MBermudanSwaption: ((), ()),
+    zeplib.MCallableBond: ((), ()),
     zeplib.SwaptionSmile: (("FromParameters",), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
