@@ -5,6 +5,7 @@
 #include <boost/make_shared.hpp>
 
 #include "lum-interest-rates/BermudanSwaption.hpp"
+#include "lum-interest-rates/CallableBond.hpp"
 #include "lum-interest-rates/HullWhiteSwap.hpp"
 
 namespace {
@@ -63,5 +64,28 @@ void BM_BermudanSwaptionInduction(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(bermudan.PV());
 }
 BENCHMARK(BM_BermudanSwaptionInduction)->Unit(benchmark::kMicrosecond);
+
+// A 10-year 4% annual bond callable at par on each coupon date from year 3, 200-step tree.
+CallableBond TenYearCallable() {
+    HullWhiteSwap coupons = TenYearSwap();
+    for (double& start : coupons.starts) start -= 1.0;
+    for (double& payment : coupons.payments) payment -= 1.0;
+    coupons.strike = 0.04;
+    coupons.notional = 100.0;
+    return CallableBond(Model(), coupons, {3, 4, 5, 6, 7, 8, 9}, std::vector<double>(7, 100.0), 200);
+}
+
+void BM_CallableBondBuildAndPrice(benchmark::State& state) {
+    for (auto _ : state) benchmark::DoNotOptimize(TenYearCallable().CleanPrice());
+}
+BENCHMARK(BM_CallableBondBuildAndPrice)->Unit(benchmark::kMicrosecond);
+
+// The spread from a price on a built tree: a root search of backward inductions.
+void BM_CallableBondOAS(benchmark::State& state) {
+    const CallableBond bond = TenYearCallable();
+    const double price = bond.CleanPrice(0.0075);
+    for (auto _ : state) benchmark::DoNotOptimize(bond.OAS(price));
+}
+BENCHMARK(BM_CallableBondOAS)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
