@@ -1,6 +1,7 @@
 #include "lum-interest-rates/HullWhiteTree.hpp"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <string>
 
@@ -31,6 +32,18 @@ std::vector<double> TimeGrid(std::vector<double> mandatory, std::size_t steps) {
     return grid;
 }
 
+// The middle successor of a node whose expected next factor is `mean` node spacings from zero.
+// The nearest node, unless that lies beyond `widest`: mean reversion then lets the tree stop
+// widening by pulling the node in to `widest`, as long as the middle probability 2/3 - offset^2
+// stays positive (an offset within sqrt(2/3) of the mean; Hull and White's 0.184 / (a dt) rule).
+long MiddleNode(double mean, long widest) {
+    const long nearest = std::lround(mean);
+    constexpr double kLargestOffset = 0.816;
+    if (nearest > widest && mean - widest <= kLargestOffset) return widest;
+    if (nearest < -widest && -widest - mean <= kLargestOffset) return -widest;
+    return nearest;
+}
+
 }  // namespace
 
 HullWhiteTree::HullWhiteTree(const HullWhite& model, std::vector<double> mandatoryTimes, std::size_t steps)
@@ -45,8 +58,10 @@ HullWhiteTree::HullWhiteTree(const HullWhite& model, std::vector<double> mandato
         // One step's variance is the variance of x at dt; a spacing of sqrt(3 variance) keeps all
         // three probabilities positive whatever the offset of the mean from the middle node.
         const double spacing = std::sqrt(3.0 * model.FactorVariance(dt));
-        const long lowestMiddle = std::lround((here.lowest * here.spacing) * decay / spacing);
-        const long highestMiddle = std::lround(((here.lowest + long(here.count) - 1) * here.spacing) * decay / spacing);
+        const double widening = 0.184 / -std::expm1(-a * dt);
+        const long widest = a > 0.0 && widening < 1e9 ? static_cast<long>(std::ceil(widening)) : LONG_MAX;
+        const auto middleOf = [&](std::size_t node) { return MiddleNode(Factor(i, node) * decay / spacing, widest); };
+        const long lowestMiddle = middleOf(0), highestMiddle = middleOf(here.count - 1);
         const Level next{here.first + here.count, std::size_t(highestMiddle - lowestMiddle + 3), lowestMiddle - 1,
                          spacing};
         // Branches first, discounting at x alone; then the step's rate level, fitted so that the
@@ -54,9 +69,9 @@ HullWhiteTree::HullWhiteTree(const HullWhite& model, std::vector<double> mandato
         const std::size_t firstBranch = m_branches.size();
         double discounted = 0.0;
         for (std::size_t node = 0; node < here.count; ++node) {
-            const double x = Factor(i, node), mean = x * decay / spacing;
-            const long middle = std::lround(mean);
-            const double offset = mean - middle;
+            const double x = Factor(i, node);
+            const long middle = middleOf(node);
+            const double offset = x * decay / spacing - middle;
             const Branch branch{std::size_t(middle - next.lowest), 1.0 / 6.0 + 0.5 * (offset * offset + offset),
                                 2.0 / 3.0 - offset * offset, 1.0 / 6.0 + 0.5 * (offset * offset - offset),
                                 std::exp(-x * dt)};
