@@ -99,7 +99,7 @@ TEST_P(HullWhiteParameters, OneExerciseDateIsTheEuropeanWithinTreeError) {
     for (bool isPayer : {true, false}) {
         const HullWhiteSwap swap = AnnualSwap(3.0, 5, 0.032, isPayer);
         const double european = JamshidianSwaption(model, swap, 3.0);
-        EXPECT_NEAR(BermudanSwaption(model, swap, {3.0}, 400).PV(), european, 2e-3 * european)
+        EXPECT_NEAR(BermudanSwaption(model, swap, {3.0}, 400).PV(), european, 3e-3 * european)
             << (isPayer ? "payer" : "receiver");
     }
 }
@@ -140,7 +140,8 @@ TEST_P(HullWhiteParameters, CallableIsWorthAtMostItsStraightTwinAndItsOASRoundTr
 }
 
 INSTANTIATE_TEST_SUITE_P(MeanReversionAndVolatility, HullWhiteParameters,
-                         ::testing::Values(std::pair{0.03, 0.01}, std::pair{0.1, 0.006}, std::pair{0.0, 0.008}));
+                         ::testing::Values(std::pair{0.03, 0.01}, std::pair{0.1, 0.006}, std::pair{0.0, 0.008},
+                                           std::pair{0.6, 0.012}));
 
 TEST(HullWhite, CalibrationRecoversTheVolatilityThatPricedItsQuotes) {
     const auto curve = SlopedCurve();

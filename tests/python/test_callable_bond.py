@@ -106,3 +106,12 @@ def test_callable_bonds_pickle_and_describe_themselves(curve):
 def test_bad_input_raises_with_the_library_message(curve, build, message):
     with pytest.raises(Exception, match=message):
         build(curve)
+
+
+def test_product_definition_builds_the_callable_bond(curve):
+    model = zep.MHullWhite(curve, 0.05, 0.01)
+    built = zep.RateInstrumentFromDefinition({
+        "type": "CallableBond", "couponRate": 0.04, "issueDate": ISSUE, "maturityDate": MATURITY,
+        "callDates": CALLS, "callPrices": [100.0] * len(CALLS), "model": model, "steps": 100,
+        "dayCounter": ACT365})
+    assert built.CleanPrice() == callable_bond(curve, 0.04, steps=100, model=model).CleanPrice()
