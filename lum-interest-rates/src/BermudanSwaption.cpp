@@ -69,6 +69,8 @@ double BermudanSwaption::PV() const { return Induce(nullptr); }
 std::vector<double> BermudanSwaption::ExerciseBoundary() const {
     std::vector<double> boundary;
     Induce(&boundary);
+    for (std::size_t i = 0; i < boundary.size(); ++i)
+        if (std::isfinite(boundary[i])) boundary[i] = m_exerciseValues[i].ParRate(boundary[i]);
     return boundary;
 }
 

@@ -65,6 +65,7 @@ SwapExerciseValue::SwapExerciseValue(const HullWhite& model, const HullWhiteSwap
         model.DiscountBondTerms(exerciseTime, swap.payments[i], logWeight, slope);
         m_paymentTimes.push_back(swap.payments[i]);
         m_amounts.push_back(swap.FixedAmount(i));
+        m_accruals.push_back(swap.accruals[i]);
         m_weights.push_back(std::exp(logWeight));
         m_slopes.push_back(slope);
     }
@@ -74,6 +75,14 @@ double SwapExerciseValue::operator()(double x) const {
     double fixed = 0.0;
     for (std::size_t i = 0; i < m_weights.size(); ++i) fixed += m_amounts[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
     return m_sign * (m_notional * m_startWeight * std::exp(-m_startSlope * x) - fixed);
+}
+
+double SwapExerciseValue::ParRate(double x) const {
+    double annuity = 0.0;
+    for (std::size_t i = 0; i < m_weights.size(); ++i) annuity += m_accruals[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
+    const double start = m_startWeight * std::exp(-m_startSlope * x);
+    const double end = m_weights.back() * std::exp(-m_slopes.back() * x);
+    return (start - end) / annuity;
 }
 
 std::vector<double> SwapExerciseValue::BreakEvenBondRatios() const {

@@ -100,12 +100,17 @@ def test_bermudan_bounds(curve, a, sigma, kind):
     assert option.EuropeanPVs()[0] == pytest.approx(european, abs=1e-15)
 
 
-def test_exercise_boundary_falls_on_the_exercising_side(curve):
-    payer = bermudan(zep.MHullWhite(curve, 0.05, 0.01), "PAYER", 0.03).ExerciseBoundary()
-    receiver = bermudan(zep.MHullWhite(curve, 0.05, 0.01), "RECEIVER", 0.03).ExerciseBoundary()
-    assert len(payer) == len(EXERCISES)
-    assert all(r < p for p, r in zip(payer, receiver))
-    assert all(math.isfinite(p) for p in payer)
+@pytest.mark.parametrize("a, sigma", PARAMETERS)
+def test_exercise_boundary_lies_beyond_the_strike_until_the_last_date(curve, a, sigma):
+    # Before the last date waiting is worth something: a payer exercises only above the strike, a
+    # receiver only below. On the last date exercise is worth it wherever the swap is in the money:
+    # the boundary is the strike, to within the swap rates of two neighbouring nodes.
+    payer = bermudan(zep.MHullWhite(curve, a, sigma), "PAYER", 0.03, steps=400).ExerciseBoundary()
+    receiver = bermudan(zep.MHullWhite(curve, a, sigma), "RECEIVER", 0.03, steps=400).ExerciseBoundary()
+    assert len(payer) == len(receiver) == len(EXERCISES)
+    assert all(rate > 0.03 for rate in payer[:-1]) and all(rate < 0.03 for rate in receiver[:-1])
+    assert payer[-1] == pytest.approx(0.03, abs=2e-3) and receiver[-1] == pytest.approx(0.03, abs=2e-3)
+    assert payer[-1] >= 0.03 >= receiver[-1]
 
 
 @pytest.mark.parametrize("fit_mean_reversion", [False, True])

@@ -25,8 +25,9 @@ public:
     double NPV() const { return PV(); }
     // The European swaption of each exercise date alone, in closed form.
     std::vector<double> EuropeanPVs() const;
-    // Per exercise date, the model factor (short rate less its fitted path) from which exercise
-    // pays; +inf for a payer (-inf for a receiver) on a date no node exercises.
+    // Per exercise date, the par rate of the swap entered from which exercising pays (at or
+    // above it for a payer, at or below for a receiver); +inf for a payer (-inf for a receiver)
+    // on a date no node exercises.
     std::vector<double> ExerciseBoundary() const;
     std::string Describe() const;
 

@@ -27,7 +27,7 @@ Failures read 'MHullWhite::<operation> failed: ...'.";
 exerciseDates, startDate, endDate, model, steps=200, fixedTenor='1Y', fixedDayCounter='30/360',
 centres='TARGET'). On each exercise date the holder may enter the periods of the swap that start
 on or after it. PV (trinomial tree), EuropeanPVs() (each exercise date alone, closed form),
-ExerciseBoundary() (per date, the model factor from which exercising pays). Failures read
+ExerciseBoundary() (per date, the par rate of the swap entered from which exercising pays). Failures read
 'MBermudanSwaption::<operation> failed: ...'.";
 %include "MBermudanSwaption.hpp"
 

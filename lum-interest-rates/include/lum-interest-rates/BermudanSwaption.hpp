@@ -19,16 +19,18 @@ public:
                      std::size_t steps = 200);
 
     double PV() const;
-    // For each exercise time, the model factor x (the short rate's distance from its fitted path)
-    // from which exercising pays: the lowest exercising node's for a payer, the highest's for a
-    // receiver; +inf (payer) or -inf (receiver) when no node of that date exercises.
+    // For each exercise time, the par rate of the swap then entered from which exercising pays:
+    // the lowest at any exercising node for a payer, the highest for a receiver; +inf (payer) or
+    // -inf (receiver) when no node of that date exercises. Waiting is worth something until the
+    // last date, so a payer's boundary lies above the strike and a receiver's below it.
     std::vector<double> ExerciseBoundary() const;
     // Each exercise date alone, in closed form: the European swaptions the Bermudan dominates.
     std::vector<double> EuropeanPVs() const;
     const std::vector<double>& ExerciseTimes() const { return m_exerciseTimes; }
 
 private:
-    // Backward induction; `boundary`, when given, receives the exercise boundary.
+    // Backward induction; `boundary`, when given, receives the factor x of each date's
+    // exercising node nearest the money.
     double Induce(std::vector<double>* boundary) const;
 
     HullWhite m_model;

@@ -40,6 +40,8 @@ public:
 
     // The holder's value of entering the swap in state x (payer or receiver side).
     double operator()(double x) const;
+    // The par rate of the swap in state x: the fixed rate at which it would be worth zero.
+    double ParRate(double x) const;
     // The strikes of Jamshidian's decomposition: the bond prices, in units of the start bond,
     // at the state where the swap is worth zero; fails when no state is.
     std::vector<double> BreakEvenBondRatios() const;
@@ -52,7 +54,7 @@ private:
     double m_sign;               // +1 payer, -1 receiver
     double m_notional;
     double m_startWeight, m_startSlope;  // the start bond: weight * exp(-slope x)
-    std::vector<double> m_paymentTimes, m_amounts;
+    std::vector<double> m_paymentTimes, m_amounts, m_accruals;
     std::vector<double> m_weights, m_slopes;  // each payment's bond, likewise
 };
 
