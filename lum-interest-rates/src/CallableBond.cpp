@@ -57,6 +57,7 @@ double CallableBond::AccruedAt(double t) const {
 }
 
 double CallableBond::Induce(double oas, bool callable) const {
+    ZEP_REQUIRE(std::isfinite(oas), "the option-adjusted spread " + std::to_string(oas) + " must be finite");
     std::vector<double> values(m_tree.MaxNodeCount(), 0.0), earlier(m_tree.MaxNodeCount());
     std::size_t payment = m_paymentLevels.size(), call = m_callLevels.size();
     for (std::size_t level = m_tree.LastLevel() + 1; level-- > 0;) {

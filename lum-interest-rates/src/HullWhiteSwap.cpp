@@ -1,5 +1,6 @@
 #include "lum-interest-rates/HullWhiteSwap.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -69,6 +70,10 @@ SwapExerciseValue::SwapExerciseValue(const HullWhite& model, const HullWhiteSwap
         m_weights.push_back(std::exp(logWeight));
         m_slopes.push_back(slope);
     }
+    const auto usable = [](double weight) { return std::isnormal(weight) && weight > 0.0; };
+    ZEP_REQUIRE(usable(m_startWeight) && std::all_of(m_weights.begin(), m_weights.end(), usable),
+                "the model's bond prices at time " + std::to_string(exerciseTime) +
+                    " are not positive numbers: sigma " + std::to_string(model.Sigma()) + " is out of scale");
 }
 
 double SwapExerciseValue::operator()(double x) const {

@@ -58,6 +58,9 @@ HullWhiteTree::HullWhiteTree(const HullWhite& model, std::vector<double> mandato
         // One step's variance is the variance of x at dt; a spacing of sqrt(3 variance) keeps all
         // three probabilities positive whatever the offset of the mean from the middle node.
         const double spacing = std::sqrt(3.0 * model.FactorVariance(dt));
+        ZEP_REQUIRE(std::isnormal(spacing), "the tree's node spacing " + std::to_string(spacing) +
+                                                " over a step of " + std::to_string(dt) + " years is unusable: sigma " +
+                                                std::to_string(model.Sigma()) + " is out of scale");
         const double widening = 0.184 / -std::expm1(-a * dt);
         const long widest = a > 0.0 && widening < 1e9 ? static_cast<long>(std::ceil(widening)) : LONG_MAX;
         const auto middleOf = [&](std::size_t node) { return MiddleNode(Factor(i, node) * decay / spacing, widest); };

@@ -102,6 +102,7 @@ def test_callable_bonds_pickle_and_describe_themselves(curve):
     (lambda c: zep.MCallableBond(0.04, ISSUE, MATURITY, CALLS, [100.0] * 7, None), "model is None"),
     (lambda c: callable_bond(c, 0.04, steps=50).OAS(1e7), "MCallableBond::OAS failed: .*no spread in \\[-100%, 100%\\]"),
     (lambda c: callable_bond(c, 0.04, steps=50).OAS(float("nan")), "the clean price nan must be positive"),
+    (lambda c: callable_bond(c, 0.04, steps=50).CleanPrice(float("nan")), "the option-adjusted spread nan must be finite"),
 ])
 def test_bad_input_raises_with_the_library_message(curve, build, message):
     with pytest.raises(Exception, match=message):
