@@ -23,7 +23,8 @@ void HullWhiteSwap::Validate() const {
     for (std::size_t i = 0; i < starts.size(); ++i) {
         ZEP_REQUIRE(std::isfinite(starts[i]) && std::isfinite(accruals[i]) && payments[i] > starts[i] &&
                         (i == 0 || starts[i] >= starts[i - 1]),
-                    "the swap's period " + std::to_string(i) + " must start after the previous one and pay after it starts");
+                    "the swap's period " + std::to_string(i) +
+                        " must start after the previous one and pay after it starts");
     }
 }
 
@@ -78,13 +79,15 @@ SwapExerciseValue::SwapExerciseValue(const HullWhite& model, const HullWhiteSwap
 
 double SwapExerciseValue::operator()(double x) const {
     double fixed = 0.0;
-    for (std::size_t i = 0; i < m_weights.size(); ++i) fixed += m_amounts[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
+    for (std::size_t i = 0; i < m_weights.size(); ++i)
+        fixed += m_amounts[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
     return m_sign * (m_notional * m_startWeight * std::exp(-m_startSlope * x) - fixed);
 }
 
 double SwapExerciseValue::ParRate(double x) const {
     double annuity = 0.0;
-    for (std::size_t i = 0; i < m_weights.size(); ++i) annuity += m_accruals[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
+    for (std::size_t i = 0; i < m_weights.size(); ++i)
+        annuity += m_accruals[i] * m_weights[i] * std::exp(-m_slopes[i] * x);
     const double start = m_startWeight * std::exp(-m_startSlope * x);
     const double end = m_weights.back() * std::exp(-m_slopes.back() * x);
     return (start - end) / annuity;

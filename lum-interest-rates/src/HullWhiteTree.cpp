@@ -18,7 +18,8 @@ std::vector<double> TimeGrid(std::vector<double> mandatory, std::size_t steps) {
     ZEP_REQUIRE(steps >= 1 && steps <= 100000, "the tree needs between 1 and 100000 steps, not " +
                                                    std::to_string(steps));
     for (double t : mandatory)
-        ZEP_REQUIRE(std::isfinite(t) && t > kSameTime, "the tree's times must lie after today, not " + std::to_string(t));
+        ZEP_REQUIRE(std::isfinite(t) && t > kSameTime,
+                    "the tree's times must lie after today, not " + std::to_string(t));
     std::sort(mandatory.begin(), mandatory.end());
     const double largestStep = mandatory.back() / static_cast<double>(steps);
     std::vector<double> grid{0.0};

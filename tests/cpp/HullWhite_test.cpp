@@ -41,7 +41,8 @@ HullWhiteSwap AnnualSwap(double start, int years, double strike, bool isPayer) {
 
 double ForwardSwapValue(const YieldCurve& curve, const HullWhiteSwap& swap, std::size_t first) {
     double value = swap.notional * curve.DiscountFactor(swap.starts[first]);
-    for (std::size_t i = first; i < swap.starts.size(); ++i) value -= swap.FixedAmount(i) * curve.DiscountFactor(swap.payments[i]);
+    for (std::size_t i = first; i < swap.starts.size(); ++i)
+        value -= swap.FixedAmount(i) * curve.DiscountFactor(swap.payments[i]);
     return swap.isPayer ? value : -value;
 }
 
@@ -68,7 +69,8 @@ TEST_P(HullWhiteParameters, BondAtTodaysStateAveragesToTheForwardBond) {
 TEST_P(HullWhiteParameters, BondCallMinusPutIsTheForward) {
     const HullWhite model = Model();
     for (double strike : {0.8, 0.9, 1.0}) {
-        const double parity = model.DiscountBondOption(true, strike, 2.0, 7.0) - model.DiscountBondOption(false, strike, 2.0, 7.0);
+        const double parity =
+            model.DiscountBondOption(true, strike, 2.0, 7.0) - model.DiscountBondOption(false, strike, 2.0, 7.0);
         EXPECT_NEAR(parity, model.Curve().DiscountFactor(7.0) - strike * model.Curve().DiscountFactor(2.0), 1e-14)
             << "strike " << strike;
     }
@@ -125,7 +127,8 @@ TEST_P(HullWhiteParameters, BondWithoutCallsIsItsFlowsDiscountedAtCurvePlusSprea
     for (double spread : {0.0, 0.012, -0.004}) {
         double expected = -bond.AccruedAt(0.0);
         for (int i = 0; i < 10; ++i)
-            expected += (4.0 + (i == 9 ? 100.0 : 0.0)) * model.Curve().DiscountFactor(0.5 + i) * std::exp(-spread * (0.5 + i));
+            expected += (4.0 + (i == 9 ? 100.0 : 0.0)) * model.Curve().DiscountFactor(0.5 + i) *
+                        std::exp(-spread * (0.5 + i));
         EXPECT_NEAR(bond.CleanPrice(spread), expected, 1e-10) << "spread " << spread;
     }
     EXPECT_NEAR(bond.AccruedAt(0.0), 2.0, 1e-14);
@@ -161,13 +164,22 @@ TEST(HullWhite, CalibrationRecoversTheVolatilityThatPricedItsQuotes) {
 
 TEST(HullWhite, RefusesParametersAndSwapsItCannotPrice) {
     const auto curve = SlopedCurve();
-    EXPECT_NE(testing::ErrorMessage([&] { HullWhite(curve, 0.05, -0.01); }).find("the volatility -0.010000 must be finite and > 0"), std::string::npos);
-    EXPECT_NE(testing::ErrorMessage([&] { HullWhite(curve, -0.1, 0.01); }).find("the mean reversion -0.100000 must be finite and >= 0"), std::string::npos);
     const HullWhite model(curve, 0.05, 0.01);
-    EXPECT_NE(testing::ErrorMessage([&] { JamshidianSwaption(model, AnnualSwap(2.0, 5, -0.01, true), 2.0); }).find("needs a strike >= 0"), std::string::npos);
-    EXPECT_NE(testing::ErrorMessage([&] { TenYearCallable(model, {9.5}); }).find("call date 0 is on or after the bond's maturity"), std::string::npos);
-    EXPECT_NE(testing::ErrorMessage([&] { TenYearCallable(model, {3.5}).OAS(1e7); }).find("OAS: no spread"), std::string::npos);
-    EXPECT_NE(testing::ErrorMessage([&] { BermudanSwaption(model, AnnualSwap(2.0, 5, 0.03, true), {8.0}); }).find("no fixed period starts on or after"), std::string::npos);
+    const std::vector<std::pair<std::string, std::string>> refusals{
+        {testing::ErrorMessage([&] { HullWhite(curve, 0.05, -0.01); }),
+         "the volatility -0.010000 must be finite and > 0"},
+        {testing::ErrorMessage([&] { HullWhite(curve, -0.1, 0.01); }),
+         "the mean reversion -0.100000 must be finite and >= 0"},
+        {testing::ErrorMessage([&] { JamshidianSwaption(model, AnnualSwap(2.0, 5, -0.01, true), 2.0); }),
+         "Jamshidian's decomposition needs a strike >= 0"},
+        {testing::ErrorMessage([&] { TenYearCallable(model, {9.5}); }),
+         "call date 0 is on or after the bond's maturity"},
+        {testing::ErrorMessage([&] { TenYearCallable(model, {3.5}).OAS(1e7); }), "OAS: no spread in [-100%, 100%]"},
+        {testing::ErrorMessage([&] { BermudanSwaption(model, AnnualSwap(2.0, 5, 0.03, true), {8.0}); }),
+         "no fixed period starts on or after the exercise time 8"},
+    };
+    for (const auto& [message, expected] : refusals)
+        EXPECT_NE(message.find(expected), std::string::npos) << message;
 }
 
 }  // namespace

@@ -94,15 +94,19 @@ def test_callable_bonds_pickle_and_describe_themselves(curve):
 
 
 @pytest.mark.parametrize("build, message", [
-    (lambda c: callable_bond(c, 0.04, calls=["2035-01-15"]), "MCallableBond::MCallableBond failed: .*call date 0 is on or after the bond's maturity"),
+    (lambda c: callable_bond(c, 0.04, calls=["2035-01-15"]),
+     "MCallableBond::MCallableBond failed: .*call date 0 is on or after the bond's maturity"),
     (lambda c: callable_bond(c, 0.04, calls=["2023-01-16"]), "call date 0 is not after today"),
-    (lambda c: callable_bond(c, 0.04, calls=["2030-01-15", "2029-01-15"]), "the call dates must be in increasing order"),
+    (lambda c: callable_bond(c, 0.04, calls=["2030-01-15", "2029-01-15"]),
+     "the call dates must be in increasing order"),
     (lambda c: callable_bond(c, 0.04, calls=CALLS, prices=[100.0]), "give one call price for every call date"),
     (lambda c: callable_bond(c, 0.04, calls=["2030-01-15"], prices=[-1.0]), "call price 0 must be positive"),
     (lambda c: zep.MCallableBond(0.04, ISSUE, MATURITY, CALLS, [100.0] * 7, None), "model is None"),
-    (lambda c: callable_bond(c, 0.04, steps=50).OAS(1e7), "MCallableBond::OAS failed: .*no spread in \\[-100%, 100%\\]"),
+    (lambda c: callable_bond(c, 0.04, steps=50).OAS(1e7),
+     "MCallableBond::OAS failed: .*no spread in \\[-100%, 100%\\]"),
     (lambda c: callable_bond(c, 0.04, steps=50).OAS(float("nan")), "the clean price nan must be positive"),
-    (lambda c: callable_bond(c, 0.04, steps=50).CleanPrice(float("nan")), "the option-adjusted spread nan must be finite"),
+    (lambda c: callable_bond(c, 0.04, steps=50).CleanPrice(float("nan")),
+     "the option-adjusted spread nan must be finite"),
 ])
 def test_bad_input_raises_with_the_library_message(curve, build, message):
     with pytest.raises(Exception, match=message):

@@ -145,11 +145,14 @@ def test_models_and_bermudans_pickle(curve):
 
 
 @pytest.mark.parametrize("build, message", [
-    (lambda c: zep.MHullWhite(c, 0.05, 0.0), "MHullWhite::MHullWhite failed: .*volatility 0.000000 must be finite and > 0"),
+    (lambda c: zep.MHullWhite(c, 0.05, 0.0),
+     "MHullWhite::MHullWhite failed: .*volatility 0.000000 must be finite and > 0"),
     (lambda c: zep.MHullWhite(c, float("nan"), 0.01), "MHullWhite::MHullWhite failed: .*mean reversion nan"),
     (lambda c: zep.MHullWhite(None, 0.05, 0.01), "MHullWhite::MHullWhite failed: .*the curve is None"),
-    (lambda c: zep.MHullWhite(c, 0.05, 0.01).DiscountBondOption("CALL", -1.0, 1.0, 2.0), "strike -1.000000 must be positive"),
-    (lambda c: zep.MHullWhite(c, 0.05, 0.01).DiscountBondOption("CAP", 0.9, 1.0, 2.0), "'CAP' is an invalid option kind"),
+    (lambda c: zep.MHullWhite(c, 0.05, 0.01).DiscountBondOption("CALL", -1.0, 1.0, 2.0),
+     "strike -1.000000 must be positive"),
+    (lambda c: zep.MHullWhite(c, 0.05, 0.01).DiscountBondOption("CAP", 0.9, 1.0, 2.0),
+     "'CAP' is an invalid option kind"),
     (lambda c: zep.MHullWhite(c, 0.05, 0.01).DiscountBond(2.0, 1.0), "MHullWhite::DiscountBond failed: .*0 <= t <= T"),
     (lambda c: zep.MHullWhite(c, 0.05, 0.01).EuropeanSwaption("PAYER", 1.0, -0.01, START, START, END),
      "MHullWhite::EuropeanSwaption failed: .*needs a strike >= 0"),

@@ -55,7 +55,8 @@ MHullWhite MHullWhite::Calibrate(boost::shared_ptr<zep::YieldCurve> curve, const
                                                   {quoted, volatilities[i], shift}));
         }
         const double sigmaGuess = 0.01;
-        const zep::HullWhiteFit fit = zep::CalibrateHullWhite(curve, quotes, meanReversion, sigmaGuess, fitMeanReversion);
+        const zep::HullWhiteFit fit =
+            zep::CalibrateHullWhite(curve, quotes, meanReversion, sigmaGuess, fitMeanReversion);
         return MHullWhite(boost::make_shared<zep::HullWhite>(fit.model), fit.rootMeanSquareError);
     });
 }
