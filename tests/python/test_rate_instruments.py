@@ -487,7 +487,7 @@ def test_a_swap_from_its_yaml_or_json_definition_is_the_swap_built_directly(curv
 
 
 @pytest.mark.parametrize("definition, curves, message", [
-    ({"type": "BermudanSwaption"}, {}, "unknown product type 'BermudanSwaption'"),
+    ({"type": "RangeAccrual"}, {}, "unknown product type 'RangeAccrual'"),
     ({"type": "Bill", "faceValue": 100.0, "maturityDate": "2024-07-15", "discountCurve": "USD"}, {},
      "curve 'USD' of discountCurve is not among the curves given"),
     ("[1, 2]", {}, "a definition is a mapping"),
