@@ -24,6 +24,7 @@ std::string DescribeLeg(const Leg& leg) {
     const LegTerms& terms = leg.Terms();
     text << KindName(terms.kind) << " leg, notional " << terms.notionals.front();
     if (terms.notionals.size() > 1) text << " amortising to " << terms.notionals.back();
+    if (!terms.resetIndex.empty()) text << " resetting on " << terms.resetIndex << " to " << terms.resetNotional;
     if (terms.kind == CouponKind::Fixed) {
         text << ", rate " << terms.fixedRate;
     } else {

@@ -106,6 +106,35 @@ TEST(Leg, AmortisingNotionalReturnsPrincipalAsItStepsDown) {
     EXPECT_DOUBLE_EQ(principal, 0.0);  // -100 at the start, +25 four times
 }
 
+// A mark-to-market leg: each period lends the foreign notional at the FX forward of its start and
+// is repaid with the period's forward rate, so on its own curve every period is worth nothing.
+TEST(Leg, AResettingNotionalFollowsTheFXForwardAndEachPeriodFinancesItself) {
+    const YieldCurve domestic = SlopedCurve();
+    const YieldCurve foreign(D("2024-01-15"), {D("2024-01-15"), D("2034-01-15")}, std::vector<double>{0.02, 0.024},
+                             Continuous, DayCounter(Act365Fixed));
+    const FXMarket fx{1.25, D("2024-01-15"), &domestic, &foreign};
+    LegTerms terms = Floating();
+    terms.notionals = {1.25e6};
+    terms.exchangeNotional = true;
+    terms.resetIndex = "FX";
+    terms.resetNotional = 1e6;
+    const Leg leg(LegSchedule("2024-03-15", "2027-03-15", "3M"), terms, Calendar::Shared());
+    LegMarket market{&domestic, &domestic};
+    market.resetFX = &fx;
+    EXPECT_NEAR(leg.PV(market), 0.0, 1e-8);
+    int coupon = 0;
+    for (const CashFlow& row : leg.CashFlows(market)) {
+        if (row.kind != CashFlowKind::Coupon) continue;
+        const double forward = 1.25 * foreign.DiscountFactor(row.accrualStart) / domestic.DiscountFactor(row.accrualStart);
+        EXPECT_NEAR(row.notional, coupon++ == 0 ? 1.25e6 : 1e6 * forward, 1e-8) << row.accrualStart.ToString();
+    }
+    EXPECT_EQ(testing::ErrorMessage([&] { leg.PV({&domestic, &domestic}); }),
+              "Leg: a leg whose notional resets needs an FX market.");
+    terms.notionals = std::vector<double>(12, 1e6);
+    EXPECT_EQ(testing::ErrorMessage([&] { Leg(LegSchedule("2024-03-15", "2027-03-15", "3M"), terms, Calendar::Shared()); }),
+              "Leg: a leg whose notional resets exchanges one notional, not an amortising one.");
+}
+
 TEST(Leg, RefusesInputsThatMakeNoSense) {
     LegTerms terms;
     terms.notionals = {-1.0};
