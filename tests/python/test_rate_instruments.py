@@ -134,6 +134,117 @@ def test_a_cross_currency_swap_of_flat_floating_legs_is_worth_nothing(curve):
     assert flat.NPV() == pytest.approx(0.0, abs=1e-6)
 
 
+# Five years, the fixed leg yearly and the floating leg half-yearly, amortising 3m, 3m, 2m, 2m, 1m.
+FIXED_STEPS = [3e6, 3e6, 2e6, 2e6, 1e6]
+FLOAT_STEPS = [n for n in FIXED_STEPS for _ in range(2)]
+
+
+def amortising(curve, pay_fixed=1, **kwargs):
+    return zep.MVanillaSwap(pay_fixed, 1e6, 0.03, "2024-01-17", "2029-01-17", curve, fixedNotionals=FIXED_STEPS,
+                            floatNotionals=FLOAT_STEPS, **kwargs)
+
+
+@pytest.mark.parametrize("pay_fixed", [1, -1])
+def test_an_amortising_swap_is_the_sum_of_bullet_swaps_on_its_notional_steps(curve, pay_fixed):
+    # 1m to 2029, 1m more to 2028 and 1m more to 2026 outstanding period by period.
+    bullets = [zep.MVanillaSwap(pay_fixed, 1e6, 0.03, "2024-01-17", end, curve, spread=0.001)
+               for end in ("2029-01-17", "2028-01-17", "2026-01-17")]
+    ours = amortising(curve, pay_fixed, spread=0.001)
+    assert ours.NPV() == pytest.approx(sum(b.NPV() for b in bullets), rel=1e-12)
+    assert ours.FixedLegBPS() == pytest.approx(sum(b.FixedLegBPS() for b in bullets), rel=1e-12)
+    assert ours.FloatingLegPV() == pytest.approx(sum(b.FloatingLegPV() for b in bullets), rel=1e-12)
+    at_par = amortising(curve, pay_fixed, spread=0.001)
+    assert zep.MVanillaSwap(pay_fixed, 1e6, at_par.ParRate(), "2024-01-17", "2029-01-17", curve, spread=0.001,
+                            fixedNotionals=FIXED_STEPS, floatNotionals=FLOAT_STEPS).NPV() == pytest.approx(0, abs=1e-7)
+
+
+def test_an_amortising_swap_agrees_with_quantlib_on_its_notional_schedule(curve, ql_curve):
+    target = ql.TARGET()
+    schedule = lambda tenor: ql.Schedule(ql.Date(17, 1, 2024), ql.Date(17, 1, 2029), ql.Period(tenor), target,
+                                         ql.ModifiedFollowing, ql.ModifiedFollowing, ql.DateGeneration.Backward, False)
+    fixed = ql.FixedRateLeg(schedule("1Y"), ql.Thirty360(ql.Thirty360.BondBasis), FIXED_STEPS, [0.03],
+                            ql.ModifiedFollowing)
+    floating = ql.IborLeg(FLOAT_STEPS, schedule("6M"), ql.Euribor6M(ql_curve), ql.Actual360(), ql.ModifiedFollowing,
+                          [2], [1.0], [0.001])
+    reference = ql.Swap(fixed, floating)  # pays the first leg
+    reference.setPricingEngine(ql.DiscountingSwapEngine(ql_curve))
+    ours = amortising(curve, spread=0.001)
+    assert ours.NPV() == pytest.approx(reference.NPV(), rel=1e-8)
+    fixed_bps = reference.legBPS(0)
+    assert ours.FixedLegBPS() == pytest.approx(abs(fixed_bps), rel=1e-8)
+    assert ours.ParRate() == pytest.approx(0.03 - reference.NPV() / fixed_bps * 1e-4, rel=1e-8)  # NPV linear in the rate
+    rows = [r for r in ours.CashFlowSchedule() if r.accrualFraction > 0 and r.fixingDate.SerialNumber() == 0]
+    assert [r.notional for r in rows] == FIXED_STEPS
+
+
+# --- mark-to-market cross-currency swaps ------------------------------------------------------
+
+SPOT = 1.10  # domestic per foreign: the domestic leg's first notional is the foreign one at spot
+
+
+def mtm_swap(curve, foreign, **kwargs):
+    return zep.MXCurrencySwap(SPOT * 1e6, 1e6, "2024-01-17", "2029-01-17", SPOT, curve, foreign, markToMarket=True,
+                              **kwargs)
+
+
+def domestic_coupons(swap):
+    """The received domestic leg's 20 quarterly coupons: its rows come before the foreign leg's."""
+    return [r for r in swap.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon][:20]
+
+
+def test_mark_to_market_notionals_reset_to_the_fx_forward_of_each_period(curve, eur_curve):
+    ours = mtm_swap(curve, eur_curve)
+    domestic = domestic_coupons(ours)
+    d = lambda c, x: c.DiscountFactor(x)
+    assert domestic[0].notional == SPOT * 1e6
+    for row in domestic[1:]:
+        forward = SPOT * d(eur_curve, row.accrualStart) / d(curve, row.accrualStart)
+        assert row.notional == pytest.approx(1e6 * forward, rel=1e-14), str(row.accrualStart)
+    foreign = [r for r in ours.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon][20:]
+    assert [row.notional for row in foreign] == [1e6] * 20
+
+
+def test_a_mark_to_market_swap_of_flat_floating_legs_on_their_own_curves_is_worth_nothing(curve, eur_curve):
+    # Each period lends its reset notional and gets it back with the period's own forward rate.
+    ours = mtm_swap(curve, eur_curve)
+    assert ours.DomesticLegPV() == pytest.approx(0.0, abs=1e-6)
+    assert ours.NPV() == pytest.approx(0.0, abs=1e-6)
+
+
+def test_a_mark_to_market_swap_with_a_basis_is_its_expected_flows_and_worth_nothing_at_par(curve, eur_curve):
+    projection = zep.YieldCurve.FromZeroRates(REFERENCE, PILLARS, [z + 0.002 for z in ZEROS], zep.Continuous,
+                                              zep.DayCounter(zep.Act365Fixed))
+    ours = mtm_swap(curve, eur_curve, domesticRate=0.0015, domesticProjectionCurve=projection)
+    # The independent reference: lend each period's forward notional at its start, get it back
+    # with the projected rate plus the spread at its end.
+    d = lambda c, x: c.DiscountFactor(x)
+    act360 = zep.DayCounter(zep.Act360)
+    pv = 0.0
+    for i, row in enumerate(domestic_coupons(ours)):
+        start, end = row.accrualStart, row.accrualEnd
+        notional = SPOT * 1e6 if i == 0 else 1e6 * SPOT * d(eur_curve, start) / d(curve, start)
+        forward = (d(projection, start) / d(projection, end) - 1) / act360.YearFraction(start, end)
+        interest = notional * (forward + 0.0015) * act360.YearFraction(start, end)
+        pv += (notional + interest) * d(curve, end) - notional * d(curve, start)
+    assert ours.DomesticLegPV() == pytest.approx(pv, rel=1e-10)
+    at_par = mtm_swap(curve, eur_curve, domesticRate=ours.ParSpread(), domesticProjectionCurve=projection)
+    assert at_par.NPV() == pytest.approx(0.0, abs=1e-6)
+
+
+def test_a_started_mark_to_market_swap_reads_its_published_fx_reset(curve, eur_curve):
+    fixings = zep.FixingStore()
+    for index, rate in [("DOMESTIC", 0.034), ("FOREIGN", 0.024)]:
+        fixings.Add(index, "2023-10-13", rate)
+    build = lambda: zep.MXCurrencySwap(1.05e6, 1e6, "2023-07-17", "2028-07-17", SPOT, curve, eur_curve,
+                                       markToMarket=True, fxIndex="EURUSD", fixings=fixings)
+    with pytest.raises(RuntimeError, match=r"^MXCurrencySwap::MXCurrencySwap failed: Missing fixing of index 'EURUSD' "
+                                           r"on 13/10/2023\."):
+        build()
+    fixings.Add("EURUSD", "2023-10-13", 1.06)
+    current = build().CashFlowSchedule()[0]
+    assert current.accrualStart == zep.Date("2023-10-17")
+    assert (current.notional, current.rate) == (pytest.approx(1.06e6, rel=1e-15), 0.034)
+
 # --- bonds -----------------------------------------------------------------------------------
 
 TREASURY = dict(couponRate=0.045, issueDate="2023-11-15", maturityDate="2033-11-15", tenor="6M",
@@ -285,6 +396,7 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
         swap(curve), zep.MBond(discountCurve=curve, **TREASURY),
         zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", 1.0950, "2024-01-17", curve, eur_curve),
         zep.MXCurrencySwap(1.1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, curve, eur_curve, domesticRate=0.001),
+        amortising(curve), mtm_swap(curve, eur_curve, domesticRate=0.001),
         zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, eur_curve, receivedSpread=0.001),
         zep.MFloatingRateNote(100.0, 0.002, "2024-01-17", "2029-01-17", curve),
         zep.MBill(1e6, "2024-07-15", discountCurve=curve),
@@ -312,6 +424,12 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
      "MVanillaSwap::MVanillaSwap failed: payFixed must be +1 (pay) or -1 (receive)."),
     (lambda c: zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2034-01-17", None),
      "MVanillaSwap::MVanillaSwap failed: MVanillaSwap: the discount curve is None."),
+    (lambda c: zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2029-01-17", c, fixedNotionals=[1e6, 1e6]),
+     "MVanillaSwap::MVanillaSwap failed: Leg: give one notional, or one per period (5)."),
+    (lambda c: zep.MXCurrencySwap(1e6, 0.0, "2024-01-17", "2029-01-17", 1.1, c, c, markToMarket=True),
+     "MXCurrencySwap::MXCurrencySwap failed: Leg: the notional a leg resets from '0.000000' must be a positive number."),
+    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, markToMarket=True, fxIndex=""),
+     "MXCurrencySwap::MXCurrencySwap failed: a mark-to-market swap needs the name of its FX fixing (fxIndex)."),
     (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", -1.0, c, c),
      "MXCurrencySwap::MXCurrencySwap failed: FX spot '-1.000000' must be a positive number."),
     (lambda c: zep.MBond(0.04, "2024-01-15", "2034-01-15", "5M"),
