@@ -46,7 +46,7 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
     const bool floating = m_terms.kind != CouponKind::Fixed;
     ZEP_REQUIRE(!floating || !m_terms.index.empty(), "Leg: a floating leg needs an index name.");
     ZEP_REQUIRE(m_terms.lookbackDays >= 0 && m_terms.lockoutDays >= 0, "Leg: lookback and lockout days must be >= 0.");
-    if (ResetsNotional()) {
+    if (!m_terms.resetIndex.empty()) {
         ZEP_REQUIRE(std::isfinite(m_terms.resetNotional) && m_terms.resetNotional > 0.0,
                     "Leg: the notional a leg resets from '" + std::to_string(m_terms.resetNotional) +
                         "' must be a positive number.");
@@ -62,7 +62,7 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
         coupon.accrualEnd = period.accrualEnd;
         coupon.payment = period.payment;
         coupon.fixing = period.fixing;
-        coupon.notionalFixing = period.fixing;
+        if (!m_terms.resetIndex.empty()) m_resetFixings.push_back(period.fixing);
         coupon.accrualFraction = period.accrualFraction;
         coupon.notional = m_terms.notionals[m_terms.notionals.size() == 1 ? 0 : i];
         coupon.indexStart = period.accrualStart;
@@ -169,12 +169,10 @@ void Leg::RequireMarket(const LegMarket& market, bool needsProjection) const {
 
 // The first notional is the one traded; each later one is struck at the FX rate fixed on the
 // period's fixing date, which is the outright for the period's start until it is published.
-double Leg::NotionalOf(std::size_t i, const LegMarket& market) const {
-    const Coupon& coupon = m_coupons[i];
-    if (!ResetsNotional() || i == 0) return coupon.notional;
+double Leg::ResetNotional(std::size_t i, const LegMarket& market) const {
     const Date valuation = market.discount->ReferenceDate();
-    const auto fixed = KnownFixing(market.fixings, m_terms.resetIndex, coupon.notionalFixing, valuation);
-    return m_terms.resetNotional * (fixed ? *fixed : FXForward::Outright(*market.resetFX, coupon.accrualStart));
+    const auto fixed = KnownFixing(market.fixings, m_terms.resetIndex, m_resetFixings[i], valuation);
+    return m_terms.resetNotional * (fixed ? *fixed : FXForward::Outright(*market.resetFX, m_coupons[i].accrualStart));
 }
 
 template <class Visit>
@@ -191,17 +189,20 @@ void Leg::ForEachFlow(const LegMarket& market, Visit&& visit) const {
     if (m_terms.exchangeNotional && first.accrualStart > valuation)
         visit(nullptr, first.accrualStart, first.notional, 0.0, -first.notional,
               market.discount->DiscountFactor(first.accrualStart));
-    for (std::size_t i = 0; i < m_coupons.size(); ++i) {
+    std::size_t i = 0;
+    while (i < m_coupons.size() && m_coupons[i].payment <= valuation) ++i;
+    // Each notional is read once: a reset one costs an FX forward.
+    double notional = i < m_coupons.size() ? NotionalOf(i, market) : 0.0;
+    for (; i < m_coupons.size(); ++i) {
         const Coupon& coupon = m_coupons[i];
-        if (coupon.payment <= valuation) continue;
         const double rate = CouponRate(coupon, market, projection);
         const double factor = discount.At(coupon.paymentSlot);
-        const double notional = NotionalOf(i, market);
         visit(&coupon, coupon.payment, notional, rate, notional * rate * coupon.accrualFraction, factor);
         // Principal returns as the notional steps down (or resets), the rest at maturity.
         const double next = i + 1 < m_coupons.size() ? NotionalOf(i + 1, market) : 0.0;
         if (m_terms.exchangeNotional && notional != next)
             visit(nullptr, coupon.payment, std::abs(notional - next), 0.0, notional - next, factor);
+        notional = next;
     }
 }
 

@@ -70,7 +70,6 @@ public:
 private:
     struct Coupon {
         Date accrualStart, accrualEnd, payment, fixing;
-        Date notionalFixing;        // when the FX rate of a resetting notional fixes
         Date indexStart, indexEnd;  // the period a term index rate is read over
         double accrualFraction = 0.0, indexFraction = 0.0, notional = 0.0;
         std::size_t firstObservation = 0, endObservation = 0;  // overnight: range in m_observations
@@ -88,9 +87,12 @@ private:
     double IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
     double OvernightRate(const Coupon& coupon, const LegMarket& market) const;
     double CouponRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
-    bool ResetsNotional() const { return !m_terms.resetIndex.empty(); }
+    bool ResetsNotional() const { return !m_resetFixings.empty(); }
     // The notional coupon `i` accrues on: as given, or reset to the FX rate of its start.
-    double NotionalOf(std::size_t i, const LegMarket& market) const;
+    double NotionalOf(std::size_t i, const LegMarket& market) const {
+        return ResetsNotional() && i > 0 ? ResetNotional(i, market) : m_coupons[i].notional;
+    }
+    double ResetNotional(std::size_t i, const LegMarket& market) const;
     void RequireMarket(const LegMarket& market, bool needsProjection) const;
     // Calls visit(coupon or null for a notional exchange, payment, notional, rate, amount,
     // discount factor) for every flow paid after the valuation date: the one walk PV and
@@ -103,6 +105,7 @@ private:
     std::vector<Coupon> m_coupons;
     std::vector<Observation> m_observations;
     std::vector<Date> m_dates;  // every accrual, index and payment date of the coupons, sorted, once each
+    std::vector<Date> m_resetFixings;  // a resetting leg: when each period's FX rate fixes; else empty
 };
 
 }  // namespace zep
