@@ -288,22 +288,65 @@ def test_duration_and_convexity_are_the_yield_derivatives_of_the_price(yield_):
     assert bond.Convexity(yield_, settle) == pytest.approx((up - 2 * mid + down) / (h * h) / mid, rel=1e-5)
 
 
-def test_bond_figures_agree_with_quantlib():
-    ql.Settings.instance().evaluationDate = ql.Date(16, 1, 2024)
-    schedule = ql.Schedule(ql.Date(15, 11, 2023), ql.Date(15, 11, 2033), ql.Period("6M"), ql.NullCalendar(),
-                           ql.Unadjusted, ql.Unadjusted, ql.DateGeneration.Backward, False)
-    reference = ql.FixedRateBond(0, 100.0, schedule, [0.045], ql.ActualActual(ql.ActualActual.ISMA), ql.Unadjusted)
-    settle, yield_ = ql.Date(16, 1, 2024), 0.0437
-    rate = ql.InterestRate(yield_, ql.ActualActual(ql.ActualActual.ISMA), ql.Compounded, ql.Semiannual)
-    ours = zep.MBond(**TREASURY)
-    assert ours.CleanPrice(yield_, "2024-01-16") == pytest.approx(
-        ql.BondFunctions.cleanPrice(reference, rate, settle), rel=1e-10)
-    assert ours.ModifiedDuration(yield_, "2024-01-16") == pytest.approx(
+def ql_date(text):
+    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
+
+
+@pytest.mark.parametrize("terms, frequency, settlement, yield_", [
+    (TREASURY, ql.Semiannual, "2024-01-16", 0.0437),
+    (TREASURY, ql.Semiannual, "2031-02-28", 0.0512),
+    (BUND, ql.Annual, "2023-12-20", 0.0241),
+    (BUND, ql.Annual, "2030-03-03", 0.0187),
+])
+def test_bond_figures_agree_with_quantlib(terms, frequency, settlement, yield_):
+    ql.Settings.instance().evaluationDate = ql_date(settlement)
+    schedule = ql.Schedule(ql_date(terms["issueDate"]), ql_date(terms["maturityDate"]), ql.Period(terms["tenor"]),
+                           ql.NullCalendar(), ql.Unadjusted, ql.Unadjusted, ql.DateGeneration.Backward, False)
+    day_count = ql.ActualActual(ql.ActualActual.ISMA)
+    reference = ql.FixedRateBond(0, 100.0, schedule, [terms["couponRate"]], day_count, ql.Unadjusted)
+    settle = ql_date(settlement)
+    rate = ql.InterestRate(yield_, day_count, ql.Compounded, frequency)
+    ours = zep.MBond(**terms)
+    clean = ql.BondFunctions.cleanPrice(reference, rate, settle)
+    assert ours.AccruedAmount(settlement) == pytest.approx(ql.BondFunctions.accruedAmount(reference, settle), rel=1e-12)
+    assert ours.CleanPrice(yield_, settlement) == pytest.approx(clean, rel=1e-10)
+    assert ours.Yield(clean, settlement) == pytest.approx(
+        ql.BondFunctions.bondYield(reference, ql.BondPrice(clean, ql.BondPrice.Clean), day_count, ql.Compounded,
+                                   frequency, settle, 1e-14, 100), rel=1e-8)
+    assert ours.ModifiedDuration(yield_, settlement) == pytest.approx(
         ql.BondFunctions.duration(reference, rate, ql.Duration.Modified, settle), rel=1e-8)
-    assert ours.MacaulayDuration(yield_, "2024-01-16") == pytest.approx(
+    assert ours.MacaulayDuration(yield_, settlement) == pytest.approx(
         ql.BondFunctions.duration(reference, rate, ql.Duration.Macaulay, settle), rel=1e-8)
-    assert ours.Convexity(yield_, "2024-01-16") == pytest.approx(
+    assert ours.Convexity(yield_, settlement) == pytest.approx(
         ql.BondFunctions.convexity(reference, rate, settle), rel=1e-8)
+
+
+# Worked by hand from the definitions: each flow discounted over the coupon periods to it, the
+# first one counted in days left over days in the period (Act/Act ICMA), compounding at the
+# coupon frequency; accrued is the coupon times days run over days in the period.
+def test_a_bund_in_its_last_coupon_period_is_its_last_flow_discounted_over_the_part_year_left():
+    bund = zep.MBond(**BUND)
+    # 15 Aug 2032 to 15 Aug 2033 has 365 days; on 15 Feb 2033, 184 have run and 181 are left.
+    dirty = 102.6 / 1.03 ** (181 / 365)
+    assert bund.AccruedAmount("2033-02-15") == pytest.approx(2.6 * 184 / 365, abs=1e-12)
+    assert bund.CleanPrice(0.03, "2033-02-15") == pytest.approx(dirty - 2.6 * 184 / 365, abs=1e-12)
+    assert bund.Yield(dirty - 2.6 * 184 / 365, "2033-02-15") == pytest.approx(0.03, abs=1e-12)
+    assert bund.MacaulayDuration(0.03, "2033-02-15") == pytest.approx(181 / 365, rel=1e-12)
+    assert bund.ModifiedDuration(0.03, "2033-02-15") == pytest.approx(181 / 365 / 1.03, rel=1e-12)
+
+
+def test_a_treasury_two_coupons_from_maturity_discounts_at_half_its_yield_per_period():
+    treasury = zep.MBond(**TREASURY)
+    # 15 Nov 2032 to 15 May 2033 has 181 days; on 1 Feb 2033, 78 have run and 103 are left.
+    per_period, left = 1 + 0.05 / 2, 103 / 181
+    flows = [(left, 2.25), (left + 1, 102.25)]
+    dirty = sum(amount / per_period ** periods for periods, amount in flows)
+    accrued = 2.25 * 78 / 181
+    assert treasury.AccruedAmount("2033-02-01") == pytest.approx(accrued, abs=1e-12)
+    assert treasury.CleanPrice(0.05, "2033-02-01") == pytest.approx(dirty - accrued, abs=1e-12)
+    macaulay = sum(periods / 2 * amount / per_period ** periods for periods, amount in flows) / dirty
+    assert treasury.MacaulayDuration(0.05, "2033-02-01") == pytest.approx(macaulay, rel=1e-12)
+    assert treasury.ModifiedDuration(0.05, "2033-02-01") == pytest.approx(macaulay / per_period, rel=1e-12)
 
 
 def test_the_z_spread_reprices_the_bond_over_its_curve(curve):
