@@ -647,6 +647,27 @@ def test_a_swap_from_its_yaml_or_json_definition_is_the_swap_built_directly(curv
     assert pickle.loads(pickle.dumps(from_json)).NPV() == from_json.NPV()
 
 
+def test_amortising_and_mark_to_market_swaps_come_from_their_definitions(curve, eur_curve):
+    amortising_yaml = """
+type: VanillaSwap
+payFixed: 1
+notional: 1000000
+fixedRate: 0.03
+startDate: 2024-01-17
+endDate: 2029-01-17
+discountCurve: EUR
+fixedNotionals: [3.0e+6, 3.0e+6, 2.0e+6, 2.0e+6, 1.0e+6]
+floatNotionals: [3.0e+6, 3.0e+6, 3.0e+6, 3.0e+6, 2.0e+6, 2.0e+6, 2.0e+6, 2.0e+6, 1.0e+6, 1.0e+6]
+"""
+    loaded = zep.RateInstrumentFromDefinition(amortising_yaml, {"EUR": curve})
+    assert loaded.NPV() == pytest.approx(amortising(curve).NPV(), rel=1e-14)
+    mtm = {"type": "XCurrencySwap", "domesticNotional": SPOT * 1e6, "foreignNotional": 1e6, "startDate": "2024-01-17",
+           "endDate": "2029-01-17", "spot": SPOT, "domesticDiscountCurve": "USD", "foreignDiscountCurve": "EUR",
+           "domesticRate": 0.001, "markToMarket": True}
+    loaded = zep.RateInstrumentFromDefinition(mtm, {"USD": curve, "EUR": eur_curve})
+    assert loaded.NPV() == pytest.approx(mtm_swap(curve, eur_curve, domesticRate=0.001).NPV(), rel=1e-14)
+
+
 @pytest.mark.parametrize("definition, curves, message", [
     ({"type": "BermudanSwaption"}, {}, "unknown product type 'BermudanSwaption'"),
     ({"type": "Bill", "faceValue": 100.0, "maturityDate": "2024-07-15", "discountCurve": "USD"}, {},
