@@ -349,6 +349,22 @@ def test_a_treasury_two_coupons_from_maturity_discounts_at_half_its_yield_per_pe
     assert treasury.ModifiedDuration(0.05, "2033-02-01") == pytest.approx(macaulay / per_period, rel=1e-12)
 
 
+def test_a_treasury_in_its_last_coupon_period_quotes_a_simple_yield_on_request():
+    treasury = zep.MBond(simpleYieldInLastPeriod=True, **TREASURY)
+    # 15 May to 15 Nov 2033 has 184 days; on 1 Aug 2033, 78 have run and 106 are left.
+    years, accrued = 106 / 184 / 2, 2.25 * 78 / 184
+    growth = 1 + 0.05 * years
+    assert treasury.CleanPrice(0.05, "2033-08-01") == pytest.approx(102.25 / growth - accrued, abs=1e-12)
+    assert treasury.Yield(102.25 / growth - accrued, "2033-08-01") == pytest.approx(0.05, abs=1e-12)
+    assert treasury.MacaulayDuration(0.05, "2033-08-01") == pytest.approx(years, rel=1e-12)
+    assert treasury.ModifiedDuration(0.05, "2033-08-01") == pytest.approx(years / growth, rel=1e-12)
+    assert treasury.Convexity(0.05, "2033-08-01") == pytest.approx(2 * years ** 2 / growth ** 2, rel=1e-12)
+    # Before the last period, and without the request, the yield compounds as ever.
+    assert treasury.CleanPrice(0.05, "2033-02-01") == zep.MBond(**TREASURY).CleanPrice(0.05, "2033-02-01")
+    compounded = 102.25 / (1 + 0.05 / 2) ** (106 / 184) - accrued
+    assert zep.MBond(**TREASURY).CleanPrice(0.05, "2033-08-01") == pytest.approx(compounded, abs=1e-12)
+
+
 def test_the_z_spread_reprices_the_bond_over_its_curve(curve):
     bond = zep.MBond(discountCurve=curve, **TREASURY)
     assert bond.ZSpread(bond.PV() - bond.AccruedAmount(REFERENCE), REFERENCE) == pytest.approx(0.0, abs=1e-10)
@@ -440,6 +456,7 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
         zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", 1.0950, "2024-01-17", curve, eur_curve),
         zep.MXCurrencySwap(1.1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, curve, eur_curve, domesticRate=0.001),
         amortising(curve), mtm_swap(curve, eur_curve, domesticRate=0.001),
+        zep.MBond(discountCurve=curve, simpleYieldInLastPeriod=True, **TREASURY),
         zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, eur_curve, receivedSpread=0.001),
         zep.MFloatingRateNote(100.0, 0.002, "2024-01-17", "2029-01-17", curve),
         zep.MBill(1e6, "2024-07-15", discountCurve=curve),

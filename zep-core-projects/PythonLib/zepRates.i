@@ -53,8 +53,9 @@ rate fixed for it (published under fxIndex='FX', the forward until then) and exc
 Failures read 'MXCurrencySwap::<operation> failed: ...'.";
 %feature("docstring") zep::python::MBond
 "A fixed-rate bond: MBond(couponRate, issueDate, maturityDate, tenor='6M', dayCounter='ActActICMA',
-notionals=[100], discountCurve=None, centres='', endOfMonth=False); prices per 100, yields
-compounded at the coupon frequency. Failures read 'MBond::<operation> failed: ...'.";
+notionals=[100], discountCurve=None, centres='', endOfMonth=False, simpleYieldInLastPeriod=False);
+prices per 100, yields compounded at the coupon frequency (simple interest in the last coupon
+period when simpleYieldInLastPeriod, as US Treasuries are quoted). Failures read 'MBond::<operation> failed: ...'.";
 %feature("docstring") zep::python::MFXForwardOutright
 "An outright FX forward on BASE/QUOTE: MFXForwardOutright(buySell, baseNotional, contractRate,
 deliveryDate, spot, spotDate, quoteCurve, baseCurve, forwardPoints=None, pointScale=1e4); NPV in
