@@ -172,7 +172,10 @@ void Leg::RequireMarket(const LegMarket& market, bool needsProjection) const {
 double Leg::ResetNotional(std::size_t i, const LegMarket& market) const {
     const Date valuation = market.discount->ReferenceDate();
     const auto fixed = KnownFixing(market.fixings, m_terms.resetIndex, m_resetFixings[i], valuation);
-    return m_terms.resetNotional * (fixed ? *fixed : FXForward::Outright(*market.resetFX, m_coupons[i].accrualStart));
+    ZEP_REQUIRE(!fixed || *fixed > 0.0, "Leg: the FX fixing of index '" + m_terms.resetIndex + "' on " +
+                                            m_resetFixings[i].ToString() + " must be positive.");
+    const double rate = fixed ? *fixed : FXForward::Outright(*market.resetFX, m_coupons[i].accrualStart);
+    return m_terms.resetRateInverted ? m_terms.resetNotional / rate : m_terms.resetNotional * rate;
 }
 
 template <class Visit>

@@ -135,6 +135,34 @@ TEST(Leg, AResettingNotionalFollowsTheFXForwardAndEachPeriodFinancesItself) {
               "Leg: a leg whose notional resets exchanges one notional, not an amortising one.");
 }
 
+// The rate quotes the other currency per unit of the leg's own: the notional divides by it.
+TEST(Leg, AnInvertedResetDividesByTheRateAndAPublishedRateMustBePositive) {
+    const YieldCurve domestic = SlopedCurve();
+    const YieldCurve foreign(D("2024-01-15"), {D("2024-01-15"), D("2034-01-15")}, std::vector<double>{0.02, 0.024},
+                             Continuous, DayCounter(Act365Fixed));
+    const FXMarket fx{1.25, D("2024-01-15"), &domestic, &foreign};
+    LegTerms terms = Floating();
+    terms.notionals = {1e6};
+    terms.exchangeNotional = true;
+    terms.resetIndex = "FX";
+    terms.resetNotional = 1.25e6;
+    terms.resetRateInverted = true;
+    const Leg leg(LegSchedule("2023-09-15", "2025-09-15", "3M"), terms, Calendar::Shared());
+    FixingStore fixings;
+    fixings.Add("EURIBOR6M", D("2023-09-13"), 0.03);
+    fixings.Add("EURIBOR6M", D("2023-12-13"), 0.031);
+    fixings.Add("FX", D("2023-12-13"), 1.28);
+    LegMarket market{&foreign, &foreign, &fixings};
+    market.resetFX = &fx;
+    const std::vector<CashFlow> rows = leg.CashFlows(market);
+    EXPECT_NEAR(rows.front().notional, 1.25e6 / 1.28, 1e-8);  // the period from 15 Dec 2023, fixed on the 13th
+    const CashFlow& next = rows[2];                            // after the coupon and the reset exchange
+    EXPECT_NEAR(next.notional, 1.25e6 / (1.25 * foreign.DiscountFactor(next.accrualStart) /
+                                         domestic.DiscountFactor(next.accrualStart)), 1e-8);
+    fixings.Add("FX", D("2023-12-13"), 0.0);
+    EXPECT_EQ(testing::ErrorMessage([&] { leg.PV(market); }), "Leg: the FX fixing of index 'FX' on 13/12/2023 must be positive.");
+}
+
 TEST(Leg, RefusesInputsThatMakeNoSense) {
     LegTerms terms;
     terms.notionals = {-1.0};

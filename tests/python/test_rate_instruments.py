@@ -182,32 +182,35 @@ def test_an_amortising_swap_agrees_with_quantlib_on_its_notional_schedule(curve,
 SPOT = 1.10  # domestic per foreign: the domestic leg's first notional is the foreign one at spot
 
 
-def mtm_swap(curve, foreign, **kwargs):
-    return zep.MXCurrencySwap(SPOT * 1e6, 1e6, "2024-01-17", "2029-01-17", SPOT, curve, foreign, markToMarket=True,
+def mtm_swap(curve, foreign, resetting="DOMESTIC", **kwargs):
+    return zep.MXCurrencySwap(SPOT * 1e6, 1e6, "2024-01-17", "2029-01-17", SPOT, curve, foreign, resettingLeg=resetting,
                               **kwargs)
 
 
-def domestic_coupons(swap):
-    """The received domestic leg's 20 quarterly coupons: its rows come before the foreign leg's."""
-    return [r for r in swap.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon][:20]
+def coupons(swap):
+    """The coupons of the received domestic leg, then those of the paid foreign leg (as many)."""
+    rows = [r for r in swap.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon]
+    return rows[:len(rows) // 2], rows[len(rows) // 2:]
 
 
-def test_mark_to_market_notionals_reset_to_the_fx_forward_of_each_period(curve, eur_curve):
-    ours = mtm_swap(curve, eur_curve)
-    domestic = domestic_coupons(ours)
-    d = lambda c, x: c.DiscountFactor(x)
-    assert domestic[0].notional == SPOT * 1e6
-    for row in domestic[1:]:
-        forward = SPOT * d(eur_curve, row.accrualStart) / d(curve, row.accrualStart)
-        assert row.notional == pytest.approx(1e6 * forward, rel=1e-14), str(row.accrualStart)
-    foreign = [r for r in ours.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon][20:]
-    assert [row.notional for row in foreign] == [1e6] * 20
+@pytest.mark.parametrize("resetting", ["DOMESTIC", "FOREIGN"])
+def test_mark_to_market_notionals_reset_to_the_fx_forward_of_each_period(curve, eur_curve, resetting):
+    domestic, foreign = coupons(mtm_swap(curve, eur_curve, resetting))
+    resets, constant = (domestic, foreign) if resetting == "DOMESTIC" else (foreign, domestic)
+    assert [row.notional for row in constant] == [constant[0].notional] * 20
+    assert (domestic[0].notional, foreign[0].notional) == (SPOT * 1e6, 1e6)
+    for row in resets[1:]:
+        forward = SPOT * eur_curve.DiscountFactor(row.accrualStart) / curve.DiscountFactor(row.accrualStart)
+        expected = 1e6 * forward if resetting == "DOMESTIC" else SPOT * 1e6 / forward
+        assert row.notional == pytest.approx(expected, rel=1e-14), str(row.accrualStart)
 
 
-def test_a_mark_to_market_swap_of_flat_floating_legs_on_their_own_curves_is_worth_nothing(curve, eur_curve):
+@pytest.mark.parametrize("resetting", ["DOMESTIC", "FOREIGN"])
+def test_a_mark_to_market_swap_of_flat_floating_legs_on_their_own_curves_is_worth_nothing(curve, eur_curve, resetting):
     # Each period lends its reset notional and gets it back with the period's own forward rate.
-    ours = mtm_swap(curve, eur_curve)
+    ours = mtm_swap(curve, eur_curve, resetting)
     assert ours.DomesticLegPV() == pytest.approx(0.0, abs=1e-6)
+    assert ours.ForeignLegPV() == pytest.approx(0.0, abs=1e-6)
     assert ours.NPV() == pytest.approx(0.0, abs=1e-6)
 
 
@@ -220,7 +223,7 @@ def test_a_mark_to_market_swap_with_a_basis_is_its_expected_flows_and_worth_noth
     d = lambda c, x: c.DiscountFactor(x)
     act360 = zep.DayCounter(zep.Act360)
     pv = 0.0
-    for i, row in enumerate(domestic_coupons(ours)):
+    for i, row in enumerate(coupons(ours)[0]):
         start, end = row.accrualStart, row.accrualEnd
         notional = SPOT * 1e6 if i == 0 else 1e6 * SPOT * d(eur_curve, start) / d(curve, start)
         forward = (d(projection, start) / d(projection, end) - 1) / act360.YearFraction(start, end)
@@ -236,7 +239,7 @@ def test_a_started_mark_to_market_swap_reads_its_published_fx_reset(curve, eur_c
     for index, rate in [("DOMESTIC", 0.034), ("FOREIGN", 0.024)]:
         fixings.Add(index, "2023-10-13", rate)
     build = lambda: zep.MXCurrencySwap(1.05e6, 1e6, "2023-07-17", "2028-07-17", SPOT, curve, eur_curve,
-                                       markToMarket=True, fxIndex="EURUSD", fixings=fixings)
+                                       resettingLeg="DOMESTIC", fxIndex="EURUSD", fixings=fixings)
     with pytest.raises(RuntimeError, match=r"^MXCurrencySwap::MXCurrencySwap failed: Missing fixing of index 'EURUSD' "
                                            r"on 13/10/2023\."):
         build()
@@ -244,6 +247,10 @@ def test_a_started_mark_to_market_swap_reads_its_published_fx_reset(curve, eur_c
     current = build().CashFlowSchedule()[0]
     assert current.accrualStart == zep.Date("2023-10-17")
     assert (current.notional, current.rate) == (pytest.approx(1.06e6, rel=1e-15), 0.034)
+    foreign_resets = zep.MXCurrencySwap(1.05e6, 1e6, "2023-07-17", "2028-07-17", SPOT, curve, eur_curve,
+                                        resettingLeg="FOREIGN", fxIndex="EURUSD", fixings=fixings)
+    current = coupons(foreign_resets)[1][0]
+    assert (current.accrualStart, current.notional) == (zep.Date("2023-10-17"), pytest.approx(1.05e6 / 1.06, rel=1e-15))
 
 # --- bonds -----------------------------------------------------------------------------------
 
@@ -486,9 +493,11 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
      "MVanillaSwap::MVanillaSwap failed: MVanillaSwap: the discount curve is None."),
     (lambda c: zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2029-01-17", c, fixedNotionals=[1e6, 1e6]),
      "MVanillaSwap::MVanillaSwap failed: Leg: give one notional, or one per period (5)."),
-    (lambda c: zep.MXCurrencySwap(1e6, 0.0, "2024-01-17", "2029-01-17", 1.1, c, c, markToMarket=True),
+    (lambda c: zep.MXCurrencySwap(1e6, 0.0, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="DOMESTIC"),
      "MXCurrencySwap::MXCurrencySwap failed: Leg: the notional a leg resets from '0.000000' must be a positive number."),
-    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, markToMarket=True, fxIndex=""),
+    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="BOTH"),
+     "MXCurrencySwap::MXCurrencySwap failed: 'BOTH' is an invalid resetting leg (NONE or DOMESTIC or FOREIGN)."),
+    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="FOREIGN", fxIndex=""),
      "MXCurrencySwap::MXCurrencySwap failed: a mark-to-market swap needs the name of its FX fixing (fxIndex)."),
     (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", -1.0, c, c),
      "MXCurrencySwap::MXCurrencySwap failed: FX spot '-1.000000' must be a positive number."),
@@ -680,7 +689,7 @@ floatNotionals: [3.0e+6, 3.0e+6, 3.0e+6, 3.0e+6, 2.0e+6, 2.0e+6, 2.0e+6, 2.0e+6,
     assert loaded.NPV() == pytest.approx(amortising(curve).NPV(), rel=1e-14)
     mtm = {"type": "XCurrencySwap", "domesticNotional": SPOT * 1e6, "foreignNotional": 1e6, "startDate": "2024-01-17",
            "endDate": "2029-01-17", "spot": SPOT, "domesticDiscountCurve": "USD", "foreignDiscountCurve": "EUR",
-           "domesticRate": 0.001, "markToMarket": True}
+           "domesticRate": 0.001, "resettingLeg": "DOMESTIC"}
     loaded = zep.RateInstrumentFromDefinition(mtm, {"USD": curve, "EUR": eur_curve})
     assert loaded.NPV() == pytest.approx(mtm_swap(curve, eur_curve, domesticRate=0.001).NPV(), rel=1e-14)
 

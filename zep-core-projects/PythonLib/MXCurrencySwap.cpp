@@ -21,9 +21,9 @@ zep::LegTerms CurrencyTerms(const std::string& kind, double notional, double rat
 
 }  // namespace
 
-zep::LegMarket MXCurrencySwap::DomesticMarket() const {
-    zep::LegMarket market = m_domestic->Market();
-    market.resetFX = &m_resetFX;
+zep::LegMarket MXCurrencySwap::MarketOf(const CurvePair& curves, double fxRate) const {
+    zep::LegMarket market = curves.Market(fxRate);
+    market.resetFX = &m_pair;
     return market;
 }
 
@@ -36,63 +36,68 @@ MXCurrencySwap::MXCurrencySwap(double domesticNotional, double foreignNotional, 
                                const std::string& tenor, const zep::DayCounter& dayCounter,
                                boost::shared_ptr<zep::YieldCurve> domesticProjectionCurve,
                                boost::shared_ptr<zep::YieldCurve> foreignProjectionCurve, const std::string& centres,
-                               int fixingLagDays, boost::shared_ptr<zep::FixingStore> fixings, bool markToMarket,
-                               const std::string& fxIndex) {
+                               int fixingLagDays, boost::shared_ptr<zep::FixingStore> fixings,
+                               const std::string& resettingLeg, const std::string& fxIndex) {
     Guarded("MXCurrencySwap::MXCurrencySwap", [&] {
         if (!(spot > 0.0)) throw std::invalid_argument("FX spot '" + std::to_string(spot) + "' must be a positive number.");
         CurvePair domestic(domesticDiscountCurve, domesticProjectionCurve, fixings, "MXCurrencySwap (domestic)");
         CurvePair foreign(foreignDiscountCurve, foreignProjectionCurve, fixings, "MXCurrencySwap (foreign)");
         const zep::Schedule schedule = MakeSchedule(startDate, endDate, {tenor, dayCounter, centres, fixingLagDays, 0});
         zep::LegTerms domesticTerms = CurrencyTerms(domesticKind, domesticNotional, domesticRate, domesticIndex);
-        if (markToMarket) {
+        zep::LegTerms foreignTerms = CurrencyTerms(foreignKind, foreignNotional, foreignRate, foreignIndex);
+        const int resetting = ChoiceOf(resettingLeg, {"NONE", "DOMESTIC", "FOREIGN"}, "resetting leg");
+        if (resetting != 0) {
             if (fxIndex.empty()) throw std::invalid_argument("a mark-to-market swap needs the name of its FX fixing (fxIndex).");
-            domesticTerms.resetIndex = fxIndex;
-            domesticTerms.resetNotional = foreignNotional;
+            zep::LegTerms& terms = resetting == 1 ? domesticTerms : foreignTerms;
+            terms.resetIndex = fxIndex;
+            terms.resetNotional = resetting == 1 ? foreignNotional : domesticNotional;
+            terms.resetRateInverted = resetting == 2;  // the rate quotes domestic per foreign
         }
         const auto& calendar = zep::Calendar::Shared();
-        auto swap = boost::make_shared<zep::Swap>(
-            zep::Leg(schedule, domesticTerms, calendar),
-            zep::Leg(schedule, CurrencyTerms(foreignKind, foreignNotional, foreignRate, foreignIndex), calendar));
-        const zep::FXMarket resetFX{spot, domestic.discount->ReferenceDate(), domestic.discount.get(), foreign.discount.get()};
-        zep::LegMarket domesticMarket = domestic.Market();
-        domesticMarket.resetFX = &resetFX;
-        swap->PV(domesticMarket, foreign.Market(spot));  // a missing past fixing fails here, not at the first query
+        auto swap = boost::make_shared<zep::Swap>(zep::Leg(schedule, domesticTerms, calendar),
+                                                  zep::Leg(schedule, foreignTerms, calendar));
+        m_pair = {spot, domestic.discount->ReferenceDate(), domestic.discount.get(), foreign.discount.get()};
+        swap->PV(MarketOf(domestic, 1.0), MarketOf(foreign, spot));  // a missing past fixing fails here
         m_domestic.emplace(std::move(domestic));
         m_foreign.emplace(std::move(foreign));
         m_spot = spot;
-        m_resetFX = resetFX;
         m_object = std::move(swap);
     });
 }
 
 double MXCurrencySwap::PV() const {
     return Guarded("MXCurrencySwap::PV", [&] {
-        return Object("zep::python::MXCurrencySwap::PV").PV(DomesticMarket(), m_foreign->Market(m_spot));
+        return Object("zep::python::MXCurrencySwap::PV").PV(MarketOf(*m_domestic, 1.0), MarketOf(*m_foreign, m_spot));
     });
 }
 
 double MXCurrencySwap::ParSpread() const {
     return Guarded("MXCurrencySwap::ParSpread", [&] {
         return Object("zep::python::MXCurrencySwap::ParSpread")
-            .ParCoupon(zep::SwapSide::Receive, DomesticMarket(), m_foreign->Market(m_spot));
+            .ParCoupon(zep::SwapSide::Receive, MarketOf(*m_domestic, 1.0), MarketOf(*m_foreign, m_spot));
     });
 }
 
 double MXCurrencySwap::DomesticLegPV() const {
     return Guarded("MXCurrencySwap::DomesticLegPV", [&] {
-        return Object("zep::python::MXCurrencySwap::DomesticLegPV").LegOn(zep::SwapSide::Receive).PV(DomesticMarket());
+        return Object("zep::python::MXCurrencySwap::DomesticLegPV")
+            .LegOn(zep::SwapSide::Receive)
+            .PV(MarketOf(*m_domestic, 1.0));
     });
 }
 
 double MXCurrencySwap::ForeignLegPV() const {
     return Guarded("MXCurrencySwap::ForeignLegPV", [&] {
-        return Object("zep::python::MXCurrencySwap::ForeignLegPV").LegOn(zep::SwapSide::Pay).PV(m_foreign->Market(m_spot));
+        return Object("zep::python::MXCurrencySwap::ForeignLegPV")
+            .LegOn(zep::SwapSide::Pay)
+            .PV(MarketOf(*m_foreign, m_spot));
     });
 }
 
 std::vector<zep::CashFlow> MXCurrencySwap::CashFlowSchedule() const {
     return Guarded("MXCurrencySwap::CashFlowSchedule", [&] {
-        return Object("zep::python::MXCurrencySwap::CashFlowSchedule").CashFlows(DomesticMarket(), m_foreign->Market());
+        return Object("zep::python::MXCurrencySwap::CashFlowSchedule")
+            .CashFlows(MarketOf(*m_domestic, 1.0), MarketOf(*m_foreign, 1.0));
     });
 }
 

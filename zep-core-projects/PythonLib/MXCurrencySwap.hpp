@@ -1,10 +1,11 @@
 // The Python face of a cross-currency swap: receive a domestic leg, pay a foreign one, each
 // FIXED, IBOR or OVERNIGHT on its own notional, with the notionals exchanged at the start and
 // returned at the end. Each leg is valued on its own curves; the foreign leg converts at spot
-// (domestic per foreign), so the PV is in the domestic currency. Marked to market, the domestic
-// notional resets every period to the foreign notional at the FX rate fixed for that period
-// (published under `fxIndex`, the forward from spot and the two discount curves until then), and
-// the change is exchanged. Failures read "MXCurrencySwap::<operation> failed: ".
+// (domestic per foreign), so the PV is in the domestic currency. Marked to market, one leg's
+// notional (resettingLeg DOMESTIC or FOREIGN) resets every period to the other leg's notional at
+// the FX rate fixed for that period (domestic per foreign, published under `fxIndex`; the
+// forward from spot and the two discount curves until then), and the change is exchanged.
+// Failures read "MXCurrencySwap::<operation> failed: ".
 #pragma once
 
 #include <optional>
@@ -30,7 +31,7 @@ public:
                    boost::shared_ptr<zep::YieldCurve> foreignProjectionCurve = boost::shared_ptr<zep::YieldCurve>(),
                    const std::string& centres = "TARGET", int fixingLagDays = 2,
                    boost::shared_ptr<zep::FixingStore> fixings = boost::shared_ptr<zep::FixingStore>(),
-                   bool markToMarket = false, const std::string& fxIndex = "FX");
+                   const std::string& resettingLeg = "NONE", const std::string& fxIndex = "FX");
 
     double PV() const;
     double NPV() const { return PV(); }
@@ -42,12 +43,12 @@ public:
     std::string Describe() const;
 
 private:
-    // The domestic leg's market: its curves, and the FX its notional resets on.
-    zep::LegMarket DomesticMarket() const;
+    // A leg's market: its curves, the rate converting it to domestic, and the pair it may reset on.
+    zep::LegMarket MarketOf(const CurvePair& curves, double fxRate) const;
 
     std::optional<CurvePair> m_domestic, m_foreign;
     double m_spot = 0.0;
-    zep::FXMarket m_resetFX;  // foreign (base) in domestic (quote), spot for the valuation date
+    zep::FXMarket m_pair;  // foreign (base) in domestic (quote), spot for the valuation date
 };
 
 }  // namespace zep::python

@@ -48,8 +48,9 @@ amortising swap gives each leg one notional per period of that leg (empty: the c
 %feature("docstring") zep::python::MXCurrencySwap
 "A cross-currency swap receiving a domestic and paying a foreign leg ('FIXED', 'IBOR' or
 'OVERNIGHT'), notionals exchanged at start and end, foreign leg converted at spot (domestic per
-foreign). markToMarket=True resets the domestic notional every period to foreignNotional at the FX
-rate fixed for it (published under fxIndex='FX', the forward until then) and exchanges the change.
+foreign). Marked to market, resettingLeg='DOMESTIC' (or 'FOREIGN') resets that leg's notional
+every period to the other leg's notional at the FX rate fixed for it (domestic per foreign,
+published under fxIndex='FX', the forward until then) and exchanges the change.
 Failures read 'MXCurrencySwap::<operation> failed: ...'.";
 %feature("docstring") zep::python::MBond
 "A fixed-rate bond: MBond(couponRate, issueDate, maturityDate, tenor='6M', dayCounter='ActActICMA',

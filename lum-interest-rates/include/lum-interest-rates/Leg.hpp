@@ -38,6 +38,7 @@ struct LegTerms {
     // (published under `resetIndex`, the forward until then), the change exchanged as it resets.
     std::string resetIndex;              // empty: the notional does not reset
     double resetNotional = 0.0;
+    bool resetRateInverted = false;      // the rate quotes the other currency per unit of this one
 };
 
 // The market one leg is valued in: the curve that discounts it, the curve its index is read
@@ -47,7 +48,7 @@ struct LegMarket {
     const YieldCurve* projection = nullptr;
     const FixingStore* fixings = nullptr;
     double fxRate = 1.0;
-    // A resetting leg's FX: the other currency as base, the leg's own as quote.
+    // The pair a resetting leg's FX rate quotes (its fixings quote the same way).
     const FXMarket* resetFX = nullptr;
 };
 
