@@ -72,19 +72,35 @@ def ForwardImpliedVolatilities(isCall: bool, forwards: "numpy.typing.ArrayLike",
     return out
 %}
 
-%ignore zep::SwaptionSmile::SwaptionSmile(double, double, double, double, double, double);
+%ignore zep::SwaptionSmile::SwaptionSmile(double, double, const std::vector<double>&, const std::vector<double>&, double,
+                                          RateVolatilityModel, double);
+%ignore zep::SwaptionSmile::SwaptionSmile(double, double, double, double, double, double, RateVolatilityModel,
+                                          double);
+%ignore zep::SwaptionSmile::QuoteAt;
+%ignore zep::SwaptionSmile::Model;
 %feature("docstring") zep::SwaptionSmile
-"The SABR smile of one swaption slice (an expiry into a tenor), Hagan's lognormal expansion:
-SwaptionSmile(forward, expiry, strikes, volatilities, beta=0.5) fits alpha, rho and nu to at
-least three Black volatility quotes; SwaptionSmile.FromParameters(forward, expiry, alpha, beta,
-rho, nu). Volatility(strike) is the Black volatility to price a swaption of that strike with;
-Parameters() (alpha, beta, rho, nu), FitError() (root mean square volatility error).";
+"The SABR smile of one swaption slice (an expiry into a tenor): SwaptionSmile(forward, expiry,
+strikes, volatilities, beta=0.5, model='BLACK', shift=0) fits alpha, rho and nu to at least three
+volatility quotes of the model: 'BLACK' (Hagan's lognormal expansion), 'SHIFTEDBLACK' (the same
+on rates plus shift) or 'BACHELIER' (Hagan's normal expansion, quotes in rate units; with beta 0
+rates may be negative); SwaptionSmile.FromParameters(forward, expiry, alpha, beta, rho, nu,
+model='BLACK', shift=0). Volatility(strike) is the model's volatility to price a swaption of
+that strike with; Parameters() (alpha, beta, rho, nu), FitError() (root mean square volatility
+error), ModelName(), Shift().";
 %include "lum-interest-rates/SwaptionSmile.hpp"
 %extend zep::SwaptionSmile {
-    static zep::SwaptionSmile FromParameters(double forward, double expiry, double alpha, double beta, double rho,
-                                             double nu) {
-        return zep::SwaptionSmile(forward, expiry, alpha, beta, rho, nu);
+    SwaptionSmile(double forward, double expiry, const std::vector<double>& strikes,
+                  const std::vector<double>& volatilities, double beta = 0.5, const std::string& model = "BLACK",
+                  double shift = 0.0) {
+        return new zep::SwaptionSmile(forward, expiry, strikes, volatilities, beta,
+                                      zep::RateVolatilityModelOf(model.c_str()), shift);
     }
+    static zep::SwaptionSmile FromParameters(double forward, double expiry, double alpha, double beta, double rho,
+                                             double nu, const std::string& model = "BLACK", double shift = 0.0) {
+        return zep::SwaptionSmile(forward, expiry, alpha, beta, rho, nu, zep::RateVolatilityModelOf(model.c_str()),
+                                  shift);
+    }
+    std::string ModelName() const { return zep::RateVolatilityModelName($self->Model()); }
 }
 
 %include "MCapFloor.hpp"
