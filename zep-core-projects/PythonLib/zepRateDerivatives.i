@@ -4,6 +4,7 @@
 #include "MCreditDefaultSwap.hpp"
 #include "MCapFloor.hpp"
 #include "MSwaption.hpp"
+#include "MCapletVolatilityStrip.hpp"
 #include "lum-interest-rates/SwaptionSmile.hpp"
 %}
 
@@ -103,9 +104,70 @@ error), ModelName(), Shift().";
     std::string ModelName() const { return zep::RateVolatilityModelName($self->Model()); }
 }
 
+%{
+#include "lum-interest-rates/SwaptionCube.hpp"
+%}
+%ignore zep::SwaptionCube::SwaptionCube(const std::vector<double>&, const std::vector<double>&,
+                                        const std::vector<double>&, const std::vector<double>&,
+                                        const std::vector<double>&, double, RateVolatilityModel, double);
+%ignore zep::SwaptionCube::Smile;
+%ignore zep::SwaptionCube::Model;
+%feature("docstring") zep::SwaptionCube
+"A swaption volatility cube: SwaptionCube(expiries, tenors, strikeSpreads, forwards, volatilities,
+beta=0.5, model='BLACK', shift=0). Expiries and tenors in years, rising; forwards the forward swap
+rate of each (expiry, tenor) slice, an expiries x tenors array; volatilities the quotes at each
+spread over the slice's forward, an expiries x tenors x spreads array (nested lists, NumPy arrays
+or the same numbers flat). Each slice is a SABR smile fitted to its quotes (SliceSmile(i, j));
+Volatility(expiry, tenor, forward, strike) reads the neighbouring slices at the same spread over
+their forwards, bilinear in expiry and tenor and flat outside the quoted ones. FitError() is the
+worst slice's root mean square error; ModelName(), Shift(), Expiries(), Tenors().";
+%include "lum-interest-rates/SwaptionCube.hpp"
+%extend zep::SwaptionCube {
+    SwaptionCube(const std::vector<double>& expiries, const std::vector<double>& tenors,
+                 const std::vector<double>& strikeSpreads, const std::vector<double>& forwards,
+                 const std::vector<double>& volatilities, double beta = 0.5, const std::string& model = "BLACK",
+                 double shift = 0.0) {
+        return new zep::SwaptionCube(expiries, tenors, strikeSpreads, forwards, volatilities, beta,
+                                     zep::RateVolatilityModelOf(model.c_str()), shift);
+    }
+    zep::SwaptionSmile SliceSmile(std::size_t expiryIndex, std::size_t tenorIndex) const {
+        return $self->Smile(expiryIndex, tenorIndex);
+    }
+    std::string ModelName() const { return zep::RateVolatilityModelName($self->Model()); }
+}
+%pythoncode %{
+_swaption_cube_flat_init = SwaptionCube.__init__
+
+
+def _swaption_cube_init(self, expiries, tenors, strikeSpreads, forwards, volatilities, beta=0.5, model="BLACK",
+                        shift=0.0):
+    import numpy
+
+    def flat(values):
+        return [float(v) for v in numpy.asarray(values, dtype=numpy.float64).ravel()]
+
+    _swaption_cube_flat_init(self, flat(expiries), flat(tenors), flat(strikeSpreads), flat(forwards),
+                             flat(volatilities), beta, model, shift)
+
+
+_swaption_cube_init.__doc__ = SwaptionCube.__doc__
+SwaptionCube.__init__ = _swaption_cube_init
+%}
+
 %include "MCapFloor.hpp"
 %include "MSwaption.hpp"
 %include "MCreditDefaultSwap.hpp"
+
+%feature("docstring") zep::python::MCapletVolatilityStrip
+"Caplet volatilities stripped from flat cap quotes: MCapletVolatilityStrip(capFloor, strike,
+startDate, maturityDates, flatVolatilities, discountCurve, projectionCurve, model='BLACK', shift=0,
+tenor='3M', dayCounter='Act360', centres='TARGET', fixingLagDays=2). One cap (or floor) of the
+strike from startDate to each maturity, by rising maturity, at its flat volatility under the model;
+each longer cap's added caplets take the one volatility that reprices it. CapletExpiries() (years,
+Act/365F) and CapletVolatilities() per caplet of the longest cap still to pay, Volatility(expiry)
+(that of the first caplet expiring at or after it), CapPVs() (each quoted cap on a notional of 1
+valued at the stripped volatilities). Failures read 'MCapletVolatilityStrip::<operation> failed: ...'.";
+%include "MCapletVolatilityStrip.hpp"
 
 %pythoncode %{
 for _instrument in (MCapFloor, MSwaption, MCreditDefaultSwap):

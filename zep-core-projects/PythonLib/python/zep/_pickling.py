@@ -232,6 +232,8 @@ _RECORDED = {
     zeplib.MSwaption: ((), ()),
     zeplib.MCreditDefaultSwap: ((), ()),
     zeplib.SwaptionSmile: (("FromParameters",), ()),
+    zeplib.SwaptionCube: ((), ()),
+    zeplib.MCapletVolatilityStrip: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),
