@@ -14,7 +14,9 @@ projectionCurve, volatility, model='BLACK', shift=0, tenor='3M', dayCounter='Act
 centres='TARGET', fixingLagDays=2). capFloor 'CAP' or 'FLOOR'; model 'BLACK', 'SHIFTEDBLACK'
 (with shift) or 'BACHELIER' (volatility in rate units); projectionCurve None: the discount
 curve projects. A caplet pays notional * accrual * max(L - K, 0) at its period's end, L the simple
-forward of the period. PV, CapletPVs, ForwardRates, ImpliedVolatility(price) under the same model.
+forward of the period. PV, CapletPVs, ForwardRates, ImpliedVolatility(price) under the same model;
+CashFlows() (a table) or CashFlowSchedule() (rows): per caplet its forward as the rate and its
+option value at payment as the amount.
 Failures read 'MCapFloor::<operation> failed: ...'.";
 %feature("docstring") zep::python::MSwaption
 "A European swaption: MSwaption(payerReceiver, notional, strike, expiryDate, startDate, endDate,
@@ -22,7 +24,8 @@ discountCurve, projectionCurve, volatility, model='BLACK', shift=0, settlement='
 fixedTenor='1Y', fixedDayCounter='30/360', floatTenor='6M', floatDayCounter='Act360',
 centres='TARGET', fixingLagDays=2, index='EURIBOR6M'). payerReceiver 'PAYER' or 'RECEIVER';
 settlement 'PHYSICAL' or 'CASH' (par-yield annuity). PV, ForwardRate, Annuity, ForwardSwapValue,
-ImpliedVolatility(price) under the same model. Failures read 'MSwaption::<operation> failed: ...'.";
+ImpliedVolatility(price) under the same model; CashFlows() or CashFlowSchedule(): one row fixed on
+the expiry, worth PV / D(start) at the swap's start date. Failures read 'MSwaption::<operation> failed: ...'.";
 
 %feature("docstring") zep::python::MCreditDefaultSwap
 "A credit default swap: MCreditDefaultSwap(buySell, notional, coupon, startDate, maturityDate,
@@ -31,7 +34,10 @@ creditCurve, discountCurve, premiumTenor='3M', dayCounter='Act360', centres='TAR
 curve's reference date, half the accrual paid on default. PV, ParSpread, Upfront (buyer's,
 fraction of notional), ProtectionLegPV, PremiumLegPV, RiskyAnnuity, RiskyPV01, CS01 (all par
 spreads of the curve + 1 bp, bootstrapped again), UpfrontFromQuotedSpread(spread) and
-QuotedSpreadFromUpfront(upfront) on a flat hazard rate. Failures read
+QuotedSpreadFromUpfront(upfront) on a flat hazard rate; CashFlows() or CashFlowSchedule(): per
+premium period a coupon row (discount factor times survival) and a CashFlowKind_Protection row
+paying (1 - R) * notional at the period's middle (discount factor times default probability),
+signed for the holder. Failures read
 'MCreditDefaultSwap::<operation> failed: ...'.";
 
 %{
@@ -171,6 +177,7 @@ valued at the stripped volatilities). Failures read 'MCapletVolatilityStrip::<op
 
 %pythoncode %{
 for _instrument in (MCapFloor, MSwaption, MCreditDefaultSwap):
+    _instrument.CashFlows = _cash_flows
     _instrument.__repr__ = _instrument_repr
 del _instrument
 
