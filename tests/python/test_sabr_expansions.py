@@ -4,6 +4,7 @@ without vol of vol, prices that agree across the two expansions, fits and refusa
 import math
 import pickle
 
+import numpy
 import pytest
 import QuantLib as ql
 
@@ -116,3 +117,11 @@ def test_shifted_lognormal_smile_is_quantlibs_shifted_sabr(strike):
 def test_expansion_refusals(build, message):
     with pytest.raises(Exception, match=message.replace("(", r"\(").replace(")", r"\)")):
         build()
+
+
+def test_volatilities_over_an_array_are_the_volatility_at_each_strike():
+    smile = normal_smile(*SMILES[0])
+    strikes = numpy.array([[-0.01, 0.0, 0.01], [0.02, 0.03, 0.05]])
+    volatilities = smile.Volatilities(strikes)
+    assert volatilities.shape == (2, 3) and volatilities.dtype == numpy.float64
+    assert volatilities.tolist() == [[smile.Volatility(k) for k in row] for row in strikes.tolist()]

@@ -93,6 +93,8 @@ def test_flat_input_pickling_and_axes(cube):
     for other in (flat, copy):
         assert other.Volatility(4.0, 7.0, 0.03, 0.027) == cube.Volatility(4.0, 7.0, 0.03, 0.027)
     assert (list(cube.Expiries()), list(cube.Tenors()), cube.ModelName()) == (EXPIRIES, TENORS, "BLACK")
+    strikes = numpy.array([0.02, 0.031, 0.045])
+    assert cube.Volatilities(4.0, 7.0, 0.03, strikes).tolist() == [cube.Volatility(4.0, 7.0, 0.03, k) for k in strikes]
 
 
 @pytest.mark.parametrize("change, message", [

@@ -92,8 +92,8 @@ volatility quotes of the model: 'BLACK' (Hagan's lognormal expansion), 'SHIFTEDB
 on rates plus shift) or 'BACHELIER' (Hagan's normal expansion, quotes in rate units; with beta 0
 rates may be negative); SwaptionSmile.FromParameters(forward, expiry, alpha, beta, rho, nu,
 model='BLACK', shift=0). Volatility(strike) is the model's volatility to price a swaption of
-that strike with; Parameters() (alpha, beta, rho, nu), FitError() (root mean square volatility
-error), ModelName(), Shift().";
+that strike with, Volatilities(strikes) the same over a NumPy array; Parameters() (alpha, beta,
+rho, nu), FitError() (root mean square volatility error), ModelName(), Shift().";
 %include "lum-interest-rates/SwaptionSmile.hpp"
 %extend zep::SwaptionSmile {
     SwaptionSmile(double forward, double expiry, const std::vector<double>& strikes,
@@ -108,6 +108,11 @@ error), ModelName(), Shift().";
                                   shift);
     }
     std::string ModelName() const { return zep::RateVolatilityModelName($self->Model()); }
+    std::vector<double> _Volatilities(const std::vector<double>& strikes) const {
+        std::vector<double> volatilities(strikes.size());
+        for (std::size_t i = 0; i < strikes.size(); ++i) volatilities[i] = $self->Volatility(strikes[i]);
+        return volatilities;
+    }
 }
 
 %{
@@ -125,7 +130,8 @@ rate of each (expiry, tenor) slice, an expiries x tenors array; volatilities the
 spread over the slice's forward, an expiries x tenors x spreads array (nested lists, NumPy arrays
 or the same numbers flat). Each slice is a SABR smile fitted to its quotes (SliceSmile(i, j));
 Volatility(expiry, tenor, forward, strike) reads the neighbouring slices at the same spread over
-their forwards, bilinear in expiry and tenor and flat outside the quoted ones. FitError() is the
+their forwards, bilinear in expiry and tenor and flat outside the quoted ones;
+Volatilities(expiry, tenor, forward, strikes) over a NumPy array of strikes. FitError() is the
 worst slice's root mean square error; ModelName(), Shift(), Expiries(), Tenors().";
 %include "lum-interest-rates/SwaptionCube.hpp"
 %extend zep::SwaptionCube {
@@ -140,8 +146,39 @@ worst slice's root mean square error; ModelName(), Shift(), Expiries(), Tenors()
         return $self->Smile(expiryIndex, tenorIndex);
     }
     std::string ModelName() const { return zep::RateVolatilityModelName($self->Model()); }
+    std::vector<double> _Volatilities(double expiry, double tenor, double forward,
+                                      const std::vector<double>& strikes) const {
+        std::vector<double> volatilities(strikes.size());
+        for (std::size_t i = 0; i < strikes.size(); ++i)
+            volatilities[i] = $self->Volatility(expiry, tenor, forward, strikes[i]);
+        return volatilities;
+    }
 }
 %pythoncode %{
+def _strike_array(strikes):
+    import numpy
+    strikes = numpy.asarray(strikes, dtype=numpy.float64)
+    return strikes.shape, strikes.ravel().tolist()
+
+
+def _smile_volatilities(self, strikes: "numpy.typing.ArrayLike") -> "numpy.typing.NDArray[numpy.float64]":
+    """Volatility(strike) over an array of strikes, in one call; a float64 array of its shape."""
+    import numpy
+    shape, flat = _strike_array(strikes)
+    return numpy.array(self._Volatilities(flat), dtype=numpy.float64).reshape(shape)
+
+
+def _cube_volatilities(self, expiry: float, tenor: float, forward: float,
+                       strikes: "numpy.typing.ArrayLike") -> "numpy.typing.NDArray[numpy.float64]":
+    """Volatility(expiry, tenor, forward, strike) over an array of strikes, in one call; a
+    float64 array of its shape."""
+    import numpy
+    shape, flat = _strike_array(strikes)
+    return numpy.array(self._Volatilities(expiry, tenor, forward, flat), dtype=numpy.float64).reshape(shape)
+
+
+SwaptionSmile.Volatilities = _smile_volatilities
+SwaptionCube.Volatilities = _cube_volatilities
 _swaption_cube_flat_init = SwaptionCube.__init__
 
 
