@@ -92,8 +92,14 @@ double SwaptionCube::Volatility(double expiry, double tenor, double forward, dou
         const double low = at(e, byTenor.low);
         return byTenor.weight == 0.0 ? low : low + byTenor.weight * (at(e, byTenor.high) - low);
     };
-    const double low = alongTenor(byExpiry.low);
-    return byExpiry.weight == 0.0 ? low : low + byExpiry.weight * (alongTenor(byExpiry.high) - low);
+    try {
+        const double low = alongTenor(byExpiry.low);
+        return byExpiry.weight == 0.0 ? low : low + byExpiry.weight * (alongTenor(byExpiry.high) - low);
+    } catch (const Error& failure) {
+        // The neighbouring slice read at the same spread names its own strike: say which one.
+        ZEP_FAIL("the strike " + std::to_string(strike) + " is " + std::to_string(spread) +
+                 " from the forward; a neighbouring slice at that spread fails: " + failure.Message());
+    }
 }
 
 const SwaptionSmile& SwaptionCube::Smile(std::size_t expiryIndex, std::size_t tenorIndex) const {

@@ -2,6 +2,8 @@
 caplets at their stripped volatilities (summed from caplets valued one by one), flat quotes
 giving flat caplet volatilities, volatilities constant between cap maturities, floors and the
 three volatility models, and quotes no caplet volatility can reach."""
+import pickle
+
 import pytest
 
 import zep
@@ -69,6 +71,14 @@ def test_flat_quotes_strip_to_flat_caplet_volatilities(curves, model):
     stripped = strip(curves, "CAP", model, vols=[level] * len(MATURITIES))
     assert list(stripped.CapletVolatilities()) == pytest.approx([level] * len(stripped.CapletVolatilities()),
                                                                 rel=1e-10)
+
+
+def test_strip_pickles_and_refuses_what_it_cannot_read(curves):
+    stripped = strip(curves, "FLOOR", "BACHELIER")
+    copy = pickle.loads(pickle.dumps(stripped))
+    assert list(copy.CapletVolatilities()) == list(stripped.CapletVolatilities())
+    with pytest.raises(RuntimeError, match="^MCapletVolatilityStrip::Volatility failed: the expiry must be finite"):
+        stripped.Volatility(float("nan"))
 
 
 @pytest.mark.parametrize("build, message", [

@@ -111,3 +111,13 @@ def test_cube_refusals(change, message):
     arguments.update(change)
     with pytest.raises(Exception, match=message):
         zep.SwaptionCube(*arguments.values())
+
+
+def test_cube_reads_refuse_what_lies_outside_it(cube):
+    with pytest.raises(Exception, match="the expiry, tenor, forward and strike must be finite"):
+        cube.Volatility(float("nan"), 5.0, 0.03, 0.03)
+    with pytest.raises(Exception, match="the slice \\(3, 0\\) is outside the cube"):
+        cube.SliceSmile(3, 0)
+    with pytest.raises(Exception, match="the strike -0.010000 is -0.040000 from the forward; a neighbouring slice at "
+                                        "that spread fails: the strike .* must be positive for the lognormal SABR"):
+        cube.Volatility(5.0, 5.0, 0.03, 0.03 - 0.04)
