@@ -193,7 +193,8 @@ def _swaption_cube_init(self, expiries, tenors, strikeSpreads, forwards, volatil
                              flat(volatilities), beta, model, shift)
 
 
-_swaption_cube_init.__doc__ = SwaptionCube.__doc__
+# The constructor keeps the signature SWIG wrote (flat vectors); nested arrays are flattened first.
+_swaption_cube_init.__doc__ = _swaption_cube_flat_init.__doc__
 SwaptionCube.__init__ = _swaption_cube_init
 %}
 
