@@ -1,7 +1,8 @@
 """Caplet volatilities stripped from flat cap quotes: every quoted cap repriced to 1e-10 by its
 caplets at their stripped volatilities (summed from caplets valued one by one), flat quotes
 giving flat caplet volatilities, volatilities constant between cap maturities, floors and the
-three volatility models, and quotes no caplet volatility can reach."""
+three volatility models, QuantLib's cap engines repricing the quotes caplet by caplet at the
+stripped volatilities, and quotes no caplet volatility can reach."""
 import pickle
 
 import pytest
@@ -98,3 +99,31 @@ def test_strip_pickles_and_refuses_what_it_cannot_read(curves):
 def test_strip_refusals(curves, build, message):
     with pytest.raises(RuntimeError, match="^MCapletVolatilityStrip::MCapletVolatilityStrip failed: .*" + message):
         build(curves)
+
+
+@pytest.mark.parametrize("model, flat", [("BLACK", [0.30, 0.28, 0.27, 0.25]),
+                                         ("BACHELIER", [0.0080, 0.0085, 0.0088, 0.0086])])
+def test_quantlib_reprices_the_cap_quotes_at_the_stripped_volatilities(model, flat):
+    import QuantLib as ql
+    from test_rate_options import DISCOUNT_ZEROS, ZEROS, ql_curve, zep_curve
+
+    start, maturities, strike = "2024-04-17", ["2025-04-17", "2026-04-17", "2027-04-17", "2029-04-17"], 0.03
+    stripped = zep.MCapletVolatilityStrip("CAP", strike, start, maturities, flat, zep_curve(DISCOUNT_ZEROS),
+                                          zep_curve(ZEROS), model)
+    volatilities = list(stripped.CapletVolatilities())
+    discount, projection = ql_curve(DISCOUNT_ZEROS), ql_curve(ZEROS)
+
+    def ql_cap(maturity, vol):
+        schedule = ql.Schedule(ql.Date(17, 4, 2024), ql.Date(17, 4, int(maturity[:4])), ql.Period("3M"), ql.TARGET(),
+                               ql.ModifiedFollowing, ql.ModifiedFollowing, ql.DateGeneration.Backward, False)
+        instrument = ql.Cap(ql.IborLeg([1.0], schedule, ql.Euribor3M(projection), ql.Actual360()), [strike])
+        quote = ql.QuoteHandle(ql.SimpleQuote(vol))
+        instrument.setPricingEngine(ql.BachelierCapFloorEngine(discount, quote) if model == "BACHELIER"
+                                    else ql.BlackCapFloorEngine(discount, quote, ql.Actual365Fixed()))
+        return instrument
+
+    for maturity, quote in zip(maturities, flat):
+        quoted = ql_cap(maturity, quote).NPV()
+        count = len(ql_cap(maturity, quote).optionletsPrice())
+        caplet_by_caplet = sum(ql_cap(maturity, vol).optionletsPrice()[j] for j, vol in enumerate(volatilities[:count]))
+        assert caplet_by_caplet == pytest.approx(quoted, rel=1e-8), f"cap to {maturity}"
