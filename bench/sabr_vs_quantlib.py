@@ -52,13 +52,14 @@ def main():
     expiries, tenors, spreads = [1, 2, 5, 10], [2, 5, 10, 30], [-0.01, -0.005, 0.0, 0.005, 0.01, 0.02]
     forwards = [[0.025 + 0.0005 * e + 0.0002 * t for t in tenors] for e in expiries]
     quotes = [[[ql.sabrVolatility(f + s, f, e, 0.2 * f ** 0.5, BETA, NU, RHO) for s in spreads]
-               for f, t in zip(row, tenors)] for row, e in zip(forwards, expiries)]
+               for f in row] for row, e in zip(forwards, expiries)]
     fit_time = best_of(lambda: zep.SwaptionCube(expiries, tenors, spreads, forwards, quotes, BETA), 3)
     print(f"cube of 16 slices, SABR fits         zep {fit_time * 1e3:7.2f} ms")
     cube = zep.SwaptionCube(expiries, tenors, spreads, forwards, quotes, BETA)
     zep_time = per_strike(lambda k: cube.Volatility(3.5, 7.0, 0.031, k))
     array_time = best_of(lambda: cube.Volatilities(3.5, 7.0, 0.031, STRIKES), 200) / len(STRIKES)
-    print(f"cube volatility between four slices  zep {zep_time * 1e9:7.0f} ns   over an array {array_time * 1e9:5.0f} ns")
+    print(f"cube volatility between four slices  zep {zep_time * 1e9:7.0f} ns   "
+          f"over an array {array_time * 1e9:5.0f} ns")
 
 
 if __name__ == "__main__":
