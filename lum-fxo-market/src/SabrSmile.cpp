@@ -80,7 +80,8 @@ SabrSmile SabrSmile::Fit(const std::vector<double>& strikes, const std::vector<d
     // Start: the smile's lowest volatility as alpha (scaled to the beta: alpha F^(beta-1) is the
     // lognormal volatility, alpha F^beta the normal one), no skew, a moderate nu.
     const double level = *std::min_element(volatilities.begin(), volatilities.end());
-    const double betaScale = expansion == SabrExpansion::Normal ? std::pow(forward, -beta) : std::pow(forward, 1.0 - beta);
+    const double betaScale =
+        expansion == SabrExpansion::Normal ? std::pow(forward, -beta) : std::pow(forward, 1.0 - beta);
     std::array<double, 3> start{std::log(level * betaScale), 0.0, std::log(0.5)};
     if (!initialGuess.empty())
         start = {std::log(initialGuess[0]), std::atanh(std::clamp(initialGuess[2], -0.999, 0.999)),

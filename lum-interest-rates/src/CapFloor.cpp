@@ -55,7 +55,8 @@ std::vector<CashFlow> CapFloor::CashFlows(const YieldCurve& discount, const Yiel
                                           const RateVolatility& volatility) const {
     std::vector<CashFlow> rows;
     const bool isCall = m_kind == CapFloorKind::Cap;
-    ForEachCaplet(discount, projection, [&](const SchedulePeriod& period, double forward, double expiry, double annuity) {
+    ForEachCaplet(discount, projection, [&](const SchedulePeriod& period, double forward, double expiry,
+                                            double annuity) {
         const double discountFactor = discount.DiscountFactor(period.payment);
         const double value = annuity * ForwardOptionValue(isCall, forward, m_strike, expiry, volatility);
         rows.push_back({CashFlowKind::Coupon, period.accrualStart, period.accrualEnd, period.fixing, period.payment,

@@ -78,7 +78,8 @@ double CapletVolatilityStrip::Volatility(double expiry) const {
     return m_volatilities[static_cast<std::size_t>(first - m_expiries.begin())];
 }
 
-double CapletVolatilityStrip::CapPV(const CapFloor& cap, const YieldCurve& discount, const YieldCurve& projection) const {
+double CapletVolatilityStrip::CapPV(const CapFloor& cap, const YieldCurve& discount,
+                                    const YieldCurve& projection) const {
     const bool isCall = cap.Kind() == CapFloorKind::Cap;
     double pv = 0.0;
     for (const CapletValue& caplet : cap.Caplets(discount, projection, {m_model, 0.0, m_shift}))

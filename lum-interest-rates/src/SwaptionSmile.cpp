@@ -36,7 +36,8 @@ void RequireSlice(double forward, double expiry, double beta, RateVolatilityMode
     ZEP_REQUIRE(model == RateVolatilityModel::Black || model == RateVolatilityModel::ShiftedBlack ||
                     model == RateVolatilityModel::Bachelier,
                 "the SABR smile's volatility model must be BLACK, SHIFTEDBLACK or BACHELIER");
-    ZEP_REQUIRE(std::isfinite(shift) && shift >= 0.0, "the shift " + std::to_string(shift) + " must be finite and not negative");
+    ZEP_REQUIRE(std::isfinite(shift) && shift >= 0.0,
+                "the shift " + std::to_string(shift) + " must be finite and not negative");
     ZEP_REQUIRE(beta >= 0.0 && beta <= 1.0, "beta " + std::to_string(beta) + " must lie in [0, 1]");
     const bool positive = forward + RateShift(model, shift) > 0.0 || !NeedsPositiveRates(model, beta);
     ZEP_REQUIRE(std::isfinite(forward) && positive,
@@ -53,12 +54,13 @@ SabrSmile FittedSlice(double forward, double expiry, const std::vector<double>& 
     RequireSlice(forward, expiry, beta, model, shift);
     ZEP_REQUIRE(strikes.size() == volatilities.size(), "one volatility per strike");
     ZEP_REQUIRE(strikes.size() >= 3, "the SABR fit needs at least three quotes");
+    const double rateShift = RateShift(model, shift);
+    const bool needsPositiveRates = NeedsPositiveRates(model, beta);
     for (std::size_t i = 0; i < strikes.size(); ++i)
-        ZEP_REQUIRE(StrikeAllowed(strikes[i], RateShift(model, shift), NeedsPositiveRates(model, beta)) && std::isfinite(volatilities[i]) &&
+        ZEP_REQUIRE(StrikeAllowed(strikes[i], rateShift, needsPositiveRates) && std::isfinite(volatilities[i]) &&
                         volatilities[i] > 0.0,
                     "quote " + std::to_string(i) + " needs a positive strike and volatility for the " +
                         SmileName(model));
-    const double rateShift = RateShift(model, shift);
     const double shiftedForward = forward + rateShift;
     std::vector<double> shiftedStrikes(strikes);
     for (double& strike : shiftedStrikes) strike += rateShift;

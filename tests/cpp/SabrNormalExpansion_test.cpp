@@ -35,7 +35,8 @@ TEST(SabrNormalExpansion, BetaOneIsTheLimitOfBetasBelowIt) {
 // Bachelier's constant volatility.
 TEST(SabrNormalExpansion, BetaZeroTakesNegativeRates) {
     const SabrSmile flat({0.007, 0.0, 0.4, 0.0});
-    for (double strike : {-0.02, -0.001, 0.0, 0.015}) EXPECT_DOUBLE_EQ(flat.NormalVolatility(strike, -0.004, 3.0), 0.007);
+    for (double strike : {-0.02, -0.001, 0.0, 0.015})
+        EXPECT_DOUBLE_EQ(flat.NormalVolatility(strike, -0.004, 3.0), 0.007);
     const SabrSmile skewed({0.007, 0.0, -0.4, 0.5});
     EXPECT_TRUE(std::isfinite(skewed.NormalVolatility(-0.02, -0.004, 3.0)));
     EXPECT_GT(skewed.NormalVolatility(-0.02, -0.004, 3.0), skewed.NormalVolatility(0.01, -0.004, 3.0));
