@@ -14,6 +14,7 @@ print(f"  v0 {model.InitialVariance():.5f}  kappa {model.MeanReversion():.4f}  t
       f"  sigma {model.VolOfVariance():.4f}  rho {model.Correlation():+.4f}")
 print(f"  Feller condition 2 kappa theta >= sigma^2: {'satisfied' if report.feller_satisfied else 'violated'};"
       f" rmse {report.rmse * 1e4:.1f} bp of volatility, {report.evaluations} evaluations")
+print(f"  {'converged' if report.converged else report.message}")
 rows = report.quotes.to_dict("records") if hasattr(report.quotes, "to_dict") else report.quotes
 print("  fit error in bp of volatility at strikes F exp(z atm sqrt T), z = -1.5, -0.75, 0, 0.75, 1.5:")
 for first in range(0, len(rows), 5):

@@ -214,6 +214,42 @@ def test_calibration_to_a_surface_reads_its_grid():
     assert report.rmse < 5e-3
 
 
+def implied_vol_rmse(model, quotes, rd=0.03, rf=0.01, spot=100.0):
+    errors = []
+    for t, strike, vol in quotes:
+        option_type = 0 if strike >= spot * math.exp((rd - rf) * t) else 1
+        price = model.Price(option_type, strike, t, t, rd, rf, spot)
+        errors.append(zep.BSVanilla.VolImpliedFromPrice(option_type, strike, t, t, rd, rf, spot, price) - vol)
+    return math.sqrt(sum(e * e for e in errors) / len(errors))
+
+
+def test_calibration_stopped_by_its_iteration_cap_returns_the_best_point_and_says_so():
+    """Two iterations from the start at the quotes' mean variance (kappa 1, sigma 0.3, rho 0):
+    the fit has not converged, is reported and warned as such, and is better than its start."""
+    quotes = generated_quotes(zep.HestonModel(0.03, 2.0, 0.05, 0.4, -0.6), (0.25, 1.0, 2.0), (80.0, 90.0, 100.0, 110.0, 125.0))
+    mean_variance = sum(vol * vol for _, _, vol in quotes) / len(quotes)
+    start = zep.HestonModel(mean_variance, 1.0, mean_variance, 0.3, 0.0)
+    with pytest.warns(RuntimeWarning, match="did not converge in 2 Levenberg-Marquardt iterations"):
+        model, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, maxIterations=2)
+    assert not report.converged and "best point reached" in report.message
+    assert report.rmse == pytest.approx(implied_vol_rmse(model, quotes), abs=1e-12)
+    assert report.rmse < implied_vol_rmse(start, quotes)
+
+
+def test_converged_calibration_reports_no_message(recwarn):
+    quotes = generated_quotes(zep.HestonModel(0.03, 2.0, 0.05, 0.4, -0.6), (0.5, 1.0), (85.0, 95.0, 100.0, 105.0, 120.0))
+    _, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01)
+    assert report.converged and report.message == ""
+    assert not [w for w in recwarn if issubclass(w.category, RuntimeWarning)]
+
+
+@pytest.mark.parametrize("max_iterations", [0, 10001])
+def test_calibration_refuses_an_iteration_cap_out_of_range(max_iterations):
+    quotes = generated_quotes(zep.HestonModel(0.04, 1.0, 0.04, 0.5, -0.5), (1.0,), (80.0, 90.0, 100.0, 110.0, 125.0))
+    with pytest.raises(Exception, match=r"maxIterations must lie in \[1, 10000\]"):
+        zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, maxIterations=max_iterations)
+
+
 @pytest.mark.parametrize("quotes, message", [
     ([(1.0, 100.0, 0.2)] * 3, "at least 5 quotes"),
     ([(1.0, 100.0, 0.2)] * 5 + [(0.0, 100.0, 0.2)], "expiries"),
