@@ -4,9 +4,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <string>
 
-#include "lum-auxiliary/AdaptiveGaussLobatto.hpp"
+#include "lum-auxiliary/AdaptiveGaussKronrod.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 
@@ -168,6 +169,34 @@ double IntegrationRange(const HestonModel& model, double timeToExpiry, double to
     }
 }
 
+// The integration range split where the integrand changes character: the control variate's
+// Gaussian e^(-w u^2 / 2) falls from 1 to e^-1, e^-9 and e^-81 at u = s, 3s and 9s, s = sqrt(2 / w);
+// beyond, only Heston's slower exponential decay is left. Starting from these intervals saves
+// the halvings that would find the same places.
+struct BreakPoints {
+    std::array<double, 5> points;
+    std::size_t count;
+    std::span<const double> Span() const { return {points.data(), count}; }
+};
+
+BreakPoints IntegrationBreakPoints(double totalVariance, double upper) {
+    BreakPoints breaks{{0.0}, 1};
+    const double scale = std::sqrt(2.0 / totalVariance);
+    for (const double factor : {1.0, 3.0, 9.0})
+        if (factor * scale < upper) breaks.points[breaks.count++] = factor * scale;
+    breaks.points[breaks.count++] = upper;
+    return breaks;
+}
+
+// The Lewis integrand's quadrature over its whole range, to `tolerance` (absolute) on each value.
+template <class Integrand, class Value>
+Value IntegrateLewis(const Integrand& integrand, const HestonModel& model, double timeToExpiry, double totalVariance,
+                     double tolerance, const char* what) {
+    AdaptiveGaussKronrod<Integrand, Value> quadrature(integrand, KronrodSettings{tolerance}, what);
+    const double upper = IntegrationRange(model, timeToExpiry, totalVariance);
+    return quadrature.Integrate(IntegrationBreakPoints(totalVariance, upper).Span());
+}
+
 // Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
 // k = ln(F / K). The same integral of the Black-Scholes model at the mean variance, known in
 // closed form, is subtracted under the integral (Andersen and Piterbarg's control variate):
@@ -194,9 +223,8 @@ Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>
             values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
         return values;
     };
-    AdaptiveGaussLobatto<decltype(integrand), Lanes<N>> quadrature(integrand, LobattoSettings{tolerance * forward},
-                                                                   "Heston price");
-    Lanes<N> calls = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    Lanes<N> calls = IntegrateLewis<decltype(integrand), Lanes<N>>(integrand, model, timeToExpiry, totalVariance,
+                                                                  tolerance * forward, "Heston price");
     for (int j = 0; j < N; ++j) {
         BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
                                forward);
@@ -220,9 +248,8 @@ Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double 
         const Complex term = strike / M_PI * std::exp(Complex(0.5 * k, u * k)) * gap;
         return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
     };
-    AdaptiveGaussLobatto<decltype(integrand), Lanes<3>> quadrature(integrand, LobattoSettings{tolerance * forward},
-                                                                   "Heston Greeks");
-    Lanes<3> values = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    Lanes<3> values = IntegrateLewis<decltype(integrand), Lanes<3>>(integrand, model, timeToExpiry, totalVariance,
+                                                                   tolerance * forward, "Heston Greeks");
     BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
     values.v[0] += blackScholes.Price();
     values.v[1] += forward * blackScholes.Delta();

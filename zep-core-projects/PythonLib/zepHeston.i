@@ -18,7 +18,7 @@ A model violating the Feller condition 2 kappa theta >= sigma^2 is allowed (Sati
 HestonModel(v0, kappa, theta, sigma, rho)
 Price(optionType, strike, timeToExpiry, timeToDelivery, domesticRate, foreignRate, spot,
 tolerance=1e-11): a European call (0) or put (1) by the characteristic function (Lewis's integral,
-adaptive Gauss-Lobatto to about tolerance times the forward).
+adaptive Gauss-Kronrod to about tolerance times the forward).
 Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
 Greeks(optionType, strike, ...): a dict of price, delta, gamma (in the spot) and vega (in the
 initial volatility sqrt(v0)).
