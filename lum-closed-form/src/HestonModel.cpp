@@ -103,6 +103,10 @@ double HestonModel::MomentExplosionTime(double order) const {
 // -sigma^2 (u^2 + i u) / (xi + d): no cancellation, and the divisions by sigma^2 of the textbook
 // form cancel out analytically, so that small volatilities of variance lose no precision.
 Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) const {
+    return Exp(LogCharacteristicFunction(u, timeToExpiry));
+}
+
+Complex HestonModel::LogCharacteristicFunction(Complex u, double timeToExpiry) const {
     const Complex i(0.0, 1.0);
     const double sigma2 = m_sigma * m_sigma;
     const Complex a = u * u + i * u;
@@ -122,7 +126,7 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
                                       : Log1p(q) / sigma2;
     const Complex c = m_kappa * m_theta * (xiMinusDOverSigma2 * timeToExpiry - 2.0 * logOverSigma2);
     const Complex dTerm = xiMinusDOverSigma2 * oneMinusE * Reciprocal(1.0 - g * e);
-    return Exp(c + dTerm * m_v0);
+    return c + dTerm * m_v0;
 }
 
 namespace {
@@ -153,12 +157,31 @@ struct Lanes {
     }
 };
 
-// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2.
-Complex ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry,
-                                         double totalVariance) {
-    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
-           model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
-}
+// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2:
+// the Gaussian and Heston's logarithm, so that a phase e^(i u k) costs one cosine for each.
+struct ControlledCharacteristicFunction {
+    double gaussian;
+    Complex logHeston;
+
+    ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry, double totalVariance)
+        : gaussian(Gaussian(-0.5 * totalVariance * (u * u + 0.25))),
+          logHeston(model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry)) {}
+
+    // Below e^-80 the Gaussian is nothing next to any tolerance: taken as 0, its cosine is skipped
+    // on the tail, where Heston's slower decay alone sets the integrand.
+    static double Gaussian(double exponent) { return exponent < -80.0 ? 0.0 : std::exp(exponent); }
+
+    Complex Value() const { return gaussian - Exp(logHeston); }
+    // e^(i phase) (gaussian - heston).
+    Complex TurnedBy(double phase) const {
+        return gaussian * Exp(Complex(0.0, phase)) - Exp(logHeston + Complex(0.0, phase));
+    }
+    // Its real part alone: two cosines.
+    double RealPartTurnedBy(double phase) const {
+        const double heston = std::exp(logHeston.real()) * std::cos(logHeston.imag() + phase);
+        return gaussian == 0.0 ? -heston : gaussian * std::cos(phase) - heston;
+    }
+};
 
 // Where the integral is cut. Past u = 9 s (s below) the control variate's Gaussian is below
 // e^-81, and Heston's |phi(u - i/2)| falls exponentially, at a rate that grows towards
@@ -168,13 +191,14 @@ Complex ControlledCharacteristicFunction(const HestonModel& model, double u, dou
 // point moves out until that is below kTailShare of the tolerance.
 double IntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance, double scale,
                         int weightPower, double tolerance) {
-    const auto modulus = [&](double u) { return std::abs(model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry)); };
+    // log |phi| is the real part of the logarithm.
+    const auto logModulus = [&](double u) { return model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry).real(); };
     double upper = 9.0 * std::sqrt(2.0 / totalVariance);
-    double previous = modulus(upper / kTruncationStep);
+    double previous = logModulus(upper / kTruncationStep);
     for (int step = 0; step < kMaxTruncationSteps; ++step) {
-        const double current = modulus(upper);
-        const double rate = std::log(previous / current) / (upper - upper / kTruncationStep);
-        if (current == 0.0 || (rate > 0.0 && scale * current / (rate * std::pow(upper, weightPower)) <= kTailShare * tolerance))
+        const double current = logModulus(upper);
+        const double rate = (previous - current) / (upper - upper / kTruncationStep);
+        if (rate > 0.0 && scale * std::exp(current) / (rate * std::pow(upper, weightPower)) <= kTailShare * tolerance)
             return upper;
         previous = current;
         upper *= kTruncationStep;
@@ -230,11 +254,17 @@ Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>
     const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
     const double totalVariance = meanVariance * timeToExpiry;
     const auto integrand = [&](double u) {
-        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
+        const ControlledCharacteristicFunction gap(model, u, timeToExpiry, totalVariance);
         const double weight = 1.0 / (u * u + 0.25);
         Lanes<N> values;
-        for (int j = 0; j < N; ++j)
-            values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
+        if constexpr (N == 1) {
+            values.v[0] = scale[0] * weight * gap.RealPartTurnedBy(u * k[0]);
+        } else {
+            // Several strikes share one value of the function: a sine and cosine each.
+            const Complex value = gap.Value();
+            for (int j = 0; j < N; ++j)
+                values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * value.real() - std::sin(u * k[j]) * value.imag());
+        }
         return values;
     };
     const double largestScale = *std::max_element(scale.begin(), scale.end());
@@ -259,8 +289,8 @@ Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double 
     const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
     const double totalVariance = meanVariance * timeToExpiry;
     const auto integrand = [&](double u) {
-        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
-        const Complex term = strike / M_PI * std::exp(Complex(0.5 * k, u * k)) * gap;
+        const ControlledCharacteristicFunction gap(model, u, timeToExpiry, totalVariance);
+        const Complex term = strike / M_PI * std::exp(0.5 * k) * gap.TurnedBy(u * k);
         return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
     };
     // The second derivative's integrand has no 1 / u^2 weight: its tail falls with phi alone.
