@@ -183,56 +183,87 @@ struct ControlledCharacteristicFunction {
     }
 };
 
-// Where the integral is cut. Past u = 9 s (s below) the control variate's Gaussian is below
-// e^-81, and Heston's |phi(u - i/2)| falls exponentially, at a rate that grows towards
+// How the integrand's tail is bounded: scale |phi(u)| / u^weightPower.
+struct TailBound {
+    double scale;
+    int weightPower;
+};
+
+// Where the integral is cut, and how fast phi turns there.
+struct IntegrationRange {
+    double upper;
+    double phaseRate;  // d arg phi / du
+};
+
+// Past u = 9 s (s below) the control variate's Gaussian is below e^-81, and Heston's
+// |phi(u - i/2)| falls exponentially, at a rate that grows towards
 // sqrt(1 - rho^2) (v0 + kappa theta T) / sigma (Kahl and Jaeckel); with the rate measured between
-// two trial points, the last a lower bound for what follows, a tail integrand
-// scale |phi(u)| / u^weightPower leaves at most scale |phi(U)| / (rate U^weightPower) out. The
-// point moves out until that is below kTailShare of the tolerance.
-double IntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance, double scale,
-                        int weightPower, double tolerance) {
-    // log |phi| is the real part of the logarithm.
-    const auto logModulus = [&](double u) { return model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry).real(); };
+// two trial points, the last a lower bound for what follows, the tail leaves at most
+// scale |phi(U)| / (rate U^weightPower) out. The point moves out until that is below kTailShare of
+// the tolerance.
+IntegrationRange FindIntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance,
+                                      const TailBound& tail, double tolerance) {
+    // log |phi| and arg phi are the real and imaginary parts of the logarithm.
+    const auto logPhi = [&](double u) { return model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry); };
     double upper = 9.0 * std::sqrt(2.0 / totalVariance);
-    double previous = logModulus(upper / kTruncationStep);
+    Complex previous = logPhi(upper / kTruncationStep);
     for (int step = 0; step < kMaxTruncationSteps; ++step) {
-        const double current = logModulus(upper);
-        const double rate = (previous - current) / (upper - upper / kTruncationStep);
-        if (rate > 0.0 && scale * std::exp(current) / (rate * std::pow(upper, weightPower)) <= kTailShare * tolerance)
-            return upper;
+        const Complex current = logPhi(upper);
+        const double width = upper - upper / kTruncationStep;
+        const double rate = (previous.real() - current.real()) / width;
+        if (rate > 0.0 &&
+            tail.scale * std::exp(current.real()) / (rate * std::pow(upper, tail.weightPower)) <= kTailShare * tolerance)
+            return {upper, std::abs(current.imag() - previous.imag()) / width};
         previous = current;
         upper *= kTruncationStep;
     }
     ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
 }
 
-// The integration range split where the integrand changes character: the control variate's
-// Gaussian e^(-w u^2 / 2) falls from 1 to e^-1, e^-9 and e^-81 at u = s, 3s and 9s, s = sqrt(2 / w);
-// beyond, only Heston's slower exponential decay is left. Starting from these intervals saves
-// the halvings that would find the same places.
+// Intervals the quadrature starts from. The control variate's Gaussian e^(-w u^2 / 2) falls from
+// 1 to e^-1, e^-9 and e^-81 at u = s, 3s and 9s, s = sqrt(2 / w); beyond, only Heston's slower
+// decay is left. And no interval spans more than kPeriodsPerInterval turns of the integrand's
+// phase (the strike's u k and phi's own): over more, the 10- and 21-point rules can both miss a
+// decaying oscillation and still agree. Starting there saves the halvings that would find the
+// same places.
+constexpr double kPeriodsPerInterval = 3.0;
+constexpr std::size_t kMaxPiecesPerInterval = 32;
+
 struct BreakPoints {
-    std::array<double, 5> points;
+    std::array<double, 4 * kMaxPiecesPerInterval + 1> points;
     std::size_t count;
     std::span<const double> Span() const { return {points.data(), count}; }
 };
 
-BreakPoints IntegrationBreakPoints(double totalVariance, double upper) {
-    BreakPoints breaks{{0.0}, 1};
+BreakPoints IntegrationBreakPoints(double totalVariance, const IntegrationRange& range, double largestLogMoneyness) {
+    std::array<double, 4> ends{};
+    std::size_t endCount = 0;
     const double scale = std::sqrt(2.0 / totalVariance);
     for (const double factor : {1.0, 3.0, 9.0})
-        if (factor * scale < upper) breaks.points[breaks.count++] = factor * scale;
-    breaks.points[breaks.count++] = upper;
+        if (factor * scale < range.upper) ends[endCount++] = factor * scale;
+    ends[endCount++] = range.upper;
+    const double phaseRate = largestLogMoneyness + range.phaseRate;
+    const double longest = phaseRate > 0.0 ? kPeriodsPerInterval * 2.0 * M_PI / phaseRate : range.upper;
+    BreakPoints breaks{{0.0}, 1};
+    double start = 0.0;
+    for (std::size_t i = 0; i < endCount; ++i) {
+        const std::size_t pieces =
+            std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((ends[i] - start) / longest)), 1, kMaxPiecesPerInterval);
+        for (std::size_t j = 1; j <= pieces; ++j)
+            breaks.points[breaks.count++] = start + (ends[i] - start) * static_cast<double>(j) / static_cast<double>(pieces);
+        start = ends[i];
+    }
     return breaks;
 }
 
 // The Lewis integrand's quadrature over its whole range, to `tolerance` (absolute) on each value;
-// scale and weightPower bound the integrand's tail as IntegrationRange takes them.
+// largestLogMoneyness is the largest |ln(F / K)| of the strikes it prices.
 template <class Integrand, class Value>
 Value IntegrateLewis(const Integrand& integrand, const HestonModel& model, double timeToExpiry, double totalVariance,
-                     double scale, int weightPower, double tolerance, const char* what) {
+                     const TailBound& tail, double largestLogMoneyness, double tolerance, const char* what) {
     AdaptiveGaussKronrod<Integrand, Value> quadrature(integrand, KronrodSettings{tolerance}, what);
-    const double upper = IntegrationRange(model, timeToExpiry, totalVariance, scale, weightPower, tolerance);
-    return quadrature.Integrate(IntegrationBreakPoints(totalVariance, upper).Span());
+    const IntegrationRange range = FindIntegrationRange(model, timeToExpiry, totalVariance, tail, tolerance);
+    return quadrature.Integrate(IntegrationBreakPoints(totalVariance, range, largestLogMoneyness).Span());
 }
 
 // Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
@@ -267,9 +298,11 @@ Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>
         }
         return values;
     };
-    const double largestScale = *std::max_element(scale.begin(), scale.end());
-    Lanes<N> calls = IntegrateLewis<decltype(integrand), Lanes<N>>(integrand, model, timeToExpiry, totalVariance,
-                                                                  largestScale, 2, tolerance * forward, "Heston price");
+    const TailBound tail{*std::max_element(scale.begin(), scale.end()), 2};
+    double largestLogMoneyness = 0.0;
+    for (const double logMoneyness : k) largestLogMoneyness = std::max(largestLogMoneyness, std::abs(logMoneyness));
+    Lanes<N> calls = IntegrateLewis<decltype(integrand), Lanes<N>>(integrand, model, timeToExpiry, totalVariance, tail,
+                                                                  largestLogMoneyness, tolerance * forward, "Heston price");
     for (int j = 0; j < N; ++j) {
         BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
                                forward);
@@ -294,9 +327,9 @@ Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double 
         return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
     };
     // The second derivative's integrand has no 1 / u^2 weight: its tail falls with phi alone.
-    Lanes<3> values = IntegrateLewis<decltype(integrand), Lanes<3>>(integrand, model, timeToExpiry, totalVariance,
-                                                                   std::sqrt(strike * forward) / M_PI, 0,
-                                                                   tolerance * forward, "Heston Greeks");
+    const TailBound tail{std::sqrt(strike * forward) / M_PI, 0};
+    Lanes<3> values = IntegrateLewis<decltype(integrand), Lanes<3>>(integrand, model, timeToExpiry, totalVariance, tail,
+                                                                   std::abs(k), tolerance * forward, "Heston Greeks");
     BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
     values.v[0] += blackScholes.Price();
     values.v[1] += forward * blackScholes.Delta();

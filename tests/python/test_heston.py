@@ -43,6 +43,19 @@ def test_price_matches_quantlib(params, option_type, strike, days):
                                   abs=1e-8)
 
 
+@pytest.mark.parametrize("params", [(0.04, 3.0, 0.04, 2.0, -0.9), (0.2, 0.3, 0.1, 1.8, 0.6),
+                                    (0.04, 0.1, 0.3, 0.9, -0.95)])
+@pytest.mark.parametrize("strike", [50.0, 200.0])
+@pytest.mark.parametrize("days", [7, 30, 3650])
+def test_far_strikes_and_extreme_models_match_quantlib(params, strike, days):
+    """Volatility of variance up to 2, correlation to -0.95, a week to ten years, strikes half
+    and twice the spot: the integrand oscillates many times over its range, decays slowly or
+    fast, and each price still holds to 1e-8."""
+    t = days / 365.0
+    price = zep.HestonModel(*params).Price(1, strike, t, t, 0.03, 0.01, 100.0)
+    assert price == pytest.approx(quantlib_heston(params, 1, strike, days, 0.03, 0.01, 100.0), abs=1e-8)
+
+
 @pytest.mark.parametrize("params", MODELS)
 @pytest.mark.parametrize("option_type", [0, 1])
 @pytest.mark.parametrize("days", [30, 365])
