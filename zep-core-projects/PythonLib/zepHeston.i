@@ -23,7 +23,9 @@ Prices(optionType, strikes, ...): the same over a NumPy array of strikes.
 Greeks(optionType, strike, ...): a dict of price, delta, gamma (in the spot) and vega (in the
 initial volatility sqrt(v0)).
 FftPrices(optionType, strikes, ..., points=2048, spacing=0.2, damping=1.5): over a strike array
-by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.";
+by the Carr-Madan FFT, cubic interpolation in log-strike between its grid points.
+ScriptParameters(): [kappa, theta, sigma, rho, v0], the parameters of the scripted Monte Carlo's
+Heston model (model 3).";
 %include "lum-closed-form/HestonModel.hpp"
 
 %inline %{
@@ -111,6 +113,14 @@ def _heston_greeks(self, optionType: int, strike: float, timeToExpiry: float, ti
     return dict(zip(("price", "delta", "gamma", "vega"), (float(v) for v in values)))
 
 
+def _heston_script_parameters(self) -> "list[float]":
+    """The model as the scripted Monte Carlo's Heston parameters (model 3): [kappa, theta, sigma,
+    rho, v0], so that a calibrated model prices exotics as it is."""
+    return [self.MeanReversion(), self.LongRunVariance(), self.VolOfVariance(), self.Correlation(),
+            self.InitialVariance()]
+
+
+HestonModel.ScriptParameters = _heston_script_parameters
 HestonModel.Prices = _heston_prices
 HestonModel.Greeks = _heston_greeks
 HestonModel.FftPrices = _heston_fft_prices
