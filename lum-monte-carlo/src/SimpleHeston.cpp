@@ -71,12 +71,12 @@ T SimpleHeston<T>::NextVariance(const Step& step, T variance, T zVariance, T& ma
     const T psi = spread / (mean * mean);
     if (psi <= kCriticalPsi) {
         const T twoOverPsi = 2 / psi;
-        const T b2 = twoOverPsi - 1 + std::sqrt(twoOverPsi) * std::sqrt(twoOverPsi - 1);
+        const T b2 = twoOverPsi - 1 + std::sqrt(twoOverPsi * (twoOverPsi - 1));
+        const T b = std::sqrt(b2);
         const T scale = mean / (1 + b2);
-        const T next = scale * (std::sqrt(b2) + zVariance) * (std::sqrt(b2) + zVariance);
         const T denominator = 1 - 2 * a * scale;
-        martingaleShift = denominator > 0 ? -a * b2 * scale / denominator + std::log(denominator) / 2 : uncorrected;
-        return next;
+        martingaleShift = denominator > 0 ? -a * b2 * scale / denominator + std::log1p(-2 * a * scale) / 2 : uncorrected;
+        return scale * (b + zVariance) * (b + zVariance);
     }
     const T p = (psi - 1) / (psi + 1);
     const T beta = (1 - p) / mean;
