@@ -387,6 +387,11 @@ void HestonModel::Prices(int optionType, std::span<const double> strikes, double
     const double discount = std::exp(-domesticRate * timeToDelivery);
     const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
     ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
+    if (m_v0 == 0.0 && m_theta == 0.0) {
+        // No variance now and none to revert to: the variance stays 0 and the forward is certain.
+        for (std::size_t i = 0; i < strikes.size(); ++i) prices[i] = discount * std::max(phi * (forward - strikes[i]), 0.0);
+        return;
+    }
     if (strikes.size() == 1) {
         const double call = UndiscountedCalls<1>(*this, {strikes[0]}, forward, timeToExpiry, tolerance).v[0];
         prices[0] = Settle(optionType, call, forward, strikes[0], discount);

@@ -117,6 +117,16 @@ def test_vanishing_vol_of_variance_is_black_scholes_at_the_mean_variance(t, rho)
         assert model.Price(0, strike, t, t, 0.02, 0.04, 100.0) == pytest.approx(bs, abs=1e-7)
 
 
+@pytest.mark.parametrize("option_type, strike", [(0, 95.0), (1, 95.0), (0, 110.0), (1, 110.0)])
+def test_no_variance_at_all_prices_the_certain_forward(option_type, strike):
+    """v0 = theta = 0: the variance stays 0 and the option is worth its discounted intrinsic value
+    on the forward."""
+    forward = 100.0 * math.exp(0.02)
+    expected = math.exp(-0.03) * max((forward - strike) * (1 if option_type == 0 else -1), 0.0)
+    assert zep.HestonModel(0.0, 1.5, 0.0, 0.6, -0.7).Price(option_type, strike, 1.0, 1.0, 0.03, 0.01, 100.0) == \
+        pytest.approx(expected, abs=1e-13)
+
+
 @pytest.mark.parametrize("params", MODELS)
 def test_put_call_parity(params):
     model = zep.HestonModel(*params)
