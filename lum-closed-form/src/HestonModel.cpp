@@ -102,10 +102,6 @@ double HestonModel::MomentExplosionTime(double order) const {
 // With xi = kappa - sigma rho i u and d = sqrt(xi^2 + sigma^2 (u^2 + i u)), xi - d is written
 // -sigma^2 (u^2 + i u) / (xi + d): no cancellation, and the divisions by sigma^2 of the textbook
 // form cancel out analytically, so that small volatilities of variance lose no precision.
-Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) const {
-    return Exp(LogCharacteristicFunction(u, timeToExpiry));
-}
-
 Complex HestonModel::LogCharacteristicFunction(Complex u, double timeToExpiry) const {
     const Complex i(0.0, 1.0);
     const double sigma2 = m_sigma * m_sigma;
@@ -127,6 +123,10 @@ Complex HestonModel::LogCharacteristicFunction(Complex u, double timeToExpiry) c
     const Complex c = m_kappa * m_theta * (xiMinusDOverSigma2 * timeToExpiry - 2.0 * logOverSigma2);
     const Complex dTerm = xiMinusDOverSigma2 * oneMinusE * Reciprocal(1.0 - g * e);
     return c + dTerm * m_v0;
+}
+
+Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) const {
+    return Exp(LogCharacteristicFunction(u, timeToExpiry));
 }
 
 namespace {

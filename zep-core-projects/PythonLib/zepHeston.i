@@ -7,6 +7,7 @@
 %}
 
 %ignore zep::HestonModel::CharacteristicFunction;
+%ignore zep::HestonModel::LogCharacteristicFunction;
 %ignore zep::HestonModel::Prices;  // wrapped below over NumPy arrays
 %ignore zep::HestonModel::Greeks;  // wrapped below as a dict
 %ignore zep::HestonGreeks;
