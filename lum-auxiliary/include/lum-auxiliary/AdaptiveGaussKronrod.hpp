@@ -60,6 +60,7 @@ public:
     // Over [b0, bn] starting from the intervals between the break points (increasing): where the
     // integrand changes character, a break point saves the halvings that would find it.
     Value Integrate(std::span<const double> breakPoints) {
+        ZEP_REQUIRE(breakPoints.size() >= 2, std::string(m_what) + ": an integration range needs two end points");
         m_evaluations = 0;
         Value sum = Step(breakPoints[0], breakPoints[1], 0);
         for (std::size_t i = 2; i < breakPoints.size(); ++i) sum = sum + Step(breakPoints[i - 1], breakPoints[i], 0);

@@ -6,8 +6,8 @@
 // Discretised by Andersen's quadratic-exponential scheme (2008): each step draws the variance
 // from a law with the exact conditional mean and variance of the square-root process, a scaled
 // non-central chi-square with one degree of freedom a (b + Z)^2 while the variance stays well
-// away from 0 (psi = variance / mean^2 <= 1.5), else a mass at 0 plus an exponential tail; the
-// variance never turns negative. The log-spot step integrates the variance by the trapezoid
+// away from 0 (psi = s^2 / m^2 <= 1.5, the step's conditional variance over its squared mean),
+// else a mass at 0 plus an exponential tail; the variance never turns negative. The log-spot step integrates the variance by the trapezoid
 // and takes the correlated part from the variance move itself:
 //   ln S' = ln S + (rate1 - rate2) dt + K0* + K1 v + K2 v' + sqrt(K3 v + K4 v') Z,
 // with K0* chosen so that E[S' | v] = S e^((rate1 - rate2) dt) exactly (the martingale
