@@ -6,7 +6,6 @@ checked to agree at the money first; and a cube volatility and a caplet strip of
 """
 import os
 import sys
-import time
 
 import QuantLib as ql
 
@@ -14,20 +13,10 @@ _build = os.environ.get("ZEP_PYTHONPATH")
 if _build:
     sys.path.insert(0, os.path.abspath(_build))
 import zep  # noqa: E402
+from bench_support import best_of  # noqa: E402
 
 FORWARD, EXPIRY, BETA, RHO, NU = 0.03, 5.0, 0.5, -0.3, 0.4
 STRIKES = [0.01 + 0.0005 * i for i in range(100)]
-
-
-def best_of(function, repeats, rounds=5):
-    """Seconds per call: the fastest of several rounds, each the mean over `repeats` calls."""
-    best = float("inf")
-    for _ in range(rounds):
-        start = time.perf_counter()
-        for _ in range(repeats):
-            function()
-        best = min(best, (time.perf_counter() - start) / repeats)
-    return best
 
 
 def per_strike(function):
