@@ -1,7 +1,8 @@
 // Payoff scripts as users write them, one script per event date, the events separated by '|'
 // (a character the script language drops). A script's tokens written out with blanks between
 // them tokenise as the same tokens. A product the scripts build evaluates on a path; the
-// compiled stream gives the tree walker's values, sharp and smoothed alike.
+// compiled stream gives the tree walker's values, sharp and smoothed alike, and run over a block
+// of paths side by side each lane gets its own path's values.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -58,6 +59,32 @@ void RequireSameValues(const zep::ScriptProduct& product, const std::vector<doub
                              " by the tree\n" + product.DebugText());
 }
 
+// Three paths side by side (the path, and its spots a tenth lower and higher) against each alone.
+void RequireLanesGivePathValues(const zep::ScriptProduct& product, const zep::CompiledScript& script, double eps,
+                                const std::vector<zep::ScenarioPoint>& path, const char* logic) {
+    constexpr double kScales[] = {1.0, 0.9, 1.1};
+    constexpr std::size_t kLanes = 3;
+    const std::size_t events = path.size(), count = product.VariableCount();
+    std::vector<double> spots(events * kLanes), numeraires(events), lanes(count * kLanes, 0.0);
+    std::vector<std::vector<zep::ScenarioPoint>> paths(kLanes, path);
+    for (std::size_t e = 0; e < events; ++e) {
+        numeraires[e] = path[e].numeraire;
+        for (std::size_t l = 0; l < kLanes; ++l) spots[e * kLanes + l] = paths[l][e].spot = path[e].spot * kScales[l];
+    }
+    auto laneScratch = script.MakeLaneScratch(kLanes, eps);
+    script.RunLanes(spots.data(), numeraires.data(), kLanes, lanes.data(), laneScratch);
+    auto scratch = script.MakeScratch(eps);
+    for (std::size_t l = 0; l < kLanes; ++l) {
+        std::vector<double> alone(count, 0.0);
+        script.RunPath(paths[l].data(), alone.data(), scratch);
+        for (std::size_t i = 0; i < count; ++i)
+            ZEP_FUZZ_REQUIRE(Same(lanes[i * kLanes + l], alone[i]),
+                             std::string(logic) + " logic, lane " + std::to_string(l) + ": " +
+                                 product.VariableNames()[i] + " is " + std::to_string(lanes[i * kLanes + l]) +
+                                 " side by side but " + std::to_string(alone[i]) + " alone\n" + product.DebugText());
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -80,6 +107,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         evaluator.EvaluateFuzzyTree(path, fuzzyTree);
         RequireSameValues(*product, compiled, tree, "sharp");
         RequireSameValues(*product, fuzzy, fuzzyTree, "smoothed");
+        RequireLanesGivePathValues(*product, product->Compiled(), 0.0, path, "sharp");
+        RequireLanesGivePathValues(*product, product->CompiledSmoothed(), zep::kDefaultFuzzyEps, path, "smoothed");
     });
     return 0;
 }

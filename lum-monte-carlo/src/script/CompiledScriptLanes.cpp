@@ -116,7 +116,7 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
         }
         std::int64_t nearest = to, furthest = now;
         for (std::size_t l = 0; l < n; ++l) {
-            const std::int64_t r = (flags[l] != 0) & (resumeAt[l] <= now) ? to : resumeAt[l];
+            const std::int64_t r = ((flags[l] != 0) & (resumeAt[l] <= now)) ? to : resumeAt[l];
             resumeAt[l] = r;
             nearest = r < nearest ? r : nearest;
             furthest = r > furthest ? r : furthest;
@@ -325,7 +325,7 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
                     for (std::size_t l = 0; l < L; ++l) {
                         const double d = degrees[l];
                         const double blend = d * after[l] + (1.0 - d) * value[l];
-                        value[l] = RunsBoth(d) & (resumeAt[l] <= now) ? blend : value[l];
+                        value[l] = (RunsBoth(d) & (resumeAt[l] <= now)) ? blend : value[l];
                     }
                 }
                 break;
@@ -417,8 +417,9 @@ ZEP_LANES_CLONES void CompiledScript::GuardRun(const Instruction& in, const doub
                 const double other = LaneValue(otherSide, 1.0, x, L, l);
                 const bool monotone =
                     oneSideReadsSpot & (factor - factor == 0.0) & (factor != 0.0) & (other - other == 0.0);
-                const bool mayPass = passes(LaneDifference(comparison, least[l], x, L, l)) |
-                                     passes(LaneDifference(comparison, greatest[l], x, L, l));
+                const bool atLeast = passes(LaneDifference(comparison, least[l], x, L, l));
+                const bool atGreatest = passes(LaneDifference(comparison, greatest[l], x, L, l));
+                const bool mayPass = atLeast | atGreatest;
                 visit[l] = !monotone | (probe[l] != 0.0) | mayPass;
             }
         };
