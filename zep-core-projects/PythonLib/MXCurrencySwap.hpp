@@ -39,6 +39,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     std::optional<CurvePair> m_domestic, m_foreign;
     double m_spot = 0.0;
 };

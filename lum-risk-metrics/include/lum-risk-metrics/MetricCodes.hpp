@@ -7,6 +7,8 @@ namespace zep::metrics {
 // The gap before WM_PRODUCT is reserved for the rate, credit and FX families still to come.
 enum class ProductType { CASH_RATES = 0, FRN = 1, SHORT_TERM_PAPER = 2, IRS = 3, OIS = 4,
                          FIXED_RATE_BOND = 5, FX_FORWARD = 6, FX_VANILLA_OPTION = 7, BASIS_SWAP = 8,
+                         FRA = 9, FX_SWAP = 10, NDF = 11, CROSS_CURRENCY_SWAP = 12, CDS = 13,
+                         FX_BARRIER_OPTION = 14, FX_DIGITAL_OPTION = 15,
                          WM_PRODUCT = 55, NON_STANDARD = 56 };
 // Sensitivities are per market move: DELTA, GAMMA, VEGA and FX_DELTA per 1% (of spot, or one
 // volatility point), DV01, KEY_RATE_DV01 (one figure per curve pillar) and RHO per basis point,
