@@ -7,11 +7,13 @@
 #include "MBasisSwap.hpp"
 #include "MBill.hpp"
 #include "MBond.hpp"
+#include "MDigitalOption.hpp"
 #include "MFRA.hpp"
 #include "MFXForwardOutright.hpp"
 #include "MFXNDF.hpp"
 #include "MFXSwap.hpp"
 #include "MFloatingRateNote.hpp"
+#include "MVanillaBarriers.hpp"
 #include "MVanillaOption.hpp"
 #include "MVanillaSwap.hpp"
 #include "MXCurrencySwap.hpp"
@@ -35,6 +37,17 @@ LegMarket MovedLegMarket(const CurvePair& curves, metrics::MovedCurves& moved, d
 
 FXMarket MovedFXMarket(const FXCurves& market, metrics::MovedCurves& moved, double spot) {
     return {spot, market.spotDate, moved.Of(market.quoteCurve), moved.Of(market.baseCurve)};
+}
+
+// The option's PV on a moved market by its own method; the method is checked once, here.
+template <class Option>
+metrics::SpotVolPricing SpotVolPricingOf(boost::shared_ptr<const Option> option, metrics::ProductType product,
+                                         std::string description, const std::string& underlying, int pricingMethod) {
+    option->PV(pricingMethod);
+    return {product, std::move(description), underlying, option->GetSpot(), option->GetVolatility(),
+            [option, pricingMethod](double spot, double volatilityShift) {
+                return option->OnMovedMarket(spot, volatilityShift).PV(pricingMethod);
+            }};
 }
 
 }  // namespace
@@ -150,6 +163,20 @@ std::unique_ptr<CrossCurrencySwapAdapter> RiskAdapters::Of(const MXCurrencySwap&
         return 100.0 * contract->ParCoupon(SwapSide::Receive, domestic.Market(), foreign.Market(spot));
     };
     return std::make_unique<CrossCurrencySwapAdapter>(std::move(pricing));
+}
+
+std::unique_ptr<BarrierOptionAdapter> RiskAdapters::Of(const MVanillaBarriers& option, const std::string& underlying,
+                                                        int pricingMethod) {
+    option.Object("zep::python::BarrierOptionAdapter::BarrierOptionAdapter");
+    return std::make_unique<BarrierOptionAdapter>(SpotVolPricingOf<VanillaBarriers>(
+        option.m_object, metrics::ProductType::FX_BARRIER_OPTION, "Barrier option", underlying, pricingMethod));
+}
+
+std::unique_ptr<DigitalOptionAdapter> RiskAdapters::Of(const MDigitalOption& option, const std::string& underlying,
+                                                        int pricingMethod) {
+    option.Object("zep::python::DigitalOptionAdapter::DigitalOptionAdapter");
+    return std::make_unique<DigitalOptionAdapter>(SpotVolPricingOf<DigitalOption>(
+        option.m_object, metrics::ProductType::FX_DIGITAL_OPTION, "Digital option", underlying, pricingMethod));
 }
 
 }  // namespace zep::python

@@ -8,6 +8,7 @@
 #include "lum-risk-metrics/BondAdapter.hpp"
 #include "lum-risk-metrics/CurvePricedAdapter.hpp"
 #include "lum-risk-metrics/FXForwardAdapter.hpp"
+#include "lum-risk-metrics/SpotVolOptionAdapter.hpp"
 #include "lum-risk-metrics/SwapAdapter.hpp"
 #include "lum-risk-metrics/VanillaOptionAdapter.hpp"
 
@@ -16,11 +17,13 @@ namespace zep::python {
 class MBasisSwap;
 class MBill;
 class MBond;
+class MDigitalOption;
 class MFloatingRateNote;
 class MFRA;
 class MFXForwardOutright;
 class MFXNDF;
 class MFXSwap;
+class MVanillaBarriers;
 class MVanillaOption;
 class MVanillaSwap;
 class MXCurrencySwap;
@@ -35,6 +38,8 @@ ZEP_CURVE_PRICED_ADAPTER(FXSwapAdapter);
 ZEP_CURVE_PRICED_ADAPTER(NDFAdapter);
 ZEP_CURVE_PRICED_ADAPTER(CrossCurrencySwapAdapter);
 #undef ZEP_CURVE_PRICED_ADAPTER
+struct BarrierOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
+struct DigitalOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
 
 struct RiskAdapters {
     // faceAmount: the bond's prices are per 100 of it.
@@ -53,6 +58,11 @@ struct RiskAdapters {
     static std::unique_ptr<NDFAdapter> Of(const MFXNDF& ndf, const std::string& pair);
     // pair: the name of the spot that converts the foreign leg (domestic per foreign).
     static std::unique_ptr<CrossCurrencySwapAdapter> Of(const MXCurrencySwap& swap, const std::string& pair);
+    // pricingMethod: the option's own method codes; every metric and scenario prices by it.
+    static std::unique_ptr<BarrierOptionAdapter> Of(const MVanillaBarriers& option, const std::string& underlying,
+                                                    int pricingMethod);
+    static std::unique_ptr<DigitalOptionAdapter> Of(const MDigitalOption& option, const std::string& underlying,
+                                                    int pricingMethod);
 };
 
 }  // namespace zep::python

@@ -50,6 +50,9 @@ returning a number.";
 %shared_ptr(zep::python::FXSwapAdapter)
 %shared_ptr(zep::python::NDFAdapter)
 %shared_ptr(zep::python::CrossCurrencySwapAdapter)
+%shared_ptr(zep::metrics::SpotVolOptionAdapter)
+%shared_ptr(zep::python::BarrierOptionAdapter)
+%shared_ptr(zep::python::DigitalOptionAdapter)
 
 %feature("docstring") zep::metrics::InstrumentAdapter
 "What every adapter answers: Compute(metric) gives a MetricResult, Compute([metrics]) a
@@ -100,6 +103,17 @@ FX_DELTA (per 1% on spot), DV01; Profile(Metric_KEY_RATE_DV01).";
 MXCurrencySwap; scenarios shock the spot converting its foreign leg by the name pair. PV,
 MARKET_VALUE, NPV (domestic currency), FX_DELTA (per 1% on spot), DV01 (every curve of both legs),
 PAR_RATE (the domestic leg's par rate or spread, percent); Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::BarrierOptionAdapter
+"A barrier option for the risk layer: BarrierOptionAdapter(option, underlying='', pricingMethod=0)
+from an MVanillaBarriers, priced by its own method codes; scenarios shock its spot and its
+volatility (the volatility at the strike; a surface moves in parallel) by the name underlying. PV,
+MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), all by
+revaluation.";
+%feature("docstring") zep::python::DigitalOptionAdapter
+"A digital option for the risk layer: DigitalOptionAdapter(option, underlying='', pricingMethod=0)
+from an MDigitalOption, priced by its own method codes; scenarios shock its spot and volatility by
+the name underlying. PV, MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per
+volatility point), all by revaluation.";
 %feature("docstring") zep::metrics::Portfolio
 "Trades for aggregation: Add(id, adapter, quantity=1, tags={}); Aggregate(metric) over all trades
 and AggregateBy(metric, tag) per tag value (trades without the tag under ''), each by the
@@ -165,6 +179,8 @@ public:
 class CurveInstrumentAdapter : public InstrumentAdapter {};
 %nodefaultctor CurvePricedAdapter;
 class CurvePricedAdapter : public CurveInstrumentAdapter {};
+%nodefaultctor SpotVolOptionAdapter;
+class SpotVolOptionAdapter : public InstrumentAdapter {};
 
 }  // namespace metrics
 
@@ -220,6 +236,26 @@ public:
     }
 };
 
+class BarrierOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
+public:
+    %extend {
+        BarrierOptionAdapter(const zep::python::MVanillaBarriers& option, const std::string& underlying = "",
+                             int pricingMethod = 0) {
+            return zep::python::RiskAdapters::Of(option, underlying, pricingMethod).release();
+        }
+    }
+};
+
+class DigitalOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
+public:
+    %extend {
+        DigitalOptionAdapter(const zep::python::MDigitalOption& option, const std::string& underlying = "",
+                             int pricingMethod = 0) {
+            return zep::python::RiskAdapters::Of(option, underlying, pricingMethod).release();
+        }
+    }
+};
+
 }  // namespace python
 
 namespace metrics {
@@ -257,7 +293,8 @@ def _metric_result_repr(self):
 
 MetricResult.__repr__ = _metric_result_repr
 for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter, FRAAdapter,
-                 FloatingRateNoteAdapter, BillAdapter, FXSwapAdapter, NDFAdapter, CrossCurrencySwapAdapter):
+                 FloatingRateNoteAdapter, BillAdapter, FXSwapAdapter, NDFAdapter, CrossCurrencySwapAdapter,
+                 BarrierOptionAdapter, DigitalOptionAdapter):
     _adapter.__repr__ = _instrument_repr
 del _adapter
 %}

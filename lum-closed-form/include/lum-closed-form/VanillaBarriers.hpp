@@ -58,6 +58,12 @@ public:
     // of the volatility) is known: (P(sigma + bump) - P(sigma - bump)) / (2 bump).
     double DeltaPrice(const std::string& fieldName, double bump, int pricingMethod = BlackScholes) const;
 
+    // The same trade on a market whose spot is `spot` and whose volatilities are all
+    // `volatilityShift` higher (the smile quotes keep their shape), for scenarios and bumped risk.
+    VanillaBarriers OnMovedMarket(double spot, double volatilityShift) const;
+    double GetSpot() const { return m_spot; }
+    // The volatility the source gives at the strike and expiry (the Black-Scholes method's).
+    double GetVolatility() const { return m_volatility->Volatility(m_terms.strike, m_timeToExpiry); }
     double GetTimeToExpiry() const { return m_timeToExpiry; }
     double GetTimeToDelivery() const { return m_timeToDelivery; }
 
