@@ -38,6 +38,8 @@ std::vector<std::string> CurvePricedAdapter::MarketNames() const {
 }
 
 MetricResult CurvePricedAdapter::Evaluate(Metric metric) const {
+    if (const auto own = m_pricing.ownMetrics.find(metric); own != m_pricing.ownMetrics.end())
+        return MetricResult::Computed(metric, own->second());
     switch (metric) {
         case Metric::PV:
         case Metric::MARKET_VALUE:
@@ -47,9 +49,8 @@ MetricResult CurvePricedAdapter::Evaluate(Metric metric) const {
         case Metric::FX_DELTA:
             if (!m_pricing.spot) return MetricResult::Unavailable(metric, "A single-currency instrument has no spot exposure.");
             return MetricResult::Computed(metric, (PVAtSpot(BaseSpot() * 1.01) - PVAtSpot(BaseSpot() * 0.99)) / 2.0);
-        case Metric::PAR_RATE:
-            if (!m_pricing.parRate) return MetricResult::Unavailable(metric, Describe() + " has no par rate.");
-            return MetricResult::Computed(metric, m_pricing.parRate());
+        case Metric::PAR_RATE: return MetricResult::Unavailable(metric, Describe() + " has no par rate.");
+        case Metric::CS01: return MetricResult::Unavailable(metric, Describe() + " has no credit exposure.");
         case Metric::DELTA:
         case Metric::GAMMA:
             return MetricResult::Unavailable(metric, m_pricing.spot ? "Its spot exposure is FX_DELTA."

@@ -133,3 +133,31 @@ def test_bad_input_raises_the_library_message():
         zep.FloatingRateNoteAdapter(note(), float("nan"))
     with pytest.raises(TypeError):
         zep.FRAAdapter(None)
+
+
+CDS_REFERENCE = "2024-03-20"
+CDS_TENORS = ["6M", "1Y", "2Y", "3Y", "5Y", "7Y", "10Y"]
+CDS_SPREADS = [0.0050, 0.0060, 0.0075, 0.0090, 0.0110, 0.0120, 0.0125]
+
+
+def cds_market(rate_shift=0.0, spread_shift=0.0):
+    """The discount curve moved by rate_shift; the credit curve bootstrapped on the unmoved one."""
+    rates = [0.03, 0.032, 0.035]
+    base = zep.YieldCurve.FromTenors(CDS_REFERENCE, [zep.Period(t) for t in ("1Y", "5Y", "10Y")], rates, zep.Continuous)
+    moved = zep.YieldCurve.FromTenors(CDS_REFERENCE, [zep.Period(t) for t in ("1Y", "5Y", "10Y")],
+                                      [r + rate_shift for r in rates], zep.Continuous)
+    credit = zep.CreditCurve(CDS_REFERENCE, CDS_TENORS, [s + spread_shift for s in CDS_SPREADS], 0.4, base)
+    return zep.MCreditDefaultSwap("BUYER", 1e7, 0.01, CDS_REFERENCE, "2029-06-20", credit, moved)
+
+
+def test_a_cds_has_its_pv_cs01_from_rebootstrapped_spreads_and_dv01_with_hazard_rates_held():
+    adapter = zep.CreditDefaultSwapAdapter(cds_market())
+    assert adapter.Product() == zep.ProductType_CDS
+    assert value(adapter, zep.Metric_PV) == pytest.approx(cds_market().PV(), rel=1e-13)
+    assert value(adapter, zep.Metric_CS01) == pytest.approx(cds_market(spread_shift=BP).PV() - cds_market().PV(),
+                                                            rel=1e-6)
+    dv01 = (cds_market(rate_shift=BP).PV() - cds_market(rate_shift=-BP).PV()) / 2
+    assert value(adapter, zep.Metric_DV01) == pytest.approx(dv01, rel=1e-6)
+    assert value(adapter, zep.Metric_PAR_RATE) == pytest.approx(cds_market().ParSpread() * 100, rel=1e-12)
+    assert zep.UnitOf(zep.Metric_CS01) == zep.UnitCode_CCY_PER_BP
+    assert not zep.BillAdapter(bill()).Compute(zep.Metric_CS01).available

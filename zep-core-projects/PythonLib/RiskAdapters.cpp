@@ -7,6 +7,7 @@
 #include "MBasisSwap.hpp"
 #include "MBill.hpp"
 #include "MBond.hpp"
+#include "MCreditDefaultSwap.hpp"
 #include "MDigitalOption.hpp"
 #include "MFRA.hpp"
 #include "MFXForwardOutright.hpp"
@@ -95,7 +96,7 @@ std::unique_ptr<FRAAdapter> RiskAdapters::Of(const MFRA& fra) {
                                   [contract, curves](metrics::MovedCurves& moved, double) {
                                       return contract->PV(MovedLegMarket(curves, moved));
                                   }};
-    pricing.parRate = [contract, curves] { return 100.0 * contract->ParRate(curves.Market()); };
+    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [contract, curves] { return 100.0 * contract->ParRate(curves.Market()); };
     return std::make_unique<FRAAdapter>(std::move(pricing));
 }
 
@@ -159,10 +160,27 @@ std::unique_ptr<CrossCurrencySwapAdapter> RiskAdapters::Of(const MXCurrencySwap&
         },
         metrics::SpotExposure{swap.m_spot, pair}};
     const double spot = swap.m_spot;
-    pricing.parRate = [contract, domestic, foreign, spot] {
+    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [contract, domestic, foreign, spot] {
         return 100.0 * contract->ParCoupon(SwapSide::Receive, domestic.Market(), foreign.Market(spot));
     };
     return std::make_unique<CrossCurrencySwapAdapter>(std::move(pricing));
+}
+
+std::unique_ptr<CreditDefaultSwapAdapter> RiskAdapters::Of(const MCreditDefaultSwap& cds) {
+    cds.Object("zep::python::CreditDefaultSwapAdapter::CreditDefaultSwapAdapter");
+    const boost::shared_ptr<const CreditDefaultSwap> contract = cds.m_object;
+    const boost::shared_ptr<const CreditCurve> credit = cds.m_credit;
+    const boost::shared_ptr<const YieldCurve> discount = cds.m_discount;
+    // The credit curve is not a discount curve: rate scenarios and DV01 pass it by, CS01 moves it.
+    metrics::CurvePricing pricing{metrics::ProductType::CDS, contract->Describe(), {discount},
+                                  [contract, credit, discount](metrics::MovedCurves& moved, double) {
+                                      return contract->PV(*credit, *moved.Of(discount));
+                                  }};
+    pricing.ownMetrics[metrics::Metric::CS01] = [contract, credit, discount] { return contract->CS01(*credit, *discount); };
+    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [contract, credit, discount] {
+        return 100.0 * contract->ParSpread(*credit, *discount);
+    };
+    return std::make_unique<CreditDefaultSwapAdapter>(std::move(pricing));
 }
 
 std::unique_ptr<BarrierOptionAdapter> RiskAdapters::Of(const MVanillaBarriers& option, const std::string& underlying,

@@ -17,6 +17,7 @@ namespace zep::python {
 class MBasisSwap;
 class MBill;
 class MBond;
+class MCreditDefaultSwap;
 class MDigitalOption;
 class MFloatingRateNote;
 class MFRA;
@@ -37,6 +38,7 @@ ZEP_CURVE_PRICED_ADAPTER(BillAdapter);
 ZEP_CURVE_PRICED_ADAPTER(FXSwapAdapter);
 ZEP_CURVE_PRICED_ADAPTER(NDFAdapter);
 ZEP_CURVE_PRICED_ADAPTER(CrossCurrencySwapAdapter);
+ZEP_CURVE_PRICED_ADAPTER(CreditDefaultSwapAdapter);
 #undef ZEP_CURVE_PRICED_ADAPTER
 struct BarrierOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
 struct DigitalOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
@@ -58,6 +60,7 @@ struct RiskAdapters {
     static std::unique_ptr<NDFAdapter> Of(const MFXNDF& ndf, const std::string& pair);
     // pair: the name of the spot that converts the foreign leg (domestic per foreign).
     static std::unique_ptr<CrossCurrencySwapAdapter> Of(const MXCurrencySwap& swap, const std::string& pair);
+    static std::unique_ptr<CreditDefaultSwapAdapter> Of(const MCreditDefaultSwap& cds);
     // pricingMethod: the option's own method codes; every metric and scenario prices by it.
     static std::unique_ptr<BarrierOptionAdapter> Of(const MVanillaBarriers& option, const std::string& underlying,
                                                     int pricingMethod);

@@ -50,6 +50,7 @@ returning a number.";
 %shared_ptr(zep::python::FXSwapAdapter)
 %shared_ptr(zep::python::NDFAdapter)
 %shared_ptr(zep::python::CrossCurrencySwapAdapter)
+%shared_ptr(zep::python::CreditDefaultSwapAdapter)
 %shared_ptr(zep::metrics::SpotVolOptionAdapter)
 %shared_ptr(zep::python::BarrierOptionAdapter)
 %shared_ptr(zep::python::DigitalOptionAdapter)
@@ -103,6 +104,11 @@ FX_DELTA (per 1% on spot), DV01; Profile(Metric_KEY_RATE_DV01).";
 MXCurrencySwap; scenarios shock the spot converting its foreign leg by the name pair. PV,
 MARKET_VALUE, NPV (domestic currency), FX_DELTA (per 1% on spot), DV01 (every curve of both legs),
 PAR_RATE (the domestic leg's par rate or spread, percent); Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::CreditDefaultSwapAdapter
+"A credit default swap for the risk layer: CreditDefaultSwapAdapter(cds) from an
+MCreditDefaultSwap. PV, MARKET_VALUE, NPV, CS01 (every par spread of the credit curve one basis
+point up), DV01 (the discount curve, the hazard rates held), PAR_RATE (the par spread, percent);
+Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::python::BarrierOptionAdapter
 "A barrier option for the risk layer: BarrierOptionAdapter(option, underlying='', pricingMethod=0)
 from an MVanillaBarriers, priced by its own method codes; scenarios shock its spot and its
@@ -236,6 +242,15 @@ public:
     }
 };
 
+class CreditDefaultSwapAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        CreditDefaultSwapAdapter(const zep::python::MCreditDefaultSwap& cds) {
+            return zep::python::RiskAdapters::Of(cds).release();
+        }
+    }
+};
+
 class BarrierOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
 public:
     %extend {
@@ -294,7 +309,7 @@ def _metric_result_repr(self):
 MetricResult.__repr__ = _metric_result_repr
 for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter, FRAAdapter,
                  FloatingRateNoteAdapter, BillAdapter, FXSwapAdapter, NDFAdapter, CrossCurrencySwapAdapter,
-                 BarrierOptionAdapter, DigitalOptionAdapter):
+                 CreditDefaultSwapAdapter, BarrierOptionAdapter, DigitalOptionAdapter):
     _adapter.__repr__ = _instrument_repr
 del _adapter
 %}

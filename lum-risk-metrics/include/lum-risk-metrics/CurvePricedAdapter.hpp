@@ -3,9 +3,11 @@
 // forwards, cross-currency swaps. The instrument itself stays with its booking; the adapter holds
 // how to price it on moved curves and a moved spot, so every such family has DV01, key-rate DV01
 // and (when it has a spot) FX_DELTA, the PV change for a 1% higher spot, by one code path.
+// PAR_RATE is in percent.
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,9 +29,9 @@ struct CurvePricing {
     // The PV on the curves handed out and the given spot (ignored without a spot exposure).
     std::function<double(MovedCurves&, double spot)> pv;
     std::optional<SpotExposure> spot;
-    // A rate quoted in percent that the instrument fixes at inception (par rate, fair far rate),
-    // reported as PAR_RATE; none when the family has no such rate.
-    std::function<double()> parRate;
+    // Metrics the instrument computes itself on its base market (a par rate, a credit spread
+    // sensitivity); they take precedence over the adapter's own.
+    std::map<Metric, std::function<double()>> ownMetrics;
 };
 
 class CurvePricedAdapter : public CurveInstrumentAdapter {

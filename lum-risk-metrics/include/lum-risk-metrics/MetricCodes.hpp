@@ -12,10 +12,10 @@ enum class ProductType { CASH_RATES = 0, FRN = 1, SHORT_TERM_PAPER = 2, IRS = 3,
                          WM_PRODUCT = 55, NON_STANDARD = 56 };
 // Sensitivities are per market move: DELTA, GAMMA, VEGA and FX_DELTA per 1% (of spot, or one
 // volatility point), DV01, KEY_RATE_DV01 (one figure per curve pillar) and RHO per basis point,
-// THETA per calendar day.
+// THETA per calendar day, CS01 per basis point of credit spread.
 enum class Metric { PV = 0, MARKET_VALUE = 1, NPV = 2, DELTA = 3, GAMMA = 4, VEGA = 5, THETA = 6,
                     RHO = 7, DV01 = 8, FX_DELTA = 9, PAR_RATE = 10, MODIFIED_DURATION = 11,
-                    KEY_RATE_DV01 = 12 };
+                    KEY_RATE_DV01 = 12, CS01 = 13 };
 enum class UnitCode { CCY, CCY_PER_BP, CCY_PER_BP2, CCY_PER_PCT, CCY_PER_DAY, YEAR, YEAR_PER_BP,
                       PCT, BP, PROB, COUNT };
 enum class MetricAggregationType { SUM, WEIGHTED_AVERAGE, MARKET_VALUE_WEIGHTED, NO_AGGREGATION,
