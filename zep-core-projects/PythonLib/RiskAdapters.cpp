@@ -18,6 +18,7 @@
 #include "MVanillaOption.hpp"
 #include "MVanillaSwap.hpp"
 #include "MXCurrencySwap.hpp"
+#include "MXScriptStructure.hpp"
 
 namespace zep::python {
 namespace {
@@ -181,6 +182,12 @@ std::unique_ptr<CreditDefaultSwapAdapter> RiskAdapters::Of(const MCreditDefaultS
         return 100.0 * contract->ParSpread(*credit, *discount);
     };
     return std::make_unique<CreditDefaultSwapAdapter>(std::move(pricing));
+}
+
+std::unique_ptr<metrics::ScriptedProductAdapter> RiskAdapters::Of(const MXScriptStructure& product,
+                                                                   const std::string& underlying) {
+    product.Object("zep::python::ScriptedProductAdapter::ScriptedProductAdapter");
+    return std::make_unique<metrics::ScriptedProductAdapter>(product.m_object, underlying);
 }
 
 std::unique_ptr<BarrierOptionAdapter> RiskAdapters::Of(const MVanillaBarriers& option, const std::string& underlying,

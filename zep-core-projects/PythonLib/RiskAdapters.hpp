@@ -8,6 +8,7 @@
 #include "lum-risk-metrics/BondAdapter.hpp"
 #include "lum-risk-metrics/CurvePricedAdapter.hpp"
 #include "lum-risk-metrics/FXForwardAdapter.hpp"
+#include "lum-risk-metrics/ScriptedProductAdapter.hpp"
 #include "lum-risk-metrics/SpotVolOptionAdapter.hpp"
 #include "lum-risk-metrics/SwapAdapter.hpp"
 #include "lum-risk-metrics/VanillaOptionAdapter.hpp"
@@ -28,6 +29,7 @@ class MVanillaBarriers;
 class MVanillaOption;
 class MVanillaSwap;
 class MXCurrencySwap;
+class MXScriptStructure;
 
 // The rate and FX families priced on curves share one adapter; each gets its own name in Python.
 #define ZEP_CURVE_PRICED_ADAPTER(Name) \
@@ -61,6 +63,8 @@ struct RiskAdapters {
     // pair: the name of the spot that converts the foreign leg (domestic per foreign).
     static std::unique_ptr<CrossCurrencySwapAdapter> Of(const MXCurrencySwap& swap, const std::string& pair);
     static std::unique_ptr<CreditDefaultSwapAdapter> Of(const MCreditDefaultSwap& cds);
+    static std::unique_ptr<metrics::ScriptedProductAdapter> Of(const MXScriptStructure& product,
+                                                               const std::string& underlying);
     // pricingMethod: the option's own method codes; every metric and scenario prices by it.
     static std::unique_ptr<BarrierOptionAdapter> Of(const MVanillaBarriers& option, const std::string& underlying,
                                                     int pricingMethod);

@@ -52,6 +52,7 @@ returning a number.";
 %shared_ptr(zep::python::CrossCurrencySwapAdapter)
 %shared_ptr(zep::python::CreditDefaultSwapAdapter)
 %shared_ptr(zep::metrics::SpotVolOptionAdapter)
+%shared_ptr(zep::metrics::ScriptedProductAdapter)
 %shared_ptr(zep::python::BarrierOptionAdapter)
 %shared_ptr(zep::python::DigitalOptionAdapter)
 
@@ -109,6 +110,12 @@ PAR_RATE (the domestic leg's par rate or spread, percent); Profile(Metric_KEY_RA
 MCreditDefaultSwap. PV, MARKET_VALUE, NPV, CS01 (every par spread of the credit curve one basis
 point up), DV01 (the discount curve, the hazard rates held), PAR_RATE (the par spread, percent);
 Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::ScriptedProductAdapter
+"A scripted product for the risk layer: ScriptedProductAdapter(product, underlying='') from an
+MXScriptStructure; scenarios shock its spot and volatility by the name underlying and revalue it
+on the same paths. PV, MARKET_VALUE, NPV (notional times the price), DELTA and GAMMA (per 1% on
+spot, DELTA the PV change: the opposite sign of the product's own Delta), VEGA (per volatility
+point), THETA (per day), RHO (per basis point), from the script engine's Greeks.";
 %feature("docstring") zep::python::BarrierOptionAdapter
 "A barrier option for the risk layer: BarrierOptionAdapter(option, underlying='', pricingMethod=0)
 from an MVanillaBarriers, priced by its own method codes; scenarios shock its spot and its
@@ -275,6 +282,15 @@ public:
 
 namespace metrics {
 
+class ScriptedProductAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        ScriptedProductAdapter(const zep::python::MXScriptStructure& product, const std::string& underlying = "") {
+            return zep::python::RiskAdapters::Of(product, underlying).release();
+        }
+    }
+};
+
 class Portfolio {
 public:
     Portfolio();
@@ -309,7 +325,7 @@ def _metric_result_repr(self):
 MetricResult.__repr__ = _metric_result_repr
 for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter, FRAAdapter,
                  FloatingRateNoteAdapter, BillAdapter, FXSwapAdapter, NDFAdapter, CrossCurrencySwapAdapter,
-                 CreditDefaultSwapAdapter, BarrierOptionAdapter, DigitalOptionAdapter):
+                 CreditDefaultSwapAdapter, BarrierOptionAdapter, DigitalOptionAdapter, ScriptedProductAdapter):
     _adapter.__repr__ = _instrument_repr
 del _adapter
 %}
