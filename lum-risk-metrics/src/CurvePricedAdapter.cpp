@@ -37,6 +37,15 @@ std::vector<std::string> CurvePricedAdapter::MarketNames() const {
     return names;
 }
 
+MarketExposure CurvePricedAdapter::Exposure() const {
+    MarketExposure exposure = CurveInstrumentAdapter::Exposure();
+    if (m_pricing.spot) {
+        exposure.underlying = m_pricing.spot->pair;
+        exposure.spot = m_pricing.spot->spot;
+    }
+    return exposure;
+}
+
 MetricResult CurvePricedAdapter::Evaluate(Metric metric) const {
     if (const auto own = m_pricing.ownMetrics.find(metric); own != m_pricing.ownMetrics.end())
         return MetricResult::Computed(metric, own->second());

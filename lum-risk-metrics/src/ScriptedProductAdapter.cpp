@@ -33,6 +33,8 @@ double ScriptedProductAdapter::PVUnder(scenario::ShockedMarket& market) const {
     return pv;
 }
 
+MarketExposure ScriptedProductAdapter::Exposure() const { return {m_underlying, m_product->Inputs().spot, m_product->Inputs().volatility, {}}; }
+
 std::vector<std::string> ScriptedProductAdapter::MarketNames() const {
     if (m_underlying.empty()) return {};
     return {m_underlying};

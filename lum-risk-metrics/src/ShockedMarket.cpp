@@ -54,6 +54,13 @@ double ShockedMarket::Volatility(const std::string& underlying, double volatilit
     return shocked;
 }
 
+double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {
+    const auto found = m_curveMoves.find(curve.Label());
+    if (curve.Label().empty() || found == m_curveMoves.end()) return 0.0;
+    const auto pillarMove = found->second.pillars.find(pillar);
+    return found->second.level + (pillarMove == found->second.pillars.end() ? 0.0 : pillarMove->second);
+}
+
 std::optional<YieldCurve> ShockedMarket::Moved(const YieldCurve& curve) const {
     const auto found = m_curveMoves.find(curve.Label());
     if (curve.Label().empty() || found == m_curveMoves.end()) return std::nullopt;

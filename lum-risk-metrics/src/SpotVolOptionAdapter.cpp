@@ -29,6 +29,8 @@ double SpotVolOptionAdapter::PVUnder(scenario::ShockedMarket& market) const {
     return PV(spot, volatility - m_pricing.volatility);
 }
 
+MarketExposure SpotVolOptionAdapter::Exposure() const { return {m_pricing.underlying, m_pricing.spot, m_pricing.volatility, {}}; }
+
 std::vector<std::string> SpotVolOptionAdapter::MarketNames() const {
     if (m_pricing.underlying.empty()) return {};
     return {m_pricing.underlying};

@@ -4,6 +4,7 @@
 // levels.
 %{
 #include "lum-risk-metrics/HistoricalVaR.hpp"
+#include "lum-risk-metrics/PnLExplain.hpp"
 #include "lum-risk-metrics/ScenarioRevaluation.hpp"
 #include "lum-risk-metrics/ShockedMarket.hpp"
 
@@ -104,7 +105,76 @@ zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& 
 }
 }
 
+// The explain reaches Python as a dict of columns (the proxy below makes them arrays or a frame).
+%typemap(out) std::vector<zep::scenario::PnLExplain> {
+    const std::vector<zep::scenario::PnLExplain>& rows = $1;
+    const auto column = [&](auto field) {
+        PyObject* list = PyList_New(static_cast<Py_ssize_t>(rows.size()));
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), field(rows[i]));
+        return list;
+    };
+    const auto put = [&](const char* key, PyObject* value) {
+        PyDict_SetItemString($result, key, value);
+        Py_DECREF(value);
+    };
+    using Row = zep::scenario::PnLExplain;
+    $result = PyDict_New();
+    put("scenario", column([](const Row& row) { return PyUnicode_FromString(row.scenario.c_str()); }));
+    put("full", column([](const Row& row) { return PyFloat_FromDouble(row.full); }));
+    put("delta", column([](const Row& row) { return PyFloat_FromDouble(row.delta); }));
+    put("gamma", column([](const Row& row) { return PyFloat_FromDouble(row.gamma); }));
+    put("vega", column([](const Row& row) { return PyFloat_FromDouble(row.vega); }));
+    put("rates", column([](const Row& row) { return PyFloat_FromDouble(row.rates); }));
+    put("unexplained", column([](const Row& row) { return PyFloat_FromDouble(row.unexplained); }));
+}
+// Scenarios come as any Python sequence of Scenario objects, copied (they are shock lists).
+%typemap(in) const std::vector<zep::scenario::Scenario>& (std::vector<zep::scenario::Scenario> scenarios) {
+    PyObject* sequence = PySequence_Fast($input, "The scenarios must be a sequence of Scenario.");
+    if (!sequence) SWIG_fail;
+    const Py_ssize_t count = PySequence_Fast_GET_SIZE(sequence);
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        void* pointer = nullptr;
+        if (!SWIG_IsOK(SWIG_ConvertPtr(PySequence_Fast_GET_ITEM(sequence, i), &pointer,
+                                       $descriptor(zep::scenario::Scenario*), 0)) || !pointer) {
+            Py_DECREF(sequence);
+            SWIG_exception_fail(SWIG_TypeError, "The scenarios must be a sequence of Scenario.");
+        }
+        scenarios.push_back(*static_cast<zep::scenario::Scenario*>(pointer));
+    }
+    Py_DECREF(sequence);
+    $1 = &scenarios;
+}
+%rename(_ExplainPnL) zep::scenario::ExplainPnL;
+namespace zep {
+namespace scenario {
+std::vector<zep::scenario::PnLExplain> ExplainPnL(const zep::metrics::Portfolio& portfolio,
+                                                  const std::vector<zep::scenario::Scenario>& scenarios);
+}
+}
+
 %pythoncode %{
+def ExplainPnL(portfolio: "Portfolio", scenarios: "Sequence[Scenario]") -> "Any":
+    """P&L explain of the portfolio under each scenario: full revaluation against the P&L its
+    sensitivities predict from the scenario's moves, with x the spot move in percent, v the
+    volatility move in points and r_i each curve pillar's zero-rate move in basis points:
+    delta = DELTA x (FX_DELTA for FX trades), gamma = GAMMA x^2 / 2, vega = VEGA v,
+    rates = sum of KEY_RATE_DV01_i r_i, unexplained = full - delta - gamma - vega - rates.
+
+    Returns a pandas DataFrame indexed by scenario with the columns full, delta, gamma, vega,
+    rates and unexplained when pandas is installed, else a dict of NumPy arrays (and
+    "scenario", the names)."""
+    import numpy
+    columns = _ExplainPnL(portfolio, list(scenarios))
+    names = columns.pop("scenario")
+    arrays = {name: numpy.asarray(values) for name, values in columns.items()}
+    try:
+        import pandas
+    except ImportError:
+        return {"scenario": numpy.asarray(names), **arrays}
+    return pandas.DataFrame(arrays, index=pandas.Index(names, name="scenario"))
+
+
 def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "numpy.typing.ArrayLike",
                   confidences: "Sequence[float]" = (0.95, 0.99), tag: str = "") -> "dict[str, Any]":
     """Historical VaR of the portfolio: history holds one row per day (oldest first) and one

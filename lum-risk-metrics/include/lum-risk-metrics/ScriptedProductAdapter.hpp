@@ -26,6 +26,7 @@ public:
     // (Heston, Dupire on a surface) takes absolute shocks only.
     double PVUnder(scenario::ShockedMarket& market) const override;
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;

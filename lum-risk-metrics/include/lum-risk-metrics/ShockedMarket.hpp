@@ -26,6 +26,9 @@ public:
     double Spot(const std::string& underlying, double spot) const;
     double Volatility(const std::string& underlying, double volatility) const;
     metrics::MovedCurves& Curves() { return m_curves; }
+    // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
+    // in rate units; 0 for a curve no shock names.
+    double RateMove(const YieldCurve& curve, std::size_t pillar) const;
 
 private:
     // A level x becomes x * factor + shift.

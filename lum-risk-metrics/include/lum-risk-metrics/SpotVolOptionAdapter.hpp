@@ -31,6 +31,7 @@ public:
     std::string Describe() const override { return m_pricing.description; }
     double PVUnder(scenario::ShockedMarket& market) const override;
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
     // Relative spot step of DELTA and GAMMA, and the volatility step of VEGA.
     static constexpr double kSpotStep = 1e-4;
