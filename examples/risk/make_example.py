@@ -1,0 +1,127 @@
+"""Writes the example risk run beside this file: market.yaml (EUR, USD and GBP curves, EURUSD and
+GBPUSD spots and volatilities on 2024-01-15), trades.csv (1 000 trades: bonds, swaps, FX forwards,
+vanilla and barrier options over four desks), portfolio.yaml (the trade list) and history.csv (two
+years of synthetic daily levels: curve levels moving by a few basis points a day, spots by about
+half a percent, volatilities mean-reverting around their level). Seeded: the same files each run.
+
+    python examples/risk/make_example.py
+    python -m zep.risk examples/risk/portfolio.yaml examples/risk/market.yaml examples/risk/history.csv
+"""
+import csv
+import datetime
+import os
+
+import numpy
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+REFERENCE = datetime.date(2024, 1, 15)
+TENORS = ["1M", "6M", "1Y", "2Y", "3Y", "5Y", "7Y", "10Y", "15Y", "20Y", "30Y"]
+CURVES = {"EUR": [0.038, 0.037, 0.034, 0.029, 0.027, 0.025, 0.025, 0.026, 0.027, 0.027, 0.026],
+          "USD": [0.053, 0.052, 0.048, 0.043, 0.041, 0.039, 0.039, 0.040, 0.041, 0.042, 0.041],
+          "GBP": [0.052, 0.051, 0.047, 0.041, 0.039, 0.037, 0.037, 0.038, 0.039, 0.040, 0.040]}
+SPOTS = {"EURUSD": 1.0950, "GBPUSD": 1.2720}
+VOLS = {"EURUSD": 0.072, "GBPUSD": 0.078}
+DAYS = 520  # two years of business days
+COLUMNS = ["id", "type", "quantity", "desk", "book", "currency", "counterparty", "side", "notional", "coupon", "rate",
+           "start", "end", "curve", "pair", "call_put", "strike", "expiry", "barrier_type", "barrier"]
+
+
+def write_market():
+    lines = [f"reference_date: '{REFERENCE.isoformat()}'", "curves:"]
+    for label, rates in CURVES.items():
+        lines.append(f"  {label}: {{tenors: [{', '.join(TENORS)}], zero_rates: [{', '.join(map(str, rates))}]}}")
+    lines.append("spots: {" + ", ".join(f"{p}: {s}" for p, s in SPOTS.items()) + "}")
+    lines.append("volatilities: {" + ", ".join(f"{p}: {v}" for p, v in VOLS.items()) + "}")
+    with open(os.path.join(HERE, "market.yaml"), "w") as market:
+        market.write("\n".join(lines) + "\n")
+
+
+def later(years):
+    return (REFERENCE + datetime.timedelta(days=round(365.25 * years))).isoformat()
+
+
+def trades(rng):
+    counterparties = ["ALPHA", "BRAVO", "CHARLIE", "DELTA", "ECHO"]
+    rows = []
+    for i in range(1000):
+        row = {"id": f"T{i:04d}", "quantity": 1, "counterparty": counterparties[i % 5], "side": rng.choice([1, -1])}
+        kind = i % 10
+        if kind < 3:  # bonds
+            ccy = ["EUR", "USD", "GBP"][i % 3]
+            years = int(rng.integers(2, 30))
+            row.update(type="Bond", desk="rates", book=f"{ccy}-govt", currency=ccy, curve=ccy, side="",
+                       notional=int(rng.integers(1, 20)) * 1_000_000, coupon=round(float(rng.uniform(0.01, 0.05)), 4),
+                       start=later(-1 + rng.uniform(0, 0.9)), end=later(years))
+        elif kind < 5:  # swaps
+            ccy = ["EUR", "USD", "GBP"][i % 3]
+            row.update(type="VanillaSwap", desk="rates", book=f"{ccy}-swaps", currency=ccy, curve=ccy,
+                       notional=int(rng.integers(5, 100)) * 1_000_000, rate=round(CURVES[ccy][6] + rng.normal(0, 0.004), 4),
+                       start=later(0.01), end=later(int(rng.integers(2, 20))))
+        else:
+            pair = "EURUSD" if i % 3 else "GBPUSD"
+            spot = SPOTS[pair]
+            expiry = later(float(rng.uniform(0.1, 1.5)))
+            delivery = (datetime.date.fromisoformat(expiry) + datetime.timedelta(days=2)).isoformat()
+            notional = int(rng.integers(1, 50)) * 1_000_000
+            if kind < 7:
+                row.update(type="FXForward", desk="fx-cash", book=pair, currency="USD", pair=pair, notional=notional,
+                           rate=round(spot * (1 + rng.normal(0, 0.02)), 4), end=delivery)
+            elif kind < 9:
+                row.update(type="VanillaOption", desk="fx-options", book=pair, currency="USD", pair=pair,
+                           notional=notional, call_put=int(rng.integers(0, 2)),
+                           strike=round(spot * (1 + rng.normal(0, 0.04)), 4), expiry=expiry, end=delivery)
+            else:
+                down = rng.uniform() < 0.5
+                row.update(type="BarrierOption", desk="fx-exotics", book=pair, currency="USD", pair=pair,
+                           notional=notional, call_put=0 if down else 1,
+                           strike=round(spot * (1 + rng.normal(0, 0.02)), 4), expiry=expiry, end=delivery,
+                           barrier_type=3 if down else 4,  # down-and-out call, up-and-out put
+                           barrier=round(spot * (0.92 if down else 1.08), 4))
+        rows.append(row)
+    with open(os.path.join(HERE, "trades.csv"), "w", newline="") as file:
+        writer = csv.DictWriter(file, COLUMNS)
+        writer.writeheader()
+        writer.writerows(rows)
+    with open(os.path.join(HERE, "portfolio.yaml"), "w") as portfolio:
+        portfolio.write("# The example book: its trades are the CSV list beside this file.\ncsv: trades.csv\n")
+
+
+def history(rng):
+    """Levels on each business day up to the reference date, oldest first."""
+    days = []
+    day = REFERENCE
+    while len(days) < DAYS:
+        if day.weekday() < 5:
+            days.append(day)
+        day -= datetime.timedelta(days=1)
+    days.reverse()
+    # Correlated daily moves: rates share a global factor, the two pairs a dollar factor.
+    rates = {ccy: numpy.cumsum(0.00035 * rng.standard_normal(DAYS) + 0.0004 * g)
+             for ccy, g in zip(CURVES, [rng.standard_normal(DAYS)] * 3)}
+    dollar = rng.standard_normal(DAYS)
+    spots = {p: s * numpy.exp(numpy.cumsum(0.0045 * (0.7 * dollar + 0.7 * rng.standard_normal(DAYS))))
+             for p, s in SPOTS.items()}
+    vols = {}
+    for pair, level in VOLS.items():
+        v = numpy.empty(DAYS)
+        v[0] = level
+        for t in range(1, DAYS):  # mean-reverting, never below two points
+            v[t] = max(0.02, v[t - 1] + 0.03 * (level - v[t - 1]) + 0.0025 * rng.standard_normal())
+        vols[pair] = v
+    # The last row is today's market: levels end where market.yaml starts.
+    with open(os.path.join(HERE, "history.csv"), "w", newline="") as file:
+        writer = csv.writer(file)
+        writer.writerow(["date"] + [f"curve:{c}" for c in CURVES] + [f"spot:{p}" for p in SPOTS]
+                        + [f"vol:{p}" for p in VOLS])
+        for t, day in enumerate(days):
+            writer.writerow([day.isoformat()]
+                            + [f"{CURVES[c][6] + rates[c][t] - rates[c][-1]:.6f}" for c in CURVES]
+                            + [f"{SPOTS[p] * spots[p][t] / spots[p][-1]:.6f}" for p in SPOTS]
+                            + [f"{VOLS[p] + vols[p][t] - vols[p][-1]:.6f}" for p in VOLS])
+
+
+if __name__ == "__main__":
+    generator = numpy.random.default_rng(20240115)
+    write_market()
+    trades(generator)
+    history(generator)
