@@ -86,3 +86,7 @@ def test_the_example_run_values_every_trade_and_splits_its_var_by_desk(tmp_path)
     for i, var in enumerate(figures["var"]):
         assert sum(shares[i] for shares in figures["components"].values()) == pytest.approx(var, rel=1e-9)
     assert figures["var"][1] >= figures["var"][0] > 0
+    for var, terms in zip(figures["var"], figures["explain"]):
+        assert terms["full"] == pytest.approx(-var, rel=1e-12)  # the VaR day's P&L is minus the VaR
+        assert sum(terms[name] for name in ("delta", "gamma", "vega", "rates", "unexplained")) == \
+            pytest.approx(terms["full"], rel=1e-12)

@@ -101,6 +101,8 @@ CPP_TO_PYTHON = {
     "std::vector<scenario::Shock>": ("Sequence[Shock]", "ShockVector"),
     "ShockVector": ("Sequence[Shock]", "ShockVector"),
     "scenario::HistoricalVaRReport": ("Never", "dict[str, Any]"),
+    "std::vector<scenario::Scenario>": ("Sequence[Scenario]", "list[Scenario]"),
+    "std::vector<scenario::PnLExplain>": ("Never", "dict[str, list[Any]]"),
     "std::map<std::string,std::string>": ("dict[str, str]", "StringMap"),
     "StringMap": ("dict[str, str]", "StringMap"),
     "SWIGPY_SLICEOBJECT*": ("slice", "slice"),

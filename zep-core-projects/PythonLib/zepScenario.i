@@ -9,6 +9,10 @@
 #include "lum-risk-metrics/ShockedMarket.hpp"
 
 namespace zep::python {
+inline std::vector<scenario::Scenario> HistoricalScenarios(const std::vector<scenario::Shock>& factors,
+                                                           const std::vector<std::vector<double>>& levels) {
+    return scenario::HistoricalScenarios({factors, levels});
+}
 // The history as the proxy hands it over: the factors and one row of levels per day.
 inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio,
                                                    const std::vector<scenario::Shock>& factors,
@@ -95,9 +99,24 @@ namespace scenario {
     put($result, "components", components);
 }
 
+// Scenario lists reach Python as lists of owned Scenario objects.
+%typemap(out) std::vector<zep::scenario::Scenario> {
+    const std::vector<zep::scenario::Scenario>& scenarios = $1;
+    $result = PyList_New(static_cast<Py_ssize_t>(scenarios.size()));
+    for (std::size_t i = 0; i < scenarios.size(); ++i)
+        PyList_SET_ITEM($result, static_cast<Py_ssize_t>(i),
+                        SWIG_NewPointerObj(new zep::scenario::Scenario(scenarios[i]),
+                                           $descriptor(zep::scenario::Scenario*), SWIG_POINTER_OWN));
+}
 %rename(_HistoricalVaR) zep::python::HistoricalVaR;
+%feature("docstring") zep::python::HistoricalScenarios
+"HistoricalScenarios(factors, history): the scenarios HistoricalVaR revalues, one per day after the
+first ('day <t>'), each shocking every factor by its move from the day before (history as for
+HistoricalVaR: a list of rows, one level per factor).";
 namespace zep {
 namespace python {
+std::vector<zep::scenario::Scenario> HistoricalScenarios(const std::vector<zep::scenario::Shock>& factors,
+                                                         const std::vector<std::vector<double>>& levels);
 zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& portfolio,
                                                  const std::vector<zep::scenario::Shock>& factors,
                                                  const std::vector<std::vector<double>>& levels,

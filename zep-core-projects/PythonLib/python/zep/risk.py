@@ -38,6 +38,7 @@ import sys
 from . import zeplib
 
 TAGS = ("desk", "book", "currency", "counterparty")
+EXPLAIN_TERMS = ("full", "delta", "gamma", "vega", "rates", "unexplained")
 SPOT_LAG_DAYS = 2
 
 
@@ -75,7 +76,10 @@ def _read_mapping(path):
     try:
         return json.loads(text)
     except ValueError:
-        import yaml
+        try:
+            import yaml
+        except ImportError:
+            raise ValueError(f"{path}: the text is not JSON, and YAML needs PyYAML") from None
         return yaml.safe_load(text)
 
 
@@ -281,6 +285,11 @@ def run(portfolio_path, market_path, history_path, confidences=(0.95, 0.99), tag
         # The library counts days from 0; the file's reader knows them by date.
         message = re.sub(r"on day (\d+)", lambda day: f"on day {day[1]} ({dates[int(day[1])]})", str(error))
         raise ValueError(f"{history_path}: {message}") from None
+    # What drove the tail: the P&L of each VaR day explained by the book's sensitivities.
+    scenarios = zeplib.HistoricalScenarios(factors, levels)
+    tail_days = sorted(set(report["var_scenario"]))
+    explain = zeplib._ExplainPnL(loaded.portfolio, [scenarios[day] for day in tail_days])
+    explained = {day: {term: explain[term][i] for term in EXPLAIN_TERMS} for i, day in enumerate(tail_days)}
     base = loaded.portfolio.Aggregate(zeplib.Metric_PV)
     figures = {
         "trades": loaded.portfolio.Size(), "failures": loaded.failures, "tag": tag,
@@ -289,6 +298,7 @@ def run(portfolio_path, market_path, history_path, confidences=(0.95, 0.99), tag
         "pnl": report["pnl"], "scenario_dates": [dates[int(name.split()[1])] for name in report["scenario"]],
         "confidence": report["confidence"], "var": report["var"], "es": report["es"],
         "var_scenario": report["var_scenario"], "components": report["components"],
+        "explain": [explained[day] for day in report["var_scenario"]],
     }
     if report_dir is not None:
         figures["report"] = risk_report.write(figures, report_dir)

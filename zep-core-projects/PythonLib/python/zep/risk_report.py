@@ -33,6 +33,8 @@ def text(figures):
         lines.append(f"  top contributors to the {figures['confidence'][last]:.1%} VaR by {figures['tag'] or 'trade'}:")
         for group, share in _top_contributors(figures, last)[:5]:
             lines.append(f"    {group:<24} {_money(share):>14}")
+    for c, terms in zip(figures["confidence"], figures["explain"]):
+        lines.append(f"  {c:.1%} VaR day explained: " + ", ".join(f"{name} {_money(terms[name])}" for name in terms))
     lines.append(f"  trades that failed to build: {len(figures['failures'])}")
     for trade_id, message in figures["failures"]:
         lines.append(f"    {trade_id}: {message}")
@@ -93,6 +95,12 @@ def write(figures, directory):
              "each revalued in full.", "",
              "| confidence | VaR | expected shortfall | VaR scenario |", "|---|---|---|---|"]
     lines += [f"| {c:.1%} | {_money(var)} | {_money(es)} | {date} |" for c, var, es, date in _var_rows(figures)]
+    lines += ["", "## What the VaR days were made of", "",
+              "Each VaR day's P&L (full revaluation) against the book's sensitivities times the day's moves; "
+              "the remainder is what they leave unexplained.", "",
+              "| confidence | full | delta | gamma | vega | rates | unexplained |", "|---|---|---|---|---|---|---|"]
+    lines += [f"| {c:.1%} | " + " | ".join(_money(terms[name]) for name in terms) + " |"
+              for c, terms in zip(figures["confidence"], figures["explain"])]
     lines += ["", "## P&L distribution", "",
               "Scenario P&Ls of the portfolio; the dashed lines mark minus each VaR, the red bars the tail.", "",
               _histogram_svg(figures["pnl"], sorted(figures["var"])), ""]
