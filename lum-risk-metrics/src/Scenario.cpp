@@ -43,10 +43,11 @@ void RequireSupported(bool supported, FactorFamily family, int code, const char*
 
 Shock Shock::Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar) {
     RequireShock(curve, basisPoints, "curve");
-    RequireSupported(factor == YieldCurveFactor::LEVEL || factor == YieldCurveFactor::KEY_RATE,
-                     FactorFamily::YIELD_CURVE, static_cast<int>(factor), "LEVEL and KEY_RATE are");
-    return {std::move(curve), FactorFamily::YIELD_CURVE, static_cast<int>(factor), basisPoints, ShockType::ABSOLUTE,
-            factor == YieldCurveFactor::KEY_RATE ? pillar : 0};
+    const int code = static_cast<int>(factor);
+    RequireSupported(code >= 0 && static_cast<std::size_t>(code) < std::size(kCurveFactors), FactorFamily::YIELD_CURVE,
+                     code, "LEVEL, SLOPE, CURVATURE, KEY_RATE and TWIST_SHORT_LONG are");
+    const bool pillarShock = factor != YieldCurveFactor::LEVEL && factor != YieldCurveFactor::SLOPE;
+    return {std::move(curve), FactorFamily::YIELD_CURVE, code, basisPoints, ShockType::ABSOLUTE, pillarShock ? pillar : 0};
 }
 
 Shock Shock::Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type) {
@@ -65,8 +66,9 @@ Shock Shock::Vol(std::string underlying, VolSurfaceFactor factor, double size, S
 
 std::string Shock::Describe() const {
     std::string text = target + " " + FactorName(family, factor);
-    if (family == FactorFamily::YIELD_CURVE && factor == static_cast<int>(YieldCurveFactor::KEY_RATE))
-        text += " pillar " + std::to_string(pillar);
+    const bool pillarShock = factor != static_cast<int>(YieldCurveFactor::LEVEL) &&
+                             factor != static_cast<int>(YieldCurveFactor::SLOPE);
+    if (family == FactorFamily::YIELD_CURVE && pillarShock) text += " pillar " + std::to_string(pillar);
     return text;
 }
 

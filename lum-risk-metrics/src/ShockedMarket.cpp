@@ -24,8 +24,10 @@ ShockedMarket::ShockedMarket(const Scenario& scenario)
                 const double rateMove = shock.size * metrics::kBasisPoint;
                 if (shock.factor == static_cast<int>(YieldCurveFactor::KEY_RATE))
                     move.pillars[shock.pillar] += rateMove;
-                else
+                else if (shock.factor == static_cast<int>(YieldCurveFactor::LEVEL))
                     move.level += rateMove;
+                else
+                    move.shapes.push_back(shock);
                 break;
             }
             case FactorFamily::FX: m_spots[shock.target].Add(shock, scenario.Mode()); break;
@@ -57,22 +59,57 @@ double ShockedMarket::Volatility(const std::string& underlying, double volatilit
 double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {
     const auto found = m_curveMoves.find(curve.Label());
     if (curve.Label().empty() || found == m_curveMoves.end()) return 0.0;
-    const auto pillarMove = found->second.pillars.find(pillar);
-    return found->second.level + (pillarMove == found->second.pillars.end() ? 0.0 : pillarMove->second);
+    const std::vector<double> pillarMoves = PillarMoves(curve, found->second);
+    return found->second.level + (pillar < pillarMoves.size() ? pillarMoves[pillar] : 0.0);
+}
+
+std::vector<double> ShockedMarket::PillarMoves(const YieldCurve& curve, const CurveMove& move) const {
+    const std::vector<Date>& dates = curve.Dates();
+    const std::size_t count = dates.size();
+    const auto requirePillar = [&](std::size_t pillar, const char* role) {
+        if (pillar >= count)
+            throw std::out_of_range("The curve '" + curve.Label() + "' has no pillar " + std::to_string(pillar) + ".");
+        if (*role && (pillar == 0 || pillar + 1 >= count))
+            throw std::invalid_argument("The curve '" + curve.Label() + "' has no pillar " + std::to_string(pillar) +
+                                        " inside its first and last to " + role + ".");
+    };
+    std::vector<double> moves(count, 0.0);
+    for (const auto& [pillar, rateMove] : move.pillars) {
+        requirePillar(pillar, "");
+        moves[pillar] = rateMove;
+    }
+    if (move.shapes.empty()) return moves;
+    // Shapes are linear in time between the pillars they pin; days from the first pillar serve as time.
+    const auto time = [&](std::size_t pillar) { return static_cast<double>(dates[pillar].SerialNumber() - dates.front().SerialNumber()); };
+    const double last = time(count - 1);
+    for (const Shock& shape : move.shapes) {
+        const double size = shape.size * metrics::kBasisPoint;
+        if (count < 2) throw std::invalid_argument("The curve '" + curve.Label() + "' has one pillar: it has no shape.");
+        for (std::size_t i = 0; i < count; ++i) {
+            const double t = time(i);
+            switch (static_cast<YieldCurveFactor>(shape.factor)) {
+                case YieldCurveFactor::SLOPE: moves[i] += size * t / last; break;
+                case YieldCurveFactor::TWIST_SHORT_LONG:
+                    requirePillar(shape.pillar, "pivot on");
+                    moves[i] += size * (t - time(shape.pillar)) / (last - time(shape.pillar));
+                    break;
+                default: {  // CURVATURE
+                    requirePillar(shape.pillar, "lift as its belly");
+                    const double belly = time(shape.pillar);
+                    moves[i] += size * (t <= belly ? t / belly : (last - t) / (last - belly));
+                }
+            }
+        }
+    }
+    return moves;
 }
 
 std::optional<YieldCurve> ShockedMarket::Moved(const YieldCurve& curve) const {
     const auto found = m_curveMoves.find(curve.Label());
     if (curve.Label().empty() || found == m_curveMoves.end()) return std::nullopt;
     const CurveMove& move = found->second;
-    if (move.pillars.empty()) return metrics::ParallelShifted(curve, move.level);
-    std::vector<double> pillarMoves(curve.Dates().size(), 0.0);
-    for (const auto& [pillar, rateMove] : move.pillars) {
-        if (pillar >= pillarMoves.size())
-            throw std::out_of_range("The curve '" + curve.Label() + "' has no pillar " + std::to_string(pillar) + ".");
-        pillarMoves[pillar] = rateMove;
-    }
-    return metrics::ParallelShifted(metrics::PillarsShifted(curve, pillarMoves), move.level);
+    if (move.pillars.empty() && move.shapes.empty()) return metrics::ParallelShifted(curve, move.level);
+    return metrics::ParallelShifted(metrics::PillarsShifted(curve, PillarMoves(curve, move)), move.level);
 }
 
 }  // namespace zep::scenario

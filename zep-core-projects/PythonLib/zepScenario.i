@@ -24,8 +24,11 @@ inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& por
 %}
 
 %feature("docstring") zep::scenario::Shock
-"One market move: Shock.Curve(curve, YieldCurveFactor_LEVEL or _KEY_RATE, basisPoints, pillar=0)
-on the curve of that label; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
+"One market move: Shock.Curve(curve, YieldCurveFactor_*, basisPoints, pillar=0) on the curve of
+that label, moving its pillars' zero rates: LEVEL all alike, KEY_RATE the pillar's, SLOPE from 0 at
+the first pillar to basisPoints at the last (linear in time), TWIST_SHORT_LONG about the pivot
+pillar (0 there, basisPoints at the last, the short end the other way), CURVATURE the belly pillar
+by basisPoints down to 0 at both ends; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
 Shock.Vol(underlying, VolSurfaceFactor_ATM_VOL_LEVEL, size, type) on the spot and volatility an
 adapter names by underlying, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
 point) or ShockType_RELATIVE (0.01 = 1%). Read-only fields: target, family (FactorFamily_*),

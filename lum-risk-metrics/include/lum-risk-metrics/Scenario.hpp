@@ -35,7 +35,12 @@ struct Shock {
     ShockType type = ShockType::ABSOLUTE;
     std::size_t pillar = 0;  // the curve pillar a KEY_RATE shock moves
 
-    // LEVEL moves every zero rate, KEY_RATE one pillar's (fading to the neighbours).
+    // Moves of the pillars' zero rates, t a pillar's time from the first pillar, T the last's:
+    // LEVEL moves every rate by the size; KEY_RATE the rate of `pillar` (fading to the
+    // neighbours); SLOPE steepens, from 0 at the first pillar to the size at the last, linear in
+    // t; TWIST_SHORT_LONG turns the curve about `pillar`, size (t - t_p) / (T - t_p), so the short
+    // end falls as the long end rises; CURVATURE lifts the belly at `pillar` by the size, linear
+    // in t down to 0 at the first and last pillars.
     static Shock Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar = 0);
     // SPOT_SHOCK.
     static Shock Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type);

@@ -39,10 +39,13 @@ private:
         double Of(double level) const { return level * factor + shift; }
     };
     struct CurveMove {
-        double level = 0.0;                  // in rate units
+        double level = 0.0;                     // in rate units
         std::map<std::size_t, double> pillars;  // pillar -> rate move
+        std::vector<Shock> shapes;              // SLOPE, TWIST_SHORT_LONG and CURVATURE shocks
     };
 
+    // Every pillar's rate move beyond the level; fails on a pillar the curve does not have.
+    std::vector<double> PillarMoves(const YieldCurve& curve, const CurveMove& move) const;
     std::optional<YieldCurve> Moved(const YieldCurve& curve) const;
 
     std::map<std::string, LevelMove> m_spots;
