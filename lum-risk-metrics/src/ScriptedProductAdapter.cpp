@@ -20,10 +20,12 @@ double ScriptedProductAdapter::PVUnder(scenario::ShockedMarket& market) const {
     if (std::isfinite(inputs.volatility)) {
         volatilityMove = market.Volatility(m_underlying, inputs.volatility) - inputs.volatility;
     } else {
-        // Without one figure to scale, only an absolute move has a meaning: read it off zero.
-        volatilityMove = market.Volatility(m_underlying, 0.0);
-        if (market.Volatility(m_underlying, 1.0) != 1.0 + volatilityMove)
+        // Without one figure to scale, only an absolute move has a meaning: a relative one would
+        // move two reference levels differently.
+        const double one = market.Volatility(m_underlying, 1.0);
+        if (std::abs(market.Volatility(m_underlying, 2.0) - one - 1.0) > 1e-12)
             throw std::invalid_argument(Describe() + ": its model has no single volatility for a relative shock.");
+        volatilityMove = one - 1.0;
     }
     MarketShift shift;
     shift.spot = spot - inputs.spot;

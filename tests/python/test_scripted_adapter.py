@@ -55,3 +55,22 @@ def test_rate_curves_and_fx_metrics_are_unavailable_with_a_reason(adapter):
 def test_an_empty_product_is_refused():
     with pytest.raises(RuntimeError, match="not initialized"):
         zep.ScriptedProductAdapter(zep.MXScriptStructure())
+
+
+def heston_call():
+    text = ("valuation_date: 2024-01-02\nmarket: {spot: 100.0, rate1: 0.03, rate2: 0.0}\n"
+            "model: {type: Heston, parameters: [1.5, 0.04, 0.4, -0.6, 0.04]}\n"
+            "simulation: {paths: 4000, seed: 7}\nevents:\n  - date: 2025-01-02\n"
+            "    script: C PAYS MAX(SPOT() - 100, 0)\n")
+    return zep.ScriptedProductAdapter(zep.MXScriptStructure.FromDefinition(text), "SPX")
+
+
+def test_a_model_without_one_volatility_takes_absolute_vol_shocks_and_refuses_relative_ones():
+    adapter = heston_call()
+    up = zep.Scenario("up", [zep.Shock.Vol("SPX", zep.VolSurfaceFactor_ATM_VOL_LEVEL, 0.02, zep.ShockType_ABSOLUTE)])
+    down = zep.Scenario("down", [zep.Shock.Vol("SPX", zep.VolSurfaceFactor_ATM_VOL_LEVEL, -0.02, zep.ShockType_ABSOLUTE)])
+    base = zep.Scenario("base", []).PV(adapter)
+    assert up.PV(adapter) > base > down.PV(adapter)  # a call gains with its volatility
+    relative = zep.Scenario("rel", [zep.Shock.Vol("SPX", zep.VolSurfaceFactor_ATM_VOL_LEVEL, 0.1, zep.ShockType_RELATIVE)])
+    with pytest.raises(ValueError, match="no single volatility for a relative shock"):
+        relative.PV(adapter)
