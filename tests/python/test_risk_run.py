@@ -90,3 +90,21 @@ def test_the_example_run_values_every_trade_and_splits_its_var_by_desk(tmp_path)
         assert terms["full"] == pytest.approx(-var, rel=1e-12)  # the VaR day's P&L is minus the VaR
         assert sum(terms[name] for name in ("delta", "gamma", "vega", "rates", "unexplained")) == \
             pytest.approx(terms["full"], rel=1e-12)
+
+
+def test_a_portfolio_file_gathers_listed_trades_and_product_definitions(tmp_path):
+    import shutil
+    products = os.path.join(EXAMPLE, "..", "products")
+    (tmp_path / "notes").mkdir()
+    shutil.copy(os.path.join(products, "autocall.yaml"), tmp_path / "notes" / "SX5E.yaml")
+    shutil.copy(os.path.join(products, "equity_market.yaml"), tmp_path / "equity.yaml")
+    (tmp_path / "market.yaml").write_text(MARKET)
+    (tmp_path / "book.yaml").write_text(
+        "trades:\n  - {id: F1, type: FXForward, desk: fx, side: 1, notional: 1000000, rate: 1.1, end: 2025-01-17,"
+        " pair: EURUSD}\nproducts: notes\nproduct_market: equity.yaml\n")
+    market = zep.risk.load_market(str(tmp_path / "market.yaml"))
+    loaded = zep.risk.load_portfolio(str(tmp_path / "book.yaml"), market)
+    assert loaded.failures == [] and loaded.portfolio.Size() == 2
+    note = zep.load_product(os.path.join(products, "autocall.yaml"), os.path.join(products, "equity_market.yaml"))
+    by_desk = loaded.portfolio.AggregateBy(zep.Metric_PV, "desk")
+    assert by_desk[""].Value() == pytest.approx(note.PV(), rel=1e-12)

@@ -13,8 +13,10 @@ Inputs
   Act/365F) by label; spots by currency pair (units of the second currency per unit of the
   first); volatilities by pair.
 - portfolio: a CSV trade list (one trade a row), a YAML/JSON file listing trades (key "trades",
-  a list of rows as the CSV has them, and "csv": the path of a trade list beside it), a product
-  definition (key "type": a structured product of the script engine) or a directory of them.
+  a list of rows as the CSV has them; "csv": the path of a trade list beside it; "products": a
+  product definition or a directory of them, priced in the market file "product_market"), a
+  product definition (key "type": a structured product of the script engine, named after its
+  file, scenarios shocking its spot and volatility by that name) or a directory of them.
 - history (CSV): a "date" column, then one column per factor named "curve:<label>" (the curve's
   zero-rate level, decimal; absolute moves), "curve:<label>:<pillar>" (one pillar), "spot:<pair>"
   (relative moves) or "vol:<pair>" (decimal; absolute moves); one row a day, oldest first.
@@ -222,9 +224,11 @@ def load_portfolio(path, market, market_path=None, into=None):
         for row in fields.get("trades") or []:
             loaded.add_row({key: str(value) for key, value in row.items()}, market)
         here = os.path.dirname(os.path.abspath(path))
-        for key in ("csv", "products"):
-            if fields.get(key):
-                load_portfolio(os.path.join(here, fields[key]), market, market_path, loaded)
+        if fields.get("csv"):
+            load_portfolio(os.path.join(here, fields["csv"]), market, market_path, loaded)
+        if fields.get("products"):
+            product_market = os.path.join(here, fields["product_market"]) if fields.get("product_market") else None
+            load_portfolio(os.path.join(here, fields["products"]), market, product_market, loaded)
     return loaded
 
 
@@ -308,9 +312,9 @@ def run(portfolio_path, market_path, history_path, confidences=(0.95, 0.99), tag
 def main(argv=None):
     import argparse
     parser = argparse.ArgumentParser(prog="python -m zep.risk", description="Historical VaR of a portfolio.")
-    parser.add_argument("portfolio")
-    parser.add_argument("market")
-    parser.add_argument("history")
+    parser.add_argument("portfolio", help="CSV trade list, YAML/JSON trade file, product definition or directory")
+    parser.add_argument("market", help="YAML/JSON market: reference_date, curves, spots, volatilities")
+    parser.add_argument("history", help="CSV of daily factor levels: date, curve:<label>, spot:<pair>, vol:<pair>")
     parser.add_argument("--confidence", type=float, action="append", help="repeatable; 0.95 and 0.99 by default")
     parser.add_argument("--tag", default="desk", help="the trade tag component VaR groups by ('' for trades)")
     parser.add_argument("--report-dir", default=".", help="where risk_report.md goes")
