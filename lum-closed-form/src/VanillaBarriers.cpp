@@ -79,12 +79,17 @@ double VanillaBarriers::DeltaPrice(const std::string& fieldName, double bump, in
     return (PriceAt(bump, pricingMethod) - PriceAt(-bump, pricingMethod)) / (2.0 * bump);
 }
 
-VanillaBarriers VanillaBarriers::OnMovedMarket(double spot, double volatilityShift) const {
+VanillaBarriers VanillaBarriers::OnMovedMarket(double spot, double volatilityShift, double riskReversal25Shift,
+                                               double butterfly25Shift) const {
     ZEP_REQUIRE(spot > 0.0, "VanillaBarriers: the moved spot must be above zero");
     VanillaBarriers moved = *this;
     moved.m_spot = spot;
     moved.m_volatility = boost::make_shared<ShiftedVolatility>(m_volatility, volatilityShift);
-    if (moved.m_smile && moved.m_smile->atmVolatility) *moved.m_smile->atmVolatility += volatilityShift;
+    if (moved.m_smile) {
+        if (moved.m_smile->atmVolatility) *moved.m_smile->atmVolatility += volatilityShift;
+        moved.m_smile->riskReversal25 += riskReversal25Shift;
+        moved.m_smile->butterfly25 += butterfly25Shift;
+    }
     return moved;
 }
 

@@ -59,8 +59,12 @@ Shock Shock::Spot(std::string underlying, FXForwardFactor factor, double size, S
 
 Shock Shock::Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type) {
     RequireShock(underlying, size, "volatility");
-    RequireSupported(factor == VolSurfaceFactor::ATM_VOL_LEVEL, FactorFamily::VOL_SURFACE, static_cast<int>(factor),
-                     "ATM_VOL_LEVEL is");
+    const bool smileQuote = factor == VolSurfaceFactor::RISK_REVERSAL_25D || factor == VolSurfaceFactor::BUTTERFLY_25D;
+    RequireSupported(factor == VolSurfaceFactor::ATM_VOL_LEVEL || smileQuote, FactorFamily::VOL_SURFACE,
+                     static_cast<int>(factor), "ATM_VOL_LEVEL, RISK_REVERSAL_25D and BUTTERFLY_25D are");
+    if (smileQuote && type != ShockType::ABSOLUTE)
+        throw std::invalid_argument("The " + FactorName(FactorFamily::VOL_SURFACE, static_cast<int>(factor)) +
+                                    " shock of '" + underlying + "' moves a quote that may be zero: it is absolute.");
     return {std::move(underlying), FactorFamily::VOL_SURFACE, static_cast<int>(factor), size, type, 0};
 }
 

@@ -31,7 +31,14 @@ ShockedMarket::ShockedMarket(const Scenario& scenario)
                 break;
             }
             case FactorFamily::FX: m_spots[shock.target].Add(shock, scenario.Mode()); break;
-            case FactorFamily::VOL_SURFACE: m_volatilities[shock.target].Add(shock, scenario.Mode()); break;
+            case FactorFamily::VOL_SURFACE:
+                if (shock.factor == static_cast<int>(VolSurfaceFactor::RISK_REVERSAL_25D))
+                    m_smiles[shock.target].riskReversal25 += shock.size;
+                else if (shock.factor == static_cast<int>(VolSurfaceFactor::BUTTERFLY_25D))
+                    m_smiles[shock.target].butterfly25 += shock.size;
+                else
+                    m_volatilities[shock.target].Add(shock, scenario.Mode());
+                break;
         }
     }
 }
@@ -54,6 +61,11 @@ double ShockedMarket::Volatility(const std::string& underlying, double volatilit
         throw std::invalid_argument("The shocks leave the volatility of '" + underlying + "' at " +
                                     std::to_string(shocked) + ", below zero.");
     return shocked;
+}
+
+ShockedMarket::SmileMove ShockedMarket::Smile(const std::string& underlying) const {
+    const auto found = m_smiles.find(underlying);
+    return found == m_smiles.end() ? SmileMove{} : found->second;
 }
 
 double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {

@@ -17,8 +17,8 @@ SpotVolOptionAdapter::SpotVolOptionAdapter(SpotVolPricing pricing) : m_pricing(s
                                     std::to_string(m_pricing.volatility) + " is below zero.");
 }
 
-double SpotVolOptionAdapter::PV(double spot, double volatilityShift) const {
-    const double pv = m_pricing.pv(spot, volatilityShift);
+double SpotVolOptionAdapter::PV(const OptionMarketMove& move) const {
+    const double pv = m_pricing.pv(move);
     if (!std::isfinite(pv)) throw std::runtime_error(Describe() + ": the PV is not a finite number.");
     return pv;
 }
@@ -26,7 +26,8 @@ double SpotVolOptionAdapter::PV(double spot, double volatilityShift) const {
 double SpotVolOptionAdapter::PVUnder(scenario::ShockedMarket& market) const {
     const double spot = market.Spot(m_pricing.underlying, m_pricing.spot);
     const double volatility = market.Volatility(m_pricing.underlying, m_pricing.volatility);
-    return PV(spot, volatility - m_pricing.volatility);
+    const scenario::ShockedMarket::SmileMove smile = market.Smile(m_pricing.underlying);
+    return PV(OptionMarketMove{spot, volatility - m_pricing.volatility, smile.riskReversal25, smile.butterfly25});
 }
 
 MarketExposure SpotVolOptionAdapter::Exposure() const { return {m_pricing.underlying, m_pricing.spot, m_pricing.volatility, {}}; }

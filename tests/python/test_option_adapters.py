@@ -76,3 +76,19 @@ def test_bad_input_raises_the_library_message():
         zep.DigitalOptionAdapter(zep.MDigitalOption())
     with pytest.raises(TypeError):
         zep.BarrierOptionAdapter(None)
+
+
+@pytest.mark.parametrize("factor, index", [(zep.VolSurfaceFactor_RISK_REVERSAL_25D, 0),
+                                           (zep.VolSurfaceFactor_BUTTERFLY_25D, 1)])
+def test_smile_quote_shocks_move_a_vanna_volga_barrier_as_the_moved_quotes_do(factor, index):
+    quotes = [-0.004, 0.002]
+    moved = list(quotes)
+    moved[index] += 0.003
+    rebuilt = zep.MVanillaBarriers(-1, 0, 2e6, 1.10, DOWN_OUT, 1.02, 0.0, SPOT, REF, EXPIRY, DELIVERY, DELIVERY,
+                                   DELIVERY, RD, RF, VOL, *moved)
+    scenario = zep.Scenario("smile", [zep.Shock.Vol("EURUSD", factor, 0.003, zep.ShockType_ABSOLUTE)])
+    assert scenario.PV(zep.BarrierOptionAdapter(barrier(), "EURUSD", 1)) == pytest.approx(rebuilt.PV(1), rel=1e-12)
+    # Black-Scholes reads no smile quotes.
+    assert scenario.PV(zep.BarrierOptionAdapter(barrier(), "EURUSD", 0)) == pytest.approx(barrier().PV(0), rel=1e-14)
+    with pytest.raises(ValueError, match="it is absolute"):
+        zep.Shock.Vol("EURUSD", factor, 0.1, zep.ShockType_RELATIVE)

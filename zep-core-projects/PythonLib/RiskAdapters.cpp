@@ -42,13 +42,23 @@ FXMarket MovedFXMarket(const FXCurves& market, metrics::MovedCurves& moved, doub
 }
 
 // The option's PV on a moved market by its own method; the method is checked once, here.
-template <class Option>
-metrics::SpotVolPricing SpotVolPricingOf(boost::shared_ptr<const Option> option, metrics::ProductType product,
-                                         std::string description, const std::string& underlying, int pricingMethod) {
+metrics::SpotVolPricing SpotVolPricingOf(boost::shared_ptr<const VanillaBarriers> option, const std::string& underlying,
+                                         int pricingMethod) {
     option->PV(pricingMethod);
-    return {product, std::move(description), underlying, option->GetSpot(), option->GetVolatility(),
-            [option, pricingMethod](double spot, double volatilityShift) {
-                return option->OnMovedMarket(spot, volatilityShift).PV(pricingMethod);
+    return {metrics::ProductType::FX_BARRIER_OPTION, "Barrier option", underlying, option->GetSpot(),
+            option->GetVolatility(), [option, pricingMethod](const metrics::OptionMarketMove& move) {
+                return option->OnMovedMarket(move.spot, move.volatilityShift, move.riskReversal25Shift,
+                                             move.butterfly25Shift).PV(pricingMethod);
+            }};
+}
+
+// The digital reads its smile off its volatility source, which smile-quote shocks do not reshape.
+metrics::SpotVolPricing SpotVolPricingOf(boost::shared_ptr<const DigitalOption> option, const std::string& underlying,
+                                         int pricingMethod) {
+    option->PV(pricingMethod);
+    return {metrics::ProductType::FX_DIGITAL_OPTION, "Digital option", underlying, option->GetSpot(),
+            option->GetVolatility(), [option, pricingMethod](const metrics::OptionMarketMove& move) {
+                return option->OnMovedMarket(move.spot, move.volatilityShift).PV(pricingMethod);
             }};
 }
 
@@ -193,15 +203,13 @@ std::unique_ptr<metrics::ScriptedProductAdapter> RiskAdapters::Of(const MXScript
 std::unique_ptr<BarrierOptionAdapter> RiskAdapters::Of(const MVanillaBarriers& option, const std::string& underlying,
                                                         int pricingMethod) {
     option.Object("zep::python::BarrierOptionAdapter::BarrierOptionAdapter");
-    return std::make_unique<BarrierOptionAdapter>(SpotVolPricingOf<VanillaBarriers>(
-        option.m_object, metrics::ProductType::FX_BARRIER_OPTION, "Barrier option", underlying, pricingMethod));
+    return std::make_unique<BarrierOptionAdapter>(SpotVolPricingOf(option.m_object, underlying, pricingMethod));
 }
 
 std::unique_ptr<DigitalOptionAdapter> RiskAdapters::Of(const MDigitalOption& option, const std::string& underlying,
                                                         int pricingMethod) {
     option.Object("zep::python::DigitalOptionAdapter::DigitalOptionAdapter");
-    return std::make_unique<DigitalOptionAdapter>(SpotVolPricingOf<DigitalOption>(
-        option.m_object, metrics::ProductType::FX_DIGITAL_OPTION, "Digital option", underlying, pricingMethod));
+    return std::make_unique<DigitalOptionAdapter>(SpotVolPricingOf(option.m_object, underlying, pricingMethod));
 }
 
 }  // namespace zep::python

@@ -119,7 +119,8 @@ point), THETA (per day), RHO (per basis point), from the script engine's Greeks.
 %feature("docstring") zep::python::BarrierOptionAdapter
 "A barrier option for the risk layer: BarrierOptionAdapter(option, underlying='', pricingMethod=0)
 from an MVanillaBarriers, priced by its own method codes; scenarios shock its spot and its
-volatility (the volatility at the strike; a surface moves in parallel) by the name underlying. PV,
+volatility (the volatility at the strike; a surface moves in parallel) and its 25-delta smile
+quotes (read by Vanna-Volga) by the name underlying. PV,
 MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), all by
 revaluation.";
 %feature("docstring") zep::python::DigitalOptionAdapter

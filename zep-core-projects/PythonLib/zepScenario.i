@@ -30,7 +30,8 @@ the first pillar to basisPoints at the last (linear in time), TWIST_SHORT_LONG a
 pillar (0 there, basisPoints at the last, the short end the other way), CURVATURE the belly pillar
 by basisPoints down to 0 at both ends; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
 Shock.Vol(underlying, VolSurfaceFactor_ATM_VOL_LEVEL, size, type) on the spot and volatility an
-adapter names by underlying, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
+adapter names by underlying (VolSurfaceFactor_RISK_REVERSAL_25D and _BUTTERFLY_25D, absolute only,
+move the smile quotes Vanna-Volga barriers are priced on), type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
 point) or ShockType_RELATIVE (0.01 = 1%). Read-only fields: target, family (FactorFamily_*),
 factor, size, type, pillar.";
 %feature("docstring") zep::scenario::Scenario

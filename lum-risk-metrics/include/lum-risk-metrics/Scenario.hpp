@@ -44,7 +44,8 @@ struct Shock {
     static Shock Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar = 0);
     // SPOT_SHOCK.
     static Shock Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type);
-    // ATM_VOL_LEVEL: every volatility of the underlying moves alike.
+    // ATM_VOL_LEVEL: every volatility of the underlying moves alike; RISK_REVERSAL_25D and
+    // BUTTERFLY_25D (absolute only) move the 25-delta smile quotes of options priced on them.
     static Shock Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type);
 
     // "<target> <FACTOR>[ pillar n]", the factor in the words of its code.

@@ -25,6 +25,12 @@ public:
     // Fail when the shocks leave a spot or a volatility below zero (a spot at zero too).
     double Spot(const std::string& underlying, double spot) const;
     double Volatility(const std::string& underlying, double volatility) const;
+    // How far the shocks move the 25-delta smile quotes of the underlying, in volatility units.
+    struct SmileMove {
+        double riskReversal25 = 0.0;
+        double butterfly25 = 0.0;
+    };
+    SmileMove Smile(const std::string& underlying) const;
     metrics::MovedCurves& Curves() { return m_curves; }
     // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
     // in rate units; 0 for a curve no shock names.
@@ -50,6 +56,7 @@ private:
 
     std::map<std::string, LevelMove> m_spots;
     std::map<std::string, LevelMove> m_volatilities;
+    std::map<std::string, SmileMove> m_smiles;
     std::map<std::string, CurveMove> m_curveMoves;
     metrics::MovedCurves m_curves;
 };

@@ -11,6 +11,15 @@
 
 namespace zep::metrics {
 
+// The market an option is revalued on: its spot, a parallel move of its volatilities and moves
+// of its 25-delta smile quotes (which only a smile-quoted method reads).
+struct OptionMarketMove {
+    double spot = 0.0;
+    double volatilityShift = 0.0;
+    double riskReversal25Shift = 0.0;
+    double butterfly25Shift = 0.0;
+};
+
 struct SpotVolPricing {
     ProductType product = ProductType::NON_STANDARD;
     std::string description;
@@ -18,8 +27,7 @@ struct SpotVolPricing {
     double spot = 0.0;
     // The volatility a relative scenario shock scales: the option's volatility at its strike.
     double volatility = 0.0;
-    // The PV on the market with spot `spot` and every volatility `volatilityShift` higher.
-    std::function<double(double spot, double volatilityShift)> pv;
+    std::function<double(const OptionMarketMove&)> pv;
 };
 
 class SpotVolOptionAdapter : public InstrumentAdapter {
@@ -41,7 +49,8 @@ protected:
     MetricResult Evaluate(Metric metric) const override;
 
 private:
-    double PV(double spot, double volatilityShift) const;
+    double PV(const OptionMarketMove& move) const;
+    double PV(double spot, double volatilityShift) const { return PV(OptionMarketMove{spot, volatilityShift}); }
 
     SpotVolPricing m_pricing;
 };
