@@ -15,6 +15,8 @@ void RequireShock(const std::string& target, double size, const char* what) {
 
 constexpr const char* kCurveFactors[] = {"LEVEL", "SLOPE", "CURVATURE", "KEY_RATE", "TWIST_SHORT_LONG"};
 constexpr const char* kFXFactors[] = {"SPOT_SHOCK", "FORWARD_POINTS_LEVEL", "FORWARD_POINTS_SLOPE", "KEY_TENOR_SHOCK"};
+constexpr const char* kCreditFactors[] = {"CDS_SPREAD_LEVEL", "CDS_SPREAD_SLOPE", "HAZARD_RATE_LEVEL",
+                                          "DEFAULT_PROB_SHOCK", "RECOVERY_RATE_SHOCK"};
 constexpr const char* kVolFactors[] = {"ATM_VOL_LEVEL", "VOL_TERM_STRUCTURE", "RISK_REVERSAL_25D", "BUTTERFLY_25D",
                                        "RISK_REVERSAL_10D", "BUTTERFLY_10D", "VOL_SMILE_SHIFT"};
 
@@ -28,6 +30,7 @@ std::string FactorName(FactorFamily family, int code) {
     switch (family) {
         case FactorFamily::YIELD_CURVE: return FactorName(kCurveFactors, code);
         case FactorFamily::FX: return FactorName(kFXFactors, code);
+        case FactorFamily::CREDIT_CURVE: return FactorName(kCreditFactors, code);
         default: return FactorName(kVolFactors, code);
     }
 }
@@ -66,6 +69,13 @@ Shock Shock::Vol(std::string underlying, VolSurfaceFactor factor, double size, S
         throw std::invalid_argument("The " + FactorName(FactorFamily::VOL_SURFACE, static_cast<int>(factor)) +
                                     " shock of '" + underlying + "' moves a quote that may be zero: it is absolute.");
     return {std::move(underlying), FactorFamily::VOL_SURFACE, static_cast<int>(factor), size, type, 0};
+}
+
+Shock Shock::Credit(std::string issuer, CreditCurveFactor factor, double basisPoints) {
+    RequireShock(issuer, basisPoints, "credit");
+    RequireSupported(factor == CreditCurveFactor::CDS_SPREAD_LEVEL, FactorFamily::CREDIT_CURVE, static_cast<int>(factor),
+                     "CDS_SPREAD_LEVEL is");
+    return {std::move(issuer), FactorFamily::CREDIT_CURVE, static_cast<int>(factor), basisPoints, ShockType::ABSOLUTE, 0};
 }
 
 std::string Shock::Describe() const {

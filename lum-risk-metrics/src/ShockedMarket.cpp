@@ -31,6 +31,7 @@ ShockedMarket::ShockedMarket(const Scenario& scenario)
                 break;
             }
             case FactorFamily::FX: m_spots[shock.target].Add(shock, scenario.Mode()); break;
+            case FactorFamily::CREDIT_CURVE: m_creditSpreads[shock.target] += shock.size * metrics::kBasisPoint; break;
             case FactorFamily::VOL_SURFACE:
                 if (shock.factor == static_cast<int>(VolSurfaceFactor::RISK_REVERSAL_25D))
                     m_smiles[shock.target].riskReversal25 += shock.size;
@@ -66,6 +67,11 @@ double ShockedMarket::Volatility(const std::string& underlying, double volatilit
 ShockedMarket::SmileMove ShockedMarket::Smile(const std::string& underlying) const {
     const auto found = m_smiles.find(underlying);
     return found == m_smiles.end() ? SmileMove{} : found->second;
+}
+
+double ShockedMarket::CreditSpreadMove(const std::string& issuer) const {
+    const auto found = m_creditSpreads.find(issuer);
+    return found == m_creditSpreads.end() ? 0.0 : found->second;
 }
 
 double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {

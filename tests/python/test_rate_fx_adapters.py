@@ -1,7 +1,8 @@
 """Adapters of the rate and FX families priced on curves (FRA, floating-rate note, bill, FX swap,
 NDF, cross-currency swap): DV01 against the instrument rebuilt on curves one basis point up and
 down, FX_DELTA against the instrument rebuilt at a moved spot, scenario PVs against the instrument
-rebuilt on the shocked market, and each family's product code and unavailable metrics."""
+rebuilt on the shocked market, and each family's product code and unavailable metrics; the CDS
+against its credit curve bootstrapped again from moved spreads."""
 import pytest
 
 import zep
@@ -161,3 +162,27 @@ def test_a_cds_has_its_pv_cs01_from_rebootstrapped_spreads_and_dv01_with_hazard_
     assert value(adapter, zep.Metric_PAR_RATE) == pytest.approx(cds_market().ParSpread() * 100, rel=1e-12)
     assert zep.UnitOf(zep.Metric_CS01) == zep.UnitCode_CCY_PER_BP
     assert not zep.BillAdapter(bill()).Compute(zep.Metric_CS01).available
+
+
+def test_a_credit_spread_scenario_revalues_the_cds_on_the_rebootstrapped_curve():
+    adapter = zep.CreditDefaultSwapAdapter(cds_market(), "ISSUER")
+    assert "ISSUER" in adapter.MarketNames()
+    scenario = zep.Scenario("wider", [zep.Shock.Credit("ISSUER", zep.CreditCurveFactor_CDS_SPREAD_LEVEL, 25.0)])
+    assert scenario.PV(adapter) == pytest.approx(cds_market(spread_shift=25 * BP).PV(), rel=1e-12)
+    # One basis point wider is CS01.
+    one_bp = zep.Scenario("1bp", [zep.Shock.Credit("ISSUER", zep.CreditCurveFactor_CDS_SPREAD_LEVEL, 1.0)])
+    assert one_bp.PV(adapter) - adapter.Compute(zep.Metric_PV).Value() == pytest.approx(
+        adapter.Compute(zep.Metric_CS01).Value(), rel=1e-12)
+    with pytest.raises(ValueError, match="The factor HAZARD_RATE_LEVEL is not supported as a shock"):
+        zep.Shock.Credit("ISSUER", zep.CreditCurveFactor_HAZARD_RATE_LEVEL, 1.0)
+
+
+def test_credit_spread_history_moves_reach_the_curve_in_basis_points():
+    portfolio = zep.Portfolio()
+    portfolio.Add("C", zep.CreditDefaultSwapAdapter(cds_market(), "ISSUER"))
+    factors = [zep.Shock.Credit("ISSUER", zep.CreditCurveFactor_CDS_SPREAD_LEVEL, 0.0)]
+    report = zep.HistoricalVaR(portfolio, factors, [[0.0100], [0.0110], [0.0095]], [0.5])
+    pnl = [float(x) for x in report["pnl"]]
+    base = cds_market().PV()
+    assert pnl == pytest.approx([cds_market(spread_shift=10 * BP).PV() - base,
+                                 cds_market(spread_shift=-15 * BP).PV() - base], rel=1e-9)

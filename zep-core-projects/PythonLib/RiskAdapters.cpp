@@ -177,21 +177,10 @@ std::unique_ptr<CrossCurrencySwapAdapter> RiskAdapters::Of(const MXCurrencySwap&
     return std::make_unique<CrossCurrencySwapAdapter>(std::move(pricing));
 }
 
-std::unique_ptr<CreditDefaultSwapAdapter> RiskAdapters::Of(const MCreditDefaultSwap& cds) {
+std::unique_ptr<metrics::CreditDefaultSwapAdapter> RiskAdapters::Of(const MCreditDefaultSwap& cds,
+                                                                     const std::string& issuer) {
     cds.Object("zep::python::CreditDefaultSwapAdapter::CreditDefaultSwapAdapter");
-    const boost::shared_ptr<const CreditDefaultSwap> contract = cds.m_object;
-    const boost::shared_ptr<const CreditCurve> credit = cds.m_credit;
-    const boost::shared_ptr<const YieldCurve> discount = cds.m_discount;
-    // The credit curve is not a discount curve: rate scenarios and DV01 pass it by, CS01 moves it.
-    metrics::CurvePricing pricing{metrics::ProductType::CDS, contract->Describe(), {discount},
-                                  [contract, credit, discount](metrics::MovedCurves& moved, double) {
-                                      return contract->PV(*credit, *moved.Of(discount));
-                                  }};
-    pricing.ownMetrics[metrics::Metric::CS01] = [contract, credit, discount] { return contract->CS01(*credit, *discount); };
-    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [contract, credit, discount] {
-        return 100.0 * contract->ParSpread(*credit, *discount);
-    };
-    return std::make_unique<CreditDefaultSwapAdapter>(std::move(pricing));
+    return std::make_unique<metrics::CreditDefaultSwapAdapter>(cds.m_object, cds.m_credit, cds.m_discount, issuer);
 }
 
 std::unique_ptr<metrics::ScriptedProductAdapter> RiskAdapters::Of(const MXScriptStructure& product,

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "lum-risk-metrics/BondAdapter.hpp"
+#include "lum-risk-metrics/CreditDefaultSwapAdapter.hpp"
 #include "lum-risk-metrics/CurvePricedAdapter.hpp"
 #include "lum-risk-metrics/FXForwardAdapter.hpp"
 #include "lum-risk-metrics/ScriptedProductAdapter.hpp"
@@ -40,7 +41,6 @@ ZEP_CURVE_PRICED_ADAPTER(BillAdapter);
 ZEP_CURVE_PRICED_ADAPTER(FXSwapAdapter);
 ZEP_CURVE_PRICED_ADAPTER(NDFAdapter);
 ZEP_CURVE_PRICED_ADAPTER(CrossCurrencySwapAdapter);
-ZEP_CURVE_PRICED_ADAPTER(CreditDefaultSwapAdapter);
 #undef ZEP_CURVE_PRICED_ADAPTER
 struct BarrierOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
 struct DigitalOptionAdapter final : metrics::SpotVolOptionAdapter { using SpotVolOptionAdapter::SpotVolOptionAdapter; };
@@ -62,7 +62,9 @@ struct RiskAdapters {
     static std::unique_ptr<NDFAdapter> Of(const MFXNDF& ndf, const std::string& pair);
     // pair: the name of the spot that converts the foreign leg (domestic per foreign).
     static std::unique_ptr<CrossCurrencySwapAdapter> Of(const MXCurrencySwap& swap, const std::string& pair);
-    static std::unique_ptr<CreditDefaultSwapAdapter> Of(const MCreditDefaultSwap& cds);
+    // issuer: the name credit scenarios shock its credit curve by.
+    static std::unique_ptr<metrics::CreditDefaultSwapAdapter> Of(const MCreditDefaultSwap& cds,
+                                                                 const std::string& issuer);
     static std::unique_ptr<metrics::ScriptedProductAdapter> Of(const MXScriptStructure& product,
                                                                const std::string& underlying);
     // pricingMethod: the option's own method codes; every metric and scenario prices by it.

@@ -95,6 +95,7 @@ CPP_TO_PYTHON = {
     "scenario::FXForwardFactor": _ENUMERATION,
     "scenario::VolSurfaceFactor": _ENUMERATION,
     "scenario::FactorFamily": _ENUMERATION,
+    "scenario::CreditCurveFactor": _ENUMERATION,
     "scenario::ShockType": _ENUMERATION,
     "scenario::ScenarioType": _ENUMERATION,
     "scenario::ScenarioGroupApplyMode": _ENUMERATION,

@@ -50,7 +50,7 @@ returning a number.";
 %shared_ptr(zep::python::FXSwapAdapter)
 %shared_ptr(zep::python::NDFAdapter)
 %shared_ptr(zep::python::CrossCurrencySwapAdapter)
-%shared_ptr(zep::python::CreditDefaultSwapAdapter)
+%shared_ptr(zep::metrics::CreditDefaultSwapAdapter)
 %shared_ptr(zep::metrics::SpotVolOptionAdapter)
 %shared_ptr(zep::metrics::ScriptedProductAdapter)
 %shared_ptr(zep::python::BarrierOptionAdapter)
@@ -105,9 +105,9 @@ FX_DELTA (per 1% on spot), DV01; Profile(Metric_KEY_RATE_DV01).";
 MXCurrencySwap; scenarios shock the spot converting its foreign leg by the name pair. PV,
 MARKET_VALUE, NPV (domestic currency), FX_DELTA (per 1% on spot), DV01 (every curve of both legs),
 PAR_RATE (the domestic leg's par rate or spread, percent); Profile(Metric_KEY_RATE_DV01).";
-%feature("docstring") zep::python::CreditDefaultSwapAdapter
-"A credit default swap for the risk layer: CreditDefaultSwapAdapter(cds) from an
-MCreditDefaultSwap. PV, MARKET_VALUE, NPV, CS01 (every par spread of the credit curve one basis
+%feature("docstring") zep::metrics::CreditDefaultSwapAdapter
+"A credit default swap for the risk layer: CreditDefaultSwapAdapter(cds, issuer='') from an
+MCreditDefaultSwap; credit scenarios (Shock.Credit) shock its credit curve by the name issuer. PV, MARKET_VALUE, NPV, CS01 (every par spread of the credit curve one basis
 point up), DV01 (the discount curve, the hazard rates held), PAR_RATE (the par spread, percent);
 Profile(Metric_KEY_RATE_DV01).";
 %feature("docstring") zep::metrics::ScriptedProductAdapter
@@ -250,15 +250,6 @@ public:
     }
 };
 
-class CreditDefaultSwapAdapter : public zep::metrics::CurvePricedAdapter {
-public:
-    %extend {
-        CreditDefaultSwapAdapter(const zep::python::MCreditDefaultSwap& cds) {
-            return zep::python::RiskAdapters::Of(cds).release();
-        }
-    }
-};
-
 class BarrierOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
 public:
     %extend {
@@ -282,6 +273,15 @@ public:
 }  // namespace python
 
 namespace metrics {
+
+class CreditDefaultSwapAdapter : public CurveInstrumentAdapter {
+public:
+    %extend {
+        CreditDefaultSwapAdapter(const zep::python::MCreditDefaultSwap& cds, const std::string& issuer = "") {
+            return zep::python::RiskAdapters::Of(cds, issuer).release();
+        }
+    }
+};
 
 class ScriptedProductAdapter : public InstrumentAdapter {
 public:

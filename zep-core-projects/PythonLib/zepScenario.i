@@ -31,7 +31,9 @@ pillar (0 there, basisPoints at the last, the short end the other way), CURVATUR
 by basisPoints down to 0 at both ends; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
 Shock.Vol(underlying, VolSurfaceFactor_ATM_VOL_LEVEL, size, type) on the spot and volatility an
 adapter names by underlying (VolSurfaceFactor_RISK_REVERSAL_25D and _BUTTERFLY_25D, absolute only,
-move the smile quotes Vanna-Volga barriers are priced on), type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
+move the smile quotes Vanna-Volga barriers are priced on); Shock.Credit(issuer,
+CreditCurveFactor_CDS_SPREAD_LEVEL, basisPoints) on every par spread of the credit curve a CDS
+adapter names by issuer, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
 point) or ShockType_RELATIVE (0.01 = 1%). Read-only fields: target, family (FactorFamily_*),
 factor, size, type, pillar.";
 %feature("docstring") zep::scenario::Scenario
@@ -236,7 +238,7 @@ def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "
 def _shock_repr(self):
     try:
         kind = "relative" if self.type == ShockType_RELATIVE else "absolute"
-        unit = " bp" if self.family == FactorFamily_YIELD_CURVE else ""
+        unit = " bp" if self.family in (FactorFamily_YIELD_CURVE, FactorFamily_CREDIT_CURVE) else ""
         return f"<Shock {self.Describe()}: {self.size!r}{unit} {kind}>"
     except Exception:  # a repr never raises
         return "<Shock>"
@@ -253,6 +255,8 @@ def _shock_reduce(self):
     # Rebuilt through its family's factory, which checks the factor and the size again.
     if self.family == FactorFamily_YIELD_CURVE:
         return Shock.Curve, (self.target, self.factor, self.size, self.pillar)
+    if self.family == FactorFamily_CREDIT_CURVE:
+        return Shock.Credit, (self.target, self.factor, self.size)
     factory = Shock.Spot if self.family == FactorFamily_FX else Shock.Vol
     return factory, (self.target, self.factor, self.size, self.type)
 

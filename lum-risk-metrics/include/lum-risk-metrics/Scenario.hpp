@@ -17,6 +17,7 @@
 
 namespace zep::scenario {
 
+using metrics::CreditCurveFactor;
 using metrics::FXForwardFactor;
 using metrics::ScenarioGroupApplyMode;
 using metrics::ScenarioType;
@@ -25,7 +26,7 @@ using metrics::YieldCurveFactor;
 
 enum class ShockType { ABSOLUTE = 0, RELATIVE = 1 };
 // Which code group a shock's factor belongs to.
-enum class FactorFamily { YIELD_CURVE = 0, FX = 1, VOL_SURFACE = 2 };
+enum class FactorFamily { YIELD_CURVE = 0, FX = 1, VOL_SURFACE = 2, CREDIT_CURVE = 3 };
 
 struct Shock {
     std::string target;
@@ -47,6 +48,10 @@ struct Shock {
     // ATM_VOL_LEVEL: every volatility of the underlying moves alike; RISK_REVERSAL_25D and
     // BUTTERFLY_25D (absolute only) move the 25-delta smile quotes of options priced on them.
     static Shock Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type);
+
+    // CDS_SPREAD_LEVEL: every par spread of the issuer's credit curve moves by the basis points,
+    // the curve bootstrapped again.
+    static Shock Credit(std::string issuer, CreditCurveFactor factor, double basisPoints);
 
     // "<target> <FACTOR>[ pillar n]", the factor in the words of its code.
     std::string Describe() const;

@@ -31,6 +31,8 @@ public:
         double butterfly25 = 0.0;
     };
     SmileMove Smile(const std::string& underlying) const;
+    // How far the shocks move every par spread of the issuer's credit curve, in rate units.
+    double CreditSpreadMove(const std::string& issuer) const;
     metrics::MovedCurves& Curves() { return m_curves; }
     // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
     // in rate units; 0 for a curve no shock names.
@@ -57,6 +59,7 @@ private:
     std::map<std::string, LevelMove> m_spots;
     std::map<std::string, LevelMove> m_volatilities;
     std::map<std::string, SmileMove> m_smiles;
+    std::map<std::string, double> m_creditSpreads;
     std::map<std::string, CurveMove> m_curveMoves;
     metrics::MovedCurves m_curves;
 };
