@@ -1,6 +1,6 @@
 """Writes the example risk run beside this file: market.yaml (EUR, USD and GBP curves, EURUSD and
-GBPUSD spots and volatilities on 2024-01-15), trades.csv (1 000 trades: bonds, swaps, FX forwards,
-vanilla and barrier options over four desks), portfolio.yaml (the trade list) and history.csv (two
+GBPUSD spots and volatilities on 2024-01-15), trades.csv (1 000 trades over five desks: bonds,
+swaps, FRAs, floating-rate notes, FX forwards, FX swaps, NDFs, vanilla, barrier and digital options), portfolio.yaml (the trade list) and history.csv (two
 years of synthetic daily levels: curve levels moving by a few basis points a day, spots by about
 half a percent, volatilities mean-reverting around their level). Seeded: the same files each run.
 
@@ -23,7 +23,7 @@ SPOTS = {"EURUSD": 1.0950, "GBPUSD": 1.2720}
 VOLS = {"EURUSD": 0.072, "GBPUSD": 0.078}
 DAYS = 520  # two years of business days
 COLUMNS = ["id", "type", "quantity", "desk", "book", "currency", "counterparty", "side", "notional", "coupon", "rate",
-           "start", "end", "curve", "pair", "call_put", "strike", "expiry", "barrier_type", "barrier"]
+           "far_rate", "start", "end", "curve", "pair", "call_put", "strike", "expiry", "barrier_type", "barrier"]
 
 
 def write_market():
@@ -40,43 +40,64 @@ def later(years):
     return (REFERENCE + datetime.timedelta(days=round(365.25 * years))).isoformat()
 
 
+# Trades per family in every 40: the book's mix.
+MIX = [("Bond", 10), ("VanillaSwap", 6), ("FRA", 2), ("FloatingRateNote", 2), ("FXForward", 6), ("FXSwap", 2),
+       ("NDF", 2), ("VanillaOption", 6), ("BarrierOption", 3), ("DigitalOption", 1)]
+FAMILIES = [family for family, count in MIX for _ in range(count)]
+
+
+def rate_trade(kind, row, rng, i):
+    ccy = ["EUR", "USD", "GBP"][i % 3]
+    row.update(type=kind, desk="rates", currency=ccy, curve=ccy)
+    notional = int(rng.integers(1, 20)) * 1_000_000
+    if kind == "Bond":
+        row.update(book=f"{ccy}-govt", side="", notional=notional, coupon=round(float(rng.uniform(0.01, 0.05)), 4),
+                   start=later(-1 + rng.uniform(0, 0.9)), end=later(int(rng.integers(2, 30))))
+    elif kind == "VanillaSwap":
+        row.update(book=f"{ccy}-swaps", notional=5 * notional, rate=round(CURVES[ccy][6] + rng.normal(0, 0.004), 4),
+                   start=later(0.01), end=later(int(rng.integers(2, 20))))
+    elif kind == "FRA":
+        start = float(rng.uniform(0.1, 1.5))
+        row.update(book=f"{ccy}-money", notional=5 * notional, rate=round(CURVES[ccy][2] + rng.normal(0, 0.003), 4),
+                   start=later(start), end=later(start + 0.25))
+    else:  # floating-rate notes
+        row.update(book=f"{ccy}-credit", side="", notional=notional, coupon=round(float(rng.uniform(0.002, 0.012)), 4),
+                   start=later(0.01), end=later(int(rng.integers(2, 8))))
+
+
+def fx_trade(kind, row, rng, i):
+    pair = "EURUSD" if i % 3 else "GBPUSD"
+    spot = SPOTS[pair]
+    expiry = later(float(rng.uniform(0.1, 1.5)))
+    delivery = (datetime.date.fromisoformat(expiry) + datetime.timedelta(days=2)).isoformat()
+    row.update(type=kind, book=pair, currency="USD", pair=pair, notional=int(rng.integers(1, 50)) * 1_000_000)
+    if kind == "FXForward":
+        row.update(desk="fx-cash", rate=round(spot * (1 + rng.normal(0, 0.02)), 4), end=delivery)
+    elif kind == "FXSwap":
+        row.update(desk="fx-cash", rate=round(spot, 4), start=later(0.01),
+                   far_rate=round(spot * (1 + rng.normal(0, 0.01)), 4), end=delivery)
+    elif kind == "NDF":
+        row.update(desk="fx-cash", rate=round(spot * (1 + rng.normal(0, 0.02)), 4), expiry=expiry, end=delivery)
+    elif kind == "VanillaOption":
+        row.update(desk="fx-options", call_put=int(rng.integers(0, 2)),
+                   strike=round(spot * (1 + rng.normal(0, 0.04)), 4), expiry=expiry, end=delivery)
+    elif kind == "DigitalOption":
+        row.update(desk="fx-exotics", call_put=int(rng.integers(0, 2)), notional=row["notional"] // 10,
+                   strike=round(spot * (1 + rng.normal(0, 0.03)), 4), expiry=expiry, end=delivery)
+    else:  # barriers: down-and-out calls and up-and-out puts
+        down = rng.uniform() < 0.5
+        row.update(desk="fx-exotics", call_put=0 if down else 1, strike=round(spot * (1 + rng.normal(0, 0.02)), 4),
+                   expiry=expiry, end=delivery, barrier_type=3 if down else 4,
+                   barrier=round(spot * (0.92 if down else 1.08), 4))
+
+
 def trades(rng):
     counterparties = ["ALPHA", "BRAVO", "CHARLIE", "DELTA", "ECHO"]
     rows = []
     for i in range(1000):
         row = {"id": f"T{i:04d}", "quantity": 1, "counterparty": counterparties[i % 5], "side": rng.choice([1, -1])}
-        kind = i % 10
-        if kind < 3:  # bonds
-            ccy = ["EUR", "USD", "GBP"][i % 3]
-            years = int(rng.integers(2, 30))
-            row.update(type="Bond", desk="rates", book=f"{ccy}-govt", currency=ccy, curve=ccy, side="",
-                       notional=int(rng.integers(1, 20)) * 1_000_000, coupon=round(float(rng.uniform(0.01, 0.05)), 4),
-                       start=later(-1 + rng.uniform(0, 0.9)), end=later(years))
-        elif kind < 5:  # swaps
-            ccy = ["EUR", "USD", "GBP"][i % 3]
-            row.update(type="VanillaSwap", desk="rates", book=f"{ccy}-swaps", currency=ccy, curve=ccy,
-                       notional=int(rng.integers(5, 100)) * 1_000_000, rate=round(CURVES[ccy][6] + rng.normal(0, 0.004), 4),
-                       start=later(0.01), end=later(int(rng.integers(2, 20))))
-        else:
-            pair = "EURUSD" if i % 3 else "GBPUSD"
-            spot = SPOTS[pair]
-            expiry = later(float(rng.uniform(0.1, 1.5)))
-            delivery = (datetime.date.fromisoformat(expiry) + datetime.timedelta(days=2)).isoformat()
-            notional = int(rng.integers(1, 50)) * 1_000_000
-            if kind < 7:
-                row.update(type="FXForward", desk="fx-cash", book=pair, currency="USD", pair=pair, notional=notional,
-                           rate=round(spot * (1 + rng.normal(0, 0.02)), 4), end=delivery)
-            elif kind < 9:
-                row.update(type="VanillaOption", desk="fx-options", book=pair, currency="USD", pair=pair,
-                           notional=notional, call_put=int(rng.integers(0, 2)),
-                           strike=round(spot * (1 + rng.normal(0, 0.04)), 4), expiry=expiry, end=delivery)
-            else:
-                down = rng.uniform() < 0.5
-                row.update(type="BarrierOption", desk="fx-exotics", book=pair, currency="USD", pair=pair,
-                           notional=notional, call_put=0 if down else 1,
-                           strike=round(spot * (1 + rng.normal(0, 0.02)), 4), expiry=expiry, end=delivery,
-                           barrier_type=3 if down else 4,  # down-and-out call, up-and-out put
-                           barrier=round(spot * (0.92 if down else 1.08), 4))
+        kind = FAMILIES[i % len(FAMILIES)]
+        (rate_trade if kind in ("Bond", "VanillaSwap", "FRA", "FloatingRateNote") else fx_trade)(kind, row, rng, i)
         rows.append(row)
     with open(os.path.join(HERE, "trades.csv"), "w", newline="") as file:
         writer = csv.DictWriter(file, COLUMNS)

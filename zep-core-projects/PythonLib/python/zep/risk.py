@@ -26,9 +26,15 @@ of their type (dates as ISO texts; pair names an FX pair of the market, its quot
 curve discounting):
 - Bond: coupon, start, end, curve, notional (the face amount)
 - VanillaSwap: side (+1 receive fixed, -1 pay fixed), notional, rate, start, end, curve
+- FRA: side (+1 pay the contract rate), notional, rate, start, end, curve
+- FloatingRateNote: coupon (the quoted margin), start, end, curve (discount and projection), notional
 - FXForward: side (+1 buy the base currency), notional, rate, end (delivery), pair
+- FXSwap: side (+1 buy the base at the near date), notional, rate and start (near), far_rate and end
+- NDF: side, notional, rate, expiry (fixing), end (settlement), pair
 - VanillaOption: side, call_put (0 call, 1 put), notional, strike, expiry, end (delivery), pair
 - BarrierOption: the option's columns and barrier_type (EuropeanBarrierBS codes), barrier
+- DigitalOption: the option's columns, call_put the digital type (0 cash call, 1 cash put),
+  notional the payout
 """
 import csv
 import json
@@ -163,8 +169,42 @@ def _barrier(row, market):
     return zeplib.BarrierOptionAdapter(option, row["pair"])
 
 
-TRADE_TYPES = {"Bond": _bond, "VanillaSwap": _swap, "FXForward": _fx_forward, "VanillaOption": _vanilla,
-               "BarrierOption": _barrier}
+def _fra(row, market):
+    fra = zeplib.MFRA(int(_number(row, "side")), _number(row, "notional"), _number(row, "rate"), row["start"],
+                      row["end"], market.curve(row["curve"]))
+    return zeplib.FRAAdapter(fra)
+
+
+def _floating_note(row, market):
+    note = zeplib.MFloatingRateNote(100.0, _number(row, "coupon"), row["start"], row["end"], market.curve(row["curve"]))
+    return zeplib.FloatingRateNoteAdapter(note, _number(row, "notional"))
+
+
+def _fx_swap(row, market):
+    spot, _, quote, base = market.pair(row["pair"])
+    swap = zeplib.MFXSwap(int(_number(row, "side")), _number(row, "notional"), _number(row, "rate"), row["start"],
+                          _number(row, "far_rate"), row["end"], spot, _spot_date(market), quote, base)
+    return zeplib.FXSwapAdapter(swap, row["pair"])
+
+
+def _ndf(row, market):
+    spot, _, quote, base = market.pair(row["pair"])
+    ndf = zeplib.MFXNDF(int(_number(row, "side")), _number(row, "notional"), _number(row, "rate"), row["expiry"],
+                        row["end"], spot, _spot_date(market), quote, base)
+    return zeplib.NDFAdapter(ndf, row["pair"])
+
+
+def _digital(row, market):
+    spot, vol, rd, rf = _option_market(row, market)
+    option = zeplib.MDigitalOption(int(_number(row, "side")), int(_number(row, "call_put")), _number(row, "notional"),
+                                   _number(row, "strike"), spot, market.reference_date, row["expiry"], row["end"],
+                                   rd, rf, vol)
+    return zeplib.DigitalOptionAdapter(option, row["pair"])
+
+
+TRADE_TYPES = {"Bond": _bond, "VanillaSwap": _swap, "FRA": _fra, "FloatingRateNote": _floating_note,
+               "FXForward": _fx_forward, "FXSwap": _fx_swap, "NDF": _ndf, "VanillaOption": _vanilla,
+               "BarrierOption": _barrier, "DigitalOption": _digital}
 
 
 class LoadedPortfolio:
