@@ -59,6 +59,38 @@ void BM_SwapParRate(benchmark::State& state) {
 }
 BENCHMARK(BM_SwapParRate);
 
+// A 10-year mark-to-market cross-currency basis swap, quarterly floating against quarterly
+// floating: the received leg's 39 later notionals reset to the FX forward of their period.
+void BM_MarkToMarketCrossCurrencySwapPV(benchmark::State& state) {
+    const YieldCurve& domestic = BootstrappedCurve();
+    const YieldCurve foreign(Date(15, 1, 2024), {Date(15, 1, 2024), Date(15, 1, 2044)}, std::vector<double>{0.025, 0.028},
+                             Continuous, DayCounter(Act365Fixed));
+    const Date start(17, 1, 2024);
+    ScheduleRules rules;
+    rules.centres = "TARGET";
+    rules.tenor = Period(3, Months);
+    rules.dayCounter = DayCounter(Act360);
+    const Schedule schedule(start, start + Period(10, Years), rules, Calendar::Shared());
+    LegTerms terms;
+    terms.kind = CouponKind::Floating;
+    terms.index = "DOMESTIC3M";
+    terms.notionals = {1.1e6};
+    terms.exchangeNotional = true;
+    terms.resetIndex = "FX";
+    terms.resetNotional = 1e6;
+    const Leg resetting(schedule, terms, Calendar::Shared());
+    terms.index = "FOREIGN3M";
+    terms.notionals = {1e6};
+    terms.resetIndex.clear();
+    const Swap swap(resetting, Leg(schedule, terms, Calendar::Shared()));
+    const FXMarket fx{1.1, Date(15, 1, 2024), &domestic, &foreign};
+    LegMarket domesticMarket{&domestic, &domestic};
+    domesticMarket.resetFX = &fx;
+    const LegMarket foreignMarket{&foreign, &foreign, nullptr, 1.1};
+    for (auto _ : state) benchmark::DoNotOptimize(swap.PV(domesticMarket, foreignMarket));
+}
+BENCHMARK(BM_MarkToMarketCrossCurrencySwapPV);
+
 // A book of 10 000 swaps re-valued on a curve shifted by one basis point, over two threads.
 void BM_SwapBookAfterCurveShift(benchmark::State& state) {
     std::vector<Swap> book;

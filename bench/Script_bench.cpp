@@ -1,7 +1,10 @@
-// Payoff scripts: parsing and preparing an autocallable, and evaluating one event date of it
-// per path through the compiled stream and through the tree-walking evaluator (same run).
+// Payoff scripts: parsing and preparing an autocallable, evaluating one event date of it per
+// path through the compiled stream and through the tree-walking evaluator (same run), and a
+// block of paths path by path against side by side.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cmath>
 #include <random>
 #include <string>
 #include <vector>
@@ -102,5 +105,49 @@ void EvaluateOneObservation(benchmark::State& state) {
 }
 BENCHMARK_TEMPLATE(EvaluateOneObservation, true)->Name("EvaluateOneObservation/Compiled");
 BENCHMARK_TEMPLATE(EvaluateOneObservation, false)->Name("EvaluateOneObservation/TreeEvaluator");
+
+// The 40-line observation on twelve monthly dates, for a block of 64 random-walk paths: path by
+// path through RunPath against side by side through RunLanes (same values), sharp and smoothed.
+// Items are paths.
+template <bool Lanes, bool Smoothed>
+void EvaluateBlockOf64Paths(benchmark::State& state) {
+    constexpr std::size_t kPaths = 64, kDates = 12;
+    std::vector<zep::Date> dates;
+    for (std::size_t d = 0; d < kDates; ++d) dates.push_back(zep::Date(15, 1, 2030).Advance(static_cast<int>(d), zep::Months));
+    const zep::ScriptProduct product(dates, std::vector<std::string>(kDates, kAutocallable40Lines));
+    const zep::CompiledScript& script = Smoothed ? product.CompiledSmoothed() : product.Compiled();
+    const std::size_t variables = product.VariableCount();
+    std::mt19937 random(23);
+    std::normal_distribution<double> step(0.0, 0.06);
+    std::vector<double> spots(kDates * kPaths), numeraires(kDates, 0.99);
+    std::vector<zep::ScenarioPoint> points(kDates * kPaths);
+    for (std::size_t p = 0; p < kPaths; ++p) {
+        double spot = 100.0;
+        for (std::size_t d = 0; d < kDates; ++d) {
+            spot *= std::exp(step(random));
+            spots[d * kPaths + p] = spot;
+            points[p * kDates + d] = {spot, 0.99};
+        }
+    }
+    auto pathScratch = script.MakeScratch(zep::kDefaultFuzzyEps);
+    auto laneScratch = script.MakeLaneScratch(kPaths, zep::kDefaultFuzzyEps);
+    std::vector<double> values(variables * kPaths);
+    for (auto _ : state) {
+        std::fill(values.begin(), values.end(), 0.0);
+        if constexpr (Lanes) {
+            script.RunLanes(spots.data(), numeraires.data(), kPaths, values.data(), laneScratch);
+        } else {
+            for (std::size_t p = 0; p < kPaths; ++p)
+                script.RunPath(points.data() + p * kDates, values.data() + p * variables, pathScratch);
+        }
+        benchmark::DoNotOptimize(values.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kPaths));
+}
+BENCHMARK_TEMPLATE(EvaluateBlockOf64Paths, false, false)->Name("EvaluateBlockOf64Paths/Sharp/PathByPath");
+BENCHMARK_TEMPLATE(EvaluateBlockOf64Paths, true, false)->Name("EvaluateBlockOf64Paths/Sharp/Lanes");
+BENCHMARK_TEMPLATE(EvaluateBlockOf64Paths, false, true)->Name("EvaluateBlockOf64Paths/Smoothed/PathByPath");
+BENCHMARK_TEMPLATE(EvaluateBlockOf64Paths, true, true)->Name("EvaluateBlockOf64Paths/Smoothed/Lanes");
 
 }  // namespace

@@ -49,9 +49,21 @@ Bond::Position Bond::PositionAt(const Date& settlement) const {
 }
 
 // Flow k after settlement is discounted over periodsToFirst + k periods at v = 1 / (1 + y / f):
-// one power, then a product per period.
+// one power, then a product per period. Under simple interest in the last period, the one flow
+// left is discounted by 1 + y t over the t years to it.
 Bond::PriceAndSlopes Bond::PriceAt(double yield, const Position& position) const {
     const double f = static_cast<double>(m_terms.frequency);
+    const double scale = 100.0 / position.outstanding;
+    if (m_terms.simpleYieldInLastPeriod && position.first + 1 == m_flows.size()) {
+        const double years = position.periodsToFirst / f, growth = 1.0 + yield * years;
+        const double flow = (m_flows.back().coupon + m_flows.back().principal) * scale;
+        PriceAndSlopes out;
+        out.price = flow / growth;
+        out.timeWeighted = out.price * years;
+        out.slope = -out.timeWeighted / growth;
+        out.curvature = 2.0 * out.price * years * years / (growth * growth);
+        return out;
+    }
     const double growth = 1.0 + yield / f;
     const double v = 1.0 / growth;
     double discount = std::pow(v, position.periodsToFirst), periods = position.periodsToFirst;
@@ -62,7 +74,6 @@ Bond::PriceAndSlopes Bond::PriceAt(double yield, const Position& position) const
         out.timeWeighted += value * periods;
         out.curvature += value * periods * (periods + 1.0);
     }
-    const double scale = 100.0 / position.outstanding;
     out.price *= scale;
     out.timeWeighted *= scale / f;                             // sum t PV, t in years
     out.slope = -out.timeWeighted / growth;                    // dP/dy
@@ -191,6 +202,7 @@ std::string Bond::Describe() const {
     text << "Fixed-rate bond, coupon " << m_terms.couponRate << " paid " << m_terms.frequency << " times a year ("
          << m_terms.dayCounter.ToString() << "), notional " << m_terms.notionals.front();
     if (m_terms.notionals.size() > 1) text << " amortising";
+    if (m_terms.simpleYieldInLastPeriod) text << ", simple yield in the last period";
     text << ", " << m_flows.front().accrualStart.ToString() << " to " << MaturityDate().ToString() << ".";
     return text.str();
 }

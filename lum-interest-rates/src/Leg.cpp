@@ -8,16 +8,6 @@
 
 namespace zep {
 
-namespace {
-
-void RequireMarket(const LegMarket& market, bool needsProjection) {
-    ZEP_REQUIRE(market.discount != nullptr, "Leg: no discount curve.");
-    ZEP_REQUIRE(!needsProjection || market.projection != nullptr, "Leg: no projection curve.");
-    ZEP_REQUIRE(std::isfinite(market.fxRate) && market.fxRate > 0.0, "Leg: the FX rate must be positive.");
-}
-
-}  // namespace
-
 // The discount factors of a leg's dates on one curve, read in one block call: a 10-year
 // quarterly leg asks for each date up to three times (index start, index end, payment) and the
 // block interpolates them in one pass. Legs with more dates than the buffer read one by one.
@@ -56,6 +46,13 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
     const bool floating = m_terms.kind != CouponKind::Fixed;
     ZEP_REQUIRE(!floating || !m_terms.index.empty(), "Leg: a floating leg needs an index name.");
     ZEP_REQUIRE(m_terms.lookbackDays >= 0 && m_terms.lockoutDays >= 0, "Leg: lookback and lockout days must be >= 0.");
+    if (!m_terms.resetIndex.empty()) {
+        ZEP_REQUIRE(std::isfinite(m_terms.resetNotional) && m_terms.resetNotional > 0.0,
+                    "Leg: the notional a leg resets from '" + std::to_string(m_terms.resetNotional) +
+                        "' must be a positive number.");
+        ZEP_REQUIRE(m_terms.exchangeNotional && m_terms.notionals.size() == 1,
+                    "Leg: a leg whose notional resets exchanges one notional, not an amortising one.");
+    }
     m_centres = schedule.Rules().centres;
     const DayCounter& dayCounter = schedule.Rules().dayCounter;
     for (std::size_t i = 0; i < periods.size(); ++i) {
@@ -65,6 +62,7 @@ Leg::Leg(const Schedule& schedule, LegTerms terms, const Calendar& calendar) : m
         coupon.accrualEnd = period.accrualEnd;
         coupon.payment = period.payment;
         coupon.fixing = period.fixing;
+        if (!m_terms.resetIndex.empty()) m_resetFixings.push_back(period.fixing);
         coupon.accrualFraction = period.accrualFraction;
         coupon.notional = m_terms.notionals[m_terms.notionals.size() == 1 ? 0 : i];
         coupon.indexStart = period.accrualStart;
@@ -162,6 +160,24 @@ double Leg::CouponRate(const Coupon& coupon, const LegMarket& market, const Fact
     return 0.0;
 }
 
+void Leg::RequireMarket(const LegMarket& market, bool needsProjection) const {
+    ZEP_REQUIRE(market.discount != nullptr, "Leg: no discount curve.");
+    ZEP_REQUIRE(!needsProjection || market.projection != nullptr, "Leg: no projection curve.");
+    ZEP_REQUIRE(std::isfinite(market.fxRate) && market.fxRate > 0.0, "Leg: the FX rate must be positive.");
+    ZEP_REQUIRE(!ResetsNotional() || market.resetFX != nullptr, "Leg: a leg whose notional resets needs an FX market.");
+}
+
+// The first notional is the one traded; each later one is struck at the FX rate fixed on the
+// period's fixing date, which is the outright for the period's start until it is published.
+double Leg::ResetNotional(std::size_t i, const LegMarket& market) const {
+    const Date valuation = market.discount->ReferenceDate();
+    const auto fixed = KnownFixing(market.fixings, m_terms.resetIndex, m_resetFixings[i], valuation);
+    ZEP_REQUIRE(!fixed || *fixed > 0.0, "Leg: the FX fixing of index '" + m_terms.resetIndex + "' on " +
+                                            m_resetFixings[i].ToString() + " must be positive.");
+    const double rate = fixed ? *fixed : FXForward::Outright(*market.resetFX, m_coupons[i].accrualStart);
+    return m_terms.resetRateInverted ? m_terms.resetNotional / rate : m_terms.resetNotional * rate;
+}
+
 template <class Visit>
 void Leg::ForEachFlow(const LegMarket& market, Visit&& visit) const {
     RequireMarket(market, m_terms.kind != CouponKind::Fixed);
@@ -174,22 +190,28 @@ void Leg::ForEachFlow(const LegMarket& market, Visit&& visit) const {
     const Factors& projection = projectionFactors ? *projectionFactors : discount;
     const Coupon& first = m_coupons.front();
     if (m_terms.exchangeNotional && first.accrualStart > valuation)
-        visit(nullptr, first.accrualStart, 0.0, -first.notional, market.discount->DiscountFactor(first.accrualStart));
-    for (std::size_t i = 0; i < m_coupons.size(); ++i) {
+        visit(nullptr, first.accrualStart, first.notional, 0.0, -first.notional,
+              market.discount->DiscountFactor(first.accrualStart));
+    std::size_t i = 0;
+    while (i < m_coupons.size() && m_coupons[i].payment <= valuation) ++i;
+    // Each notional is read once: a reset one costs an FX forward.
+    double notional = i < m_coupons.size() ? NotionalOf(i, market) : 0.0;
+    for (; i < m_coupons.size(); ++i) {
         const Coupon& coupon = m_coupons[i];
-        if (coupon.payment <= valuation) continue;
         const double rate = CouponRate(coupon, market, projection);
         const double factor = discount.At(coupon.paymentSlot);
-        visit(&coupon, coupon.payment, rate, coupon.notional * rate * coupon.accrualFraction, factor);
-        // Principal returns as the notional steps down, the rest at maturity.
-        const double next = i + 1 < m_coupons.size() ? m_coupons[i + 1].notional : 0.0;
-        if (m_terms.exchangeNotional && coupon.notional != next) visit(nullptr, coupon.payment, 0.0, coupon.notional - next, factor);
+        visit(&coupon, coupon.payment, notional, rate, notional * rate * coupon.accrualFraction, factor);
+        // Principal returns as the notional steps down (or resets), the rest at maturity.
+        const double next = i + 1 < m_coupons.size() ? NotionalOf(i + 1, market) : 0.0;
+        if (m_terms.exchangeNotional && notional != next)
+            visit(nullptr, coupon.payment, std::abs(notional - next), 0.0, notional - next, factor);
+        notional = next;
     }
 }
 
 double Leg::PV(const LegMarket& market) const {
     double pv = 0.0;
-    ForEachFlow(market, [&](const Coupon*, const Date&, double, double amount, double factor) { pv += amount * factor; });
+    ForEachFlow(market, [&](const Coupon*, const Date&, double, double, double amount, double factor) { pv += amount * factor; });
     return pv * market.fxRate;
 }
 
@@ -198,16 +220,21 @@ double Leg::Annuity(const LegMarket& market) const {
     const Date valuation = market.discount->ReferenceDate();
     const Factors discount(*market.discount, m_dates);
     double annuity = 0.0;
-    for (const Coupon& coupon : m_coupons)
-        if (coupon.payment > valuation) annuity += coupon.notional * coupon.accrualFraction * discount.At(coupon.paymentSlot);
+    for (std::size_t i = 0; i < m_coupons.size(); ++i) {
+        const Coupon& coupon = m_coupons[i];
+        if (coupon.payment > valuation)
+            annuity += NotionalOf(i, market) * coupon.accrualFraction * discount.At(coupon.paymentSlot);
+    }
     return annuity * market.fxRate;
 }
 
 std::vector<CashFlow> Leg::CashFlows(const LegMarket& market) const {
     std::vector<CashFlow> rows;
-    ForEachFlow(market, [&](const Coupon* coupon, const Date& payment, double rate, double amount, double factor) {
+    ForEachFlow(market, [&](const Coupon* coupon, const Date& payment, double notional, double rate, double amount,
+                            double factor) {
         CashFlow row;
         row.paymentDate = payment;
+        row.notional = notional;
         row.amount = amount;
         row.discountFactor = factor;
         row.presentValue = amount * row.discountFactor;
@@ -216,11 +243,9 @@ std::vector<CashFlow> Leg::CashFlows(const LegMarket& market) const {
             row.accrualEnd = coupon->accrualEnd;
             row.fixingDate = m_terms.kind == CouponKind::Fixed ? Date() : coupon->fixing;
             row.accrualFraction = coupon->accrualFraction;
-            row.notional = coupon->notional;
             row.rate = rate;
         } else {
             row.kind = CashFlowKind::Notional;
-            row.notional = std::abs(amount);
         }
         rows.push_back(row);
     });

@@ -24,6 +24,8 @@ std::string DescribeLeg(const Leg& leg) {
     const LegTerms& terms = leg.Terms();
     text << KindName(terms.kind) << " leg, notional " << terms.notionals.front();
     if (terms.notionals.size() > 1) text << " amortising to " << terms.notionals.back();
+    if (!terms.resetIndex.empty())
+        text << " resetting each period to " << terms.resetNotional << " of the other currency at " << terms.resetIndex;
     if (terms.kind == CouponKind::Fixed) {
         text << ", rate " << terms.fixedRate;
     } else {

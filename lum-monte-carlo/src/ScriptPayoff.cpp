@@ -24,7 +24,7 @@ class ScriptEvaluator final : public PathEvaluator {
 public:
     ScriptEvaluator(const ScriptProduct& product, bool smoothed)
         : m_evaluator(product), m_events(product.EventCount()), m_variables(product.VariableCount()),
-          m_smoothed(smoothed) {}
+          m_smoothed(smoothed), m_script(smoothed ? product.CompiledSmoothed() : product.Compiled()) {}
 
     void Evaluate(const ScenarioPoint* scenario, double* variables) override {
         const std::span<const ScenarioPoint> path(scenario, m_events);
@@ -35,11 +35,20 @@ public:
             m_evaluator.Evaluate(path, values);
     }
 
+    void EvaluateBlock(const PathBlock& block, std::size_t, double* variables) override {
+        // The scratch grows to the widest block asked for, once.
+        if (m_laneScratch.lanes < block.lanes)
+            m_laneScratch = m_script.MakeLaneScratch(block.lanes, m_smoothed ? kDefaultFuzzyEps : 0.0);
+        m_script.RunLanes(block.spots, block.numeraires, block.lanes, variables, m_laneScratch);
+    }
+
 private:
     ScriptPathEvaluator m_evaluator;
     std::size_t m_events;
     std::size_t m_variables;
     bool m_smoothed;
+    const CompiledScript& m_script;
+    CompiledScript::LaneScratch m_laneScratch;
 };
 
 class ScriptPayoff final : public PathPayoff {

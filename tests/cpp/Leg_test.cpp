@@ -106,6 +106,63 @@ TEST(Leg, AmortisingNotionalReturnsPrincipalAsItStepsDown) {
     EXPECT_DOUBLE_EQ(principal, 0.0);  // -100 at the start, +25 four times
 }
 
+// A mark-to-market leg: each period lends the foreign notional at the FX forward of its start and
+// is repaid with the period's forward rate, so on its own curve every period is worth nothing.
+TEST(Leg, AResettingNotionalFollowsTheFXForwardAndEachPeriodFinancesItself) {
+    const YieldCurve domestic = SlopedCurve();
+    const YieldCurve foreign(D("2024-01-15"), {D("2024-01-15"), D("2034-01-15")}, std::vector<double>{0.02, 0.024},
+                             Continuous, DayCounter(Act365Fixed));
+    const FXMarket fx{1.25, D("2024-01-15"), &domestic, &foreign};
+    LegTerms terms = Floating();
+    terms.notionals = {1.25e6};
+    terms.exchangeNotional = true;
+    terms.resetIndex = "FX";
+    terms.resetNotional = 1e6;
+    const Leg leg(LegSchedule("2024-03-15", "2027-03-15", "3M"), terms, Calendar::Shared());
+    LegMarket market{&domestic, &domestic};
+    market.resetFX = &fx;
+    EXPECT_NEAR(leg.PV(market), 0.0, 1e-8);
+    int coupon = 0;
+    for (const CashFlow& row : leg.CashFlows(market)) {
+        if (row.kind != CashFlowKind::Coupon) continue;
+        const double forward = 1.25 * foreign.DiscountFactor(row.accrualStart) / domestic.DiscountFactor(row.accrualStart);
+        EXPECT_NEAR(row.notional, coupon++ == 0 ? 1.25e6 : 1e6 * forward, 1e-8) << row.accrualStart.ToString();
+    }
+    EXPECT_EQ(testing::ErrorMessage([&] { leg.PV({&domestic, &domestic}); }),
+              "Leg: a leg whose notional resets needs an FX market.");
+    terms.notionals = std::vector<double>(12, 1e6);
+    EXPECT_EQ(testing::ErrorMessage([&] { Leg(LegSchedule("2024-03-15", "2027-03-15", "3M"), terms, Calendar::Shared()); }),
+              "Leg: a leg whose notional resets exchanges one notional, not an amortising one.");
+}
+
+// The rate quotes the other currency per unit of the leg's own: the notional divides by it.
+TEST(Leg, AnInvertedResetDividesByTheRateAndAPublishedRateMustBePositive) {
+    const YieldCurve domestic = SlopedCurve();
+    const YieldCurve foreign(D("2024-01-15"), {D("2024-01-15"), D("2034-01-15")}, std::vector<double>{0.02, 0.024},
+                             Continuous, DayCounter(Act365Fixed));
+    const FXMarket fx{1.25, D("2024-01-15"), &domestic, &foreign};
+    LegTerms terms = Floating();
+    terms.notionals = {1e6};
+    terms.exchangeNotional = true;
+    terms.resetIndex = "FX";
+    terms.resetNotional = 1.25e6;
+    terms.resetRateInverted = true;
+    const Leg leg(LegSchedule("2023-09-15", "2025-09-15", "3M"), terms, Calendar::Shared());
+    FixingStore fixings;
+    fixings.Add("EURIBOR6M", D("2023-09-13"), 0.03);
+    fixings.Add("EURIBOR6M", D("2023-12-13"), 0.031);
+    fixings.Add("FX", D("2023-12-13"), 1.28);
+    LegMarket market{&foreign, &foreign, &fixings};
+    market.resetFX = &fx;
+    const std::vector<CashFlow> rows = leg.CashFlows(market);
+    EXPECT_NEAR(rows.front().notional, 1.25e6 / 1.28, 1e-8);  // the period from 15 Dec 2023, fixed on the 13th
+    const CashFlow& next = rows[2];                            // after the coupon and the reset exchange
+    EXPECT_NEAR(next.notional, 1.25e6 / (1.25 * foreign.DiscountFactor(next.accrualStart) /
+                                         domestic.DiscountFactor(next.accrualStart)), 1e-8);
+    fixings.Add("FX", D("2023-12-13"), 0.0);
+    EXPECT_EQ(testing::ErrorMessage([&] { leg.PV(market); }), "Leg: the FX fixing of index 'FX' on 13/12/2023 must be positive.");
+}
+
 TEST(Leg, RefusesInputsThatMakeNoSense) {
     LegTerms terms;
     terms.notionals = {-1.0};

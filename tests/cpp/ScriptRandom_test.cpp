@@ -1,6 +1,7 @@
 // Seeded random scripts: well-formed ones must give the same values through the compiled stream
-// as through the tree-walking evaluator; arbitrary token soup and bytes must end in a result or
-// a script error, never a crash or a hang.
+// as through the tree-walking evaluator, and through the stream run over a block of paths side
+// by side as path by path; arbitrary token soup and bytes must end in a result or a script
+// error, never a crash or a hang.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -104,6 +105,33 @@ bool SameDouble(double a, double b) {
     return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
 }
 
+// Runs the paths side by side through RunLanes and each alone through RunPath: every variable of
+// every lane must carry its path's bits. Lanes share one numeraire per date, the first path's.
+void ExpectLanesGivePathValues(const zep::CompiledScript& script, std::size_t variables, double eps,
+                               std::vector<std::vector<ScenarioPoint>> paths, const std::string& context) {
+    const std::size_t lanes = paths.size(), events = script.EventCount();
+    std::vector<double> spots(events * lanes), numeraires(events), laneValues(variables * lanes, 0.0);
+    for (std::size_t e = 0; e < events; ++e) {
+        numeraires[e] = paths[0][e].numeraire;
+        for (std::size_t l = 0; l < lanes; ++l) {
+            paths[l][e].numeraire = numeraires[e];
+            spots[e * lanes + l] = paths[l][e].spot;
+        }
+    }
+    // A scratch made for more lanes than the block serves it too.
+    auto laneScratch = script.MakeLaneScratch(lanes + 3, eps);
+    script.RunLanes(spots.data(), numeraires.data(), lanes, laneValues.data(), laneScratch);
+    auto scratch = script.MakeScratch(eps);
+    for (std::size_t l = 0; l < lanes; ++l) {
+        std::vector<double> path(variables, 0.0);
+        script.RunPath(paths[l].data(), path.data(), scratch);
+        for (std::size_t v = 0; v < variables; ++v)
+            ASSERT_TRUE(SameDouble(laneValues[v * lanes + l], path[v]))
+                << context << "\nlane " << l << " of " << lanes << ", variable " << v << ": "
+                << laneValues[v * lanes + l] << " vs " << path[v];
+    }
+}
+
 TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandomScripts) {
     ScriptGenerator generator(7031);
     std::mt19937 random(99);
@@ -125,11 +153,13 @@ TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandom
         // A band as wide as the spots' spread, so that most smoothed conditions blend.
         zep::ScriptPathEvaluator wide(*product, 60.0);
         std::vector<double> compiled(product->VariableCount()), tree(product->VariableCount());
+        std::vector<std::vector<ScenarioPoint>> paths;
         for (int path = 0; path < 8; ++path) {
             std::vector<ScenarioPoint> points;
             for (int i = 0; i < 3; ++i) points.push_back({spot(random), numeraire(random)});
             // Exact ties on comparisons and SMOOTH bands matter too.
             if (path == 0) points = {{100.0, 1.0}, {1.0, 0.5}, {0.5, 1.0}};
+            paths.push_back(points);
             const auto same = [&](const char* logic) {
                 for (std::size_t v = 0; v < tree.size(); ++v)
                     ASSERT_TRUE(SameDouble(compiled[v], tree[v]))
@@ -145,6 +175,17 @@ TEST(ScriptCompiler, GivesExactlyTheTreeEvaluatorsValuesSharpAndSmoothedOnRandom
             wide.EvaluateFuzzy(points, compiled);
             wide.EvaluateFuzzyTree(points, tree);
             ASSERT_NO_FATAL_FAILURE(same("smoothed, wide band"));
+        }
+        const std::string context = scripts[0] + "\n" + scripts[1] + "\n" + scripts[2];
+        // Blocks of one path, of every path, and of paths whose lanes take branches apart.
+        for (const std::size_t lanes : {std::size_t{1}, paths.size()}) {
+            const std::vector<std::vector<ScenarioPoint>> block(paths.begin(), paths.begin() + lanes);
+            const std::size_t variables = product->VariableCount();
+            ASSERT_NO_FATAL_FAILURE(ExpectLanesGivePathValues(product->Compiled(), variables, 0.0, block, "sharp\n" + context));
+            ASSERT_NO_FATAL_FAILURE(ExpectLanesGivePathValues(product->CompiledSmoothed(), variables, zep::kDefaultFuzzyEps,
+                                                              block, "smoothed\n" + context));
+            ASSERT_NO_FATAL_FAILURE(ExpectLanesGivePathValues(product->CompiledSmoothed(), variables, 60.0, block,
+                                                              "smoothed, wide band\n" + context));
         }
     }
     EXPECT_GT(built, 1400);
@@ -172,6 +213,7 @@ TEST(ScriptCompiler, RunsOfIdenticalGuardsGiveTheTreeEvaluatorsValues) {
         const zep::ScriptProduct product(zep::testing::MonthlyDates(scripts.size()), scripts);
         zep::ScriptPathEvaluator narrow(product), wide(product, 0.5);
         std::vector<double> compiled(product.VariableCount()), tree(product.VariableCount());
+        std::vector<std::vector<ScenarioPoint>> paths;
         for (int path = 0; path < 400; ++path) {
             std::vector<ScenarioPoint> points(scripts.size(), ScenarioPoint{100.0, 1.0});
             double spot = 100.0;
@@ -179,6 +221,7 @@ TEST(ScriptCompiler, RunsOfIdenticalGuardsGiveTheTreeEvaluatorsValues) {
             if (path % 5 == 0) points[1 + path % kDates].spot = 70.0;   // on the barrier
             if (path % 11 == 0) points[1 + path % kDates].spot = 130.0;
             if (path % 13 == 0) points[1 + path % kDates].spot = NAN;
+            paths.push_back(points);
             for (auto* evaluator : {&narrow, &wide}) {
                 evaluator->Evaluate(points, compiled);
                 evaluator->EvaluateTree(points, tree);
@@ -190,6 +233,11 @@ TEST(ScriptCompiler, RunsOfIdenticalGuardsGiveTheTreeEvaluatorsValues) {
                     ASSERT_TRUE(SameDouble(compiled[v], tree[v])) << guard << " smoothed, path " << path;
             }
         }
+        const std::size_t variables = product.VariableCount();
+        ASSERT_NO_FATAL_FAILURE(ExpectLanesGivePathValues(product.Compiled(), variables, 0.0, paths, guard + " sharp"));
+        for (const double eps : {zep::kDefaultFuzzyEps, 0.5})
+            ASSERT_NO_FATAL_FAILURE(
+                ExpectLanesGivePathValues(product.CompiledSmoothed(), variables, eps, paths, guard + " smoothed"));
     }
 }
 

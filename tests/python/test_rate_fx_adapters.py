@@ -48,6 +48,11 @@ def xccy(shift=0.0, spot=SPOT):
                               curve("EUR", shift, -0.01), "FIXED", 0.035, "FIXED", 0.025)
 
 
+def xccy_resetting(shift=0.0, spot=SPOT):
+    return zep.MXCurrencySwap(1.08e7, 1e7, "2024-01-17", "2029-01-17", spot, curve("USD", shift),
+                              curve("EUR", shift, -0.01), "IBOR", 0.0, "IBOR", 0.001, resettingLeg="DOMESTIC")
+
+
 FAMILIES = {
     "fra": (fra, zep.FRAAdapter, zep.ProductType_FRA, 1.0),
     "note": (note, lambda n: zep.FloatingRateNoteAdapter(n, 1e6), zep.ProductType_FRN, 1e4),
@@ -55,8 +60,10 @@ FAMILIES = {
     "fx_swap": (fx_swap, lambda s: zep.FXSwapAdapter(s, "EURUSD"), zep.ProductType_FX_SWAP, 1.0),
     "ndf": (ndf, lambda n: zep.NDFAdapter(n, "EURUSD"), zep.ProductType_NDF, 1.0),
     "xccy": (xccy, lambda s: zep.CrossCurrencySwapAdapter(s, "EURUSD"), zep.ProductType_CROSS_CURRENCY_SWAP, 1.0),
+    "xccy resetting": (xccy_resetting, lambda s: zep.CrossCurrencySwapAdapter(s, "EURUSD"),
+                       zep.ProductType_CROSS_CURRENCY_SWAP, 1.0),
 }
-FX_FAMILIES = ["fx_swap", "ndf", "xccy"]
+FX_FAMILIES = ["fx_swap", "ndf", "xccy", "xccy resetting"]
 
 
 def value(adapter, metric):

@@ -134,6 +134,124 @@ def test_a_cross_currency_swap_of_flat_floating_legs_is_worth_nothing(curve):
     assert flat.NPV() == pytest.approx(0.0, abs=1e-6)
 
 
+# Five years, the fixed leg yearly and the floating leg half-yearly, amortising 3m, 3m, 2m, 2m, 1m.
+FIXED_STEPS = [3e6, 3e6, 2e6, 2e6, 1e6]
+FLOAT_STEPS = [n for n in FIXED_STEPS for _ in range(2)]
+
+
+def amortising(curve, pay_fixed=1, **kwargs):
+    return zep.MVanillaSwap(pay_fixed, 1e6, 0.03, "2024-01-17", "2029-01-17", curve, fixedNotionals=FIXED_STEPS,
+                            floatNotionals=FLOAT_STEPS, **kwargs)
+
+
+@pytest.mark.parametrize("pay_fixed", [1, -1])
+def test_an_amortising_swap_is_the_sum_of_bullet_swaps_on_its_notional_steps(curve, pay_fixed):
+    # 1m to 2029, 1m more to 2028 and 1m more to 2026 outstanding period by period.
+    bullets = [zep.MVanillaSwap(pay_fixed, 1e6, 0.03, "2024-01-17", end, curve, spread=0.001)
+               for end in ("2029-01-17", "2028-01-17", "2026-01-17")]
+    ours = amortising(curve, pay_fixed, spread=0.001)
+    assert ours.NPV() == pytest.approx(sum(b.NPV() for b in bullets), rel=1e-12)
+    assert ours.FixedLegBPS() == pytest.approx(sum(b.FixedLegBPS() for b in bullets), rel=1e-12)
+    assert ours.FloatingLegPV() == pytest.approx(sum(b.FloatingLegPV() for b in bullets), rel=1e-12)
+    at_par = amortising(curve, pay_fixed, spread=0.001)
+    assert zep.MVanillaSwap(pay_fixed, 1e6, at_par.ParRate(), "2024-01-17", "2029-01-17", curve, spread=0.001,
+                            fixedNotionals=FIXED_STEPS, floatNotionals=FLOAT_STEPS).NPV() == pytest.approx(0, abs=1e-7)
+
+
+def test_an_amortising_swap_agrees_with_quantlib_on_its_notional_schedule(curve, ql_curve):
+    target = ql.TARGET()
+    schedule = lambda tenor: ql.Schedule(ql.Date(17, 1, 2024), ql.Date(17, 1, 2029), ql.Period(tenor), target,
+                                         ql.ModifiedFollowing, ql.ModifiedFollowing, ql.DateGeneration.Backward, False)
+    fixed = ql.FixedRateLeg(schedule("1Y"), ql.Thirty360(ql.Thirty360.BondBasis), FIXED_STEPS, [0.03],
+                            ql.ModifiedFollowing)
+    floating = ql.IborLeg(FLOAT_STEPS, schedule("6M"), ql.Euribor6M(ql_curve), ql.Actual360(), ql.ModifiedFollowing,
+                          [2], [1.0], [0.001])
+    reference = ql.Swap(fixed, floating)  # pays the first leg
+    reference.setPricingEngine(ql.DiscountingSwapEngine(ql_curve))
+    ours = amortising(curve, spread=0.001)
+    assert ours.NPV() == pytest.approx(reference.NPV(), rel=1e-8)
+    fixed_bps = reference.legBPS(0)
+    assert ours.FixedLegBPS() == pytest.approx(abs(fixed_bps), rel=1e-8)
+    assert ours.ParRate() == pytest.approx(0.03 - reference.NPV() / fixed_bps * 1e-4, rel=1e-8)  # NPV linear in the rate
+    rows = [r for r in ours.CashFlowSchedule() if r.accrualFraction > 0 and r.fixingDate.SerialNumber() == 0]
+    assert [r.notional for r in rows] == FIXED_STEPS
+
+
+# --- mark-to-market cross-currency swaps ------------------------------------------------------
+
+SPOT = 1.10  # domestic per foreign: the domestic leg's first notional is the foreign one at spot
+
+
+def mtm_swap(curve, foreign, resetting="DOMESTIC", **kwargs):
+    return zep.MXCurrencySwap(SPOT * 1e6, 1e6, "2024-01-17", "2029-01-17", SPOT, curve, foreign, resettingLeg=resetting,
+                              **kwargs)
+
+
+def coupons(swap):
+    """The coupons of the received domestic leg, then those of the paid foreign leg (as many)."""
+    rows = [r for r in swap.CashFlowSchedule() if r.kind == zep.CashFlowKind_Coupon]
+    return rows[:len(rows) // 2], rows[len(rows) // 2:]
+
+
+@pytest.mark.parametrize("resetting", ["DOMESTIC", "FOREIGN"])
+def test_mark_to_market_notionals_reset_to_the_fx_forward_of_each_period(curve, eur_curve, resetting):
+    domestic, foreign = coupons(mtm_swap(curve, eur_curve, resetting))
+    resets, constant = (domestic, foreign) if resetting == "DOMESTIC" else (foreign, domestic)
+    assert [row.notional for row in constant] == [constant[0].notional] * 20
+    assert (domestic[0].notional, foreign[0].notional) == (SPOT * 1e6, 1e6)
+    for row in resets[1:]:
+        forward = SPOT * eur_curve.DiscountFactor(row.accrualStart) / curve.DiscountFactor(row.accrualStart)
+        expected = 1e6 * forward if resetting == "DOMESTIC" else SPOT * 1e6 / forward
+        assert row.notional == pytest.approx(expected, rel=1e-14), str(row.accrualStart)
+
+
+@pytest.mark.parametrize("resetting", ["DOMESTIC", "FOREIGN"])
+def test_a_mark_to_market_swap_of_flat_floating_legs_on_their_own_curves_is_worth_nothing(curve, eur_curve, resetting):
+    # Each period lends its reset notional and gets it back with the period's own forward rate.
+    ours = mtm_swap(curve, eur_curve, resetting)
+    assert ours.DomesticLegPV() == pytest.approx(0.0, abs=1e-6)
+    assert ours.ForeignLegPV() == pytest.approx(0.0, abs=1e-6)
+    assert ours.NPV() == pytest.approx(0.0, abs=1e-6)
+
+
+def test_a_mark_to_market_swap_with_a_basis_is_its_expected_flows_and_worth_nothing_at_par(curve, eur_curve):
+    projection = zep.YieldCurve.FromZeroRates(REFERENCE, PILLARS, [z + 0.002 for z in ZEROS], zep.Continuous,
+                                              zep.DayCounter(zep.Act365Fixed))
+    ours = mtm_swap(curve, eur_curve, domesticRate=0.0015, domesticProjectionCurve=projection)
+    # The independent reference: lend each period's forward notional at its start, get it back
+    # with the projected rate plus the spread at its end.
+    d = lambda c, x: c.DiscountFactor(x)
+    act360 = zep.DayCounter(zep.Act360)
+    pv = 0.0
+    for i, row in enumerate(coupons(ours)[0]):
+        start, end = row.accrualStart, row.accrualEnd
+        notional = SPOT * 1e6 if i == 0 else 1e6 * SPOT * d(eur_curve, start) / d(curve, start)
+        forward = (d(projection, start) / d(projection, end) - 1) / act360.YearFraction(start, end)
+        interest = notional * (forward + 0.0015) * act360.YearFraction(start, end)
+        pv += (notional + interest) * d(curve, end) - notional * d(curve, start)
+    assert ours.DomesticLegPV() == pytest.approx(pv, rel=1e-10)
+    at_par = mtm_swap(curve, eur_curve, domesticRate=ours.ParSpread(), domesticProjectionCurve=projection)
+    assert at_par.NPV() == pytest.approx(0.0, abs=1e-6)
+
+
+def test_a_started_mark_to_market_swap_reads_its_published_fx_reset(curve, eur_curve):
+    fixings = zep.FixingStore()
+    for index, rate in [("DOMESTIC", 0.034), ("FOREIGN", 0.024)]:
+        fixings.Add(index, "2023-10-13", rate)
+    build = lambda: zep.MXCurrencySwap(1.05e6, 1e6, "2023-07-17", "2028-07-17", SPOT, curve, eur_curve,
+                                       resettingLeg="DOMESTIC", fxIndex="EURUSD", fixings=fixings)
+    with pytest.raises(RuntimeError, match=r"^MXCurrencySwap::MXCurrencySwap failed: Missing fixing of index 'EURUSD' "
+                                           r"on 13/10/2023\."):
+        build()
+    fixings.Add("EURUSD", "2023-10-13", 1.06)
+    current = build().CashFlowSchedule()[0]
+    assert current.accrualStart == zep.Date("2023-10-17")
+    assert (current.notional, current.rate) == (pytest.approx(1.06e6, rel=1e-15), 0.034)
+    foreign_resets = zep.MXCurrencySwap(1.05e6, 1e6, "2023-07-17", "2028-07-17", SPOT, curve, eur_curve,
+                                        resettingLeg="FOREIGN", fxIndex="EURUSD", fixings=fixings)
+    current = coupons(foreign_resets)[1][0]
+    assert (current.accrualStart, current.notional) == (zep.Date("2023-10-17"), pytest.approx(1.05e6 / 1.06, rel=1e-15))
+
 # --- bonds -----------------------------------------------------------------------------------
 
 TREASURY = dict(couponRate=0.045, issueDate="2023-11-15", maturityDate="2033-11-15", tenor="6M",
@@ -177,22 +295,81 @@ def test_duration_and_convexity_are_the_yield_derivatives_of_the_price(yield_):
     assert bond.Convexity(yield_, settle) == pytest.approx((up - 2 * mid + down) / (h * h) / mid, rel=1e-5)
 
 
-def test_bond_figures_agree_with_quantlib():
-    ql.Settings.instance().evaluationDate = ql.Date(16, 1, 2024)
-    schedule = ql.Schedule(ql.Date(15, 11, 2023), ql.Date(15, 11, 2033), ql.Period("6M"), ql.NullCalendar(),
-                           ql.Unadjusted, ql.Unadjusted, ql.DateGeneration.Backward, False)
-    reference = ql.FixedRateBond(0, 100.0, schedule, [0.045], ql.ActualActual(ql.ActualActual.ISMA), ql.Unadjusted)
-    settle, yield_ = ql.Date(16, 1, 2024), 0.0437
-    rate = ql.InterestRate(yield_, ql.ActualActual(ql.ActualActual.ISMA), ql.Compounded, ql.Semiannual)
-    ours = zep.MBond(**TREASURY)
-    assert ours.CleanPrice(yield_, "2024-01-16") == pytest.approx(
-        ql.BondFunctions.cleanPrice(reference, rate, settle), rel=1e-10)
-    assert ours.ModifiedDuration(yield_, "2024-01-16") == pytest.approx(
+def ql_date(text):
+    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
+
+
+@pytest.mark.parametrize("terms, frequency, settlement, yield_", [
+    (TREASURY, ql.Semiannual, "2024-01-16", 0.0437),
+    (TREASURY, ql.Semiannual, "2031-02-28", 0.0512),
+    (BUND, ql.Annual, "2023-12-20", 0.0241),
+    (BUND, ql.Annual, "2030-03-03", 0.0187),
+])
+def test_bond_figures_agree_with_quantlib(terms, frequency, settlement, yield_):
+    ql.Settings.instance().evaluationDate = ql_date(settlement)
+    schedule = ql.Schedule(ql_date(terms["issueDate"]), ql_date(terms["maturityDate"]), ql.Period(terms["tenor"]),
+                           ql.NullCalendar(), ql.Unadjusted, ql.Unadjusted, ql.DateGeneration.Backward, False)
+    day_count = ql.ActualActual(ql.ActualActual.ISMA)
+    reference = ql.FixedRateBond(0, 100.0, schedule, [terms["couponRate"]], day_count, ql.Unadjusted)
+    settle = ql_date(settlement)
+    rate = ql.InterestRate(yield_, day_count, ql.Compounded, frequency)
+    ours = zep.MBond(**terms)
+    clean = ql.BondFunctions.cleanPrice(reference, rate, settle)
+    assert ours.AccruedAmount(settlement) == pytest.approx(ql.BondFunctions.accruedAmount(reference, settle), rel=1e-12)
+    assert ours.CleanPrice(yield_, settlement) == pytest.approx(clean, rel=1e-10)
+    assert ours.Yield(clean, settlement) == pytest.approx(
+        ql.BondFunctions.bondYield(reference, ql.BondPrice(clean, ql.BondPrice.Clean), day_count, ql.Compounded,
+                                   frequency, settle, 1e-14, 100), rel=1e-8)
+    assert ours.ModifiedDuration(yield_, settlement) == pytest.approx(
         ql.BondFunctions.duration(reference, rate, ql.Duration.Modified, settle), rel=1e-8)
-    assert ours.MacaulayDuration(yield_, "2024-01-16") == pytest.approx(
+    assert ours.MacaulayDuration(yield_, settlement) == pytest.approx(
         ql.BondFunctions.duration(reference, rate, ql.Duration.Macaulay, settle), rel=1e-8)
-    assert ours.Convexity(yield_, "2024-01-16") == pytest.approx(
+    assert ours.Convexity(yield_, settlement) == pytest.approx(
         ql.BondFunctions.convexity(reference, rate, settle), rel=1e-8)
+
+
+# Worked by hand from the definitions: each flow discounted over the coupon periods to it, the
+# first one counted in days left over days in the period (Act/Act ICMA), compounding at the
+# coupon frequency; accrued is the coupon times days run over days in the period.
+def test_a_bund_in_its_last_coupon_period_is_its_last_flow_discounted_over_the_part_year_left():
+    bund = zep.MBond(**BUND)
+    # 15 Aug 2032 to 15 Aug 2033 has 365 days; on 15 Feb 2033, 184 have run and 181 are left.
+    dirty = 102.6 / 1.03 ** (181 / 365)
+    assert bund.AccruedAmount("2033-02-15") == pytest.approx(2.6 * 184 / 365, abs=1e-12)
+    assert bund.CleanPrice(0.03, "2033-02-15") == pytest.approx(dirty - 2.6 * 184 / 365, abs=1e-12)
+    assert bund.Yield(dirty - 2.6 * 184 / 365, "2033-02-15") == pytest.approx(0.03, abs=1e-12)
+    assert bund.MacaulayDuration(0.03, "2033-02-15") == pytest.approx(181 / 365, rel=1e-12)
+    assert bund.ModifiedDuration(0.03, "2033-02-15") == pytest.approx(181 / 365 / 1.03, rel=1e-12)
+
+
+def test_a_treasury_two_coupons_from_maturity_discounts_at_half_its_yield_per_period():
+    treasury = zep.MBond(**TREASURY)
+    # 15 Nov 2032 to 15 May 2033 has 181 days; on 1 Feb 2033, 78 have run and 103 are left.
+    per_period, left = 1 + 0.05 / 2, 103 / 181
+    flows = [(left, 2.25), (left + 1, 102.25)]
+    dirty = sum(amount / per_period ** periods for periods, amount in flows)
+    accrued = 2.25 * 78 / 181
+    assert treasury.AccruedAmount("2033-02-01") == pytest.approx(accrued, abs=1e-12)
+    assert treasury.CleanPrice(0.05, "2033-02-01") == pytest.approx(dirty - accrued, abs=1e-12)
+    macaulay = sum(periods / 2 * amount / per_period ** periods for periods, amount in flows) / dirty
+    assert treasury.MacaulayDuration(0.05, "2033-02-01") == pytest.approx(macaulay, rel=1e-12)
+    assert treasury.ModifiedDuration(0.05, "2033-02-01") == pytest.approx(macaulay / per_period, rel=1e-12)
+
+
+def test_a_treasury_in_its_last_coupon_period_quotes_a_simple_yield_on_request():
+    treasury = zep.MBond(simpleYieldInLastPeriod=True, **TREASURY)
+    # 15 May to 15 Nov 2033 has 184 days; on 1 Aug 2033, 78 have run and 106 are left.
+    years, accrued = 106 / 184 / 2, 2.25 * 78 / 184
+    growth = 1 + 0.05 * years
+    assert treasury.CleanPrice(0.05, "2033-08-01") == pytest.approx(102.25 / growth - accrued, abs=1e-12)
+    assert treasury.Yield(102.25 / growth - accrued, "2033-08-01") == pytest.approx(0.05, abs=1e-12)
+    assert treasury.MacaulayDuration(0.05, "2033-08-01") == pytest.approx(years, rel=1e-12)
+    assert treasury.ModifiedDuration(0.05, "2033-08-01") == pytest.approx(years / growth, rel=1e-12)
+    assert treasury.Convexity(0.05, "2033-08-01") == pytest.approx(2 * years ** 2 / growth ** 2, rel=1e-12)
+    # Before the last period, and without the request, the yield compounds as ever.
+    assert treasury.CleanPrice(0.05, "2033-02-01") == zep.MBond(**TREASURY).CleanPrice(0.05, "2033-02-01")
+    compounded = 102.25 / (1 + 0.05 / 2) ** (106 / 184) - accrued
+    assert zep.MBond(**TREASURY).CleanPrice(0.05, "2033-08-01") == pytest.approx(compounded, abs=1e-12)
 
 
 def test_the_z_spread_reprices_the_bond_over_its_curve(curve):
@@ -285,6 +462,8 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
         swap(curve), zep.MBond(discountCurve=curve, **TREASURY),
         zep.MFXForwardOutright(1, 1e6, 1.10, "2025-01-17", 1.0950, "2024-01-17", curve, eur_curve),
         zep.MXCurrencySwap(1.1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, curve, eur_curve, domesticRate=0.001),
+        amortising(curve), mtm_swap(curve, eur_curve, domesticRate=0.001),
+        zep.MBond(discountCurve=curve, simpleYieldInLastPeriod=True, **TREASURY),
         zep.MBasisSwap(1e6, "2024-01-17", "2029-01-17", curve, curve, eur_curve, receivedSpread=0.001),
         zep.MFloatingRateNote(100.0, 0.002, "2024-01-17", "2029-01-17", curve),
         zep.MBill(1e6, "2024-07-15", discountCurve=curve),
@@ -312,6 +491,14 @@ def test_instruments_pickle_and_show_themselves(curve, eur_curve):
      "MVanillaSwap::MVanillaSwap failed: payFixed must be +1 (pay) or -1 (receive)."),
     (lambda c: zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2034-01-17", None),
      "MVanillaSwap::MVanillaSwap failed: MVanillaSwap: the discount curve is None."),
+    (lambda c: zep.MVanillaSwap(1, 1e6, 0.03, "2024-01-17", "2029-01-17", c, fixedNotionals=[1e6, 1e6]),
+     "MVanillaSwap::MVanillaSwap failed: Leg: give one notional, or one per period (5)."),
+    (lambda c: zep.MXCurrencySwap(1e6, 0.0, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="DOMESTIC"),
+     "MXCurrencySwap::MXCurrencySwap failed: Leg: the notional a leg resets from '0.000000' must be a positive number."),
+    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="BOTH"),
+     "MXCurrencySwap::MXCurrencySwap failed: 'BOTH' is an invalid resetting leg (NONE or DOMESTIC or FOREIGN)."),
+    (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", 1.1, c, c, resettingLeg="FOREIGN", fxIndex=""),
+     "MXCurrencySwap::MXCurrencySwap failed: a mark-to-market swap needs the name of its FX fixing (fxIndex)."),
     (lambda c: zep.MXCurrencySwap(1e6, 1e6, "2024-01-17", "2029-01-17", -1.0, c, c),
      "MXCurrencySwap::MXCurrencySwap failed: FX spot '-1.000000' must be a positive number."),
     (lambda c: zep.MBond(0.04, "2024-01-15", "2034-01-15", "5M"),
@@ -486,8 +673,29 @@ def test_a_swap_from_its_yaml_or_json_definition_is_the_swap_built_directly(curv
     assert pickle.loads(pickle.dumps(from_json)).NPV() == from_json.NPV()
 
 
+def test_amortising_and_mark_to_market_swaps_come_from_their_definitions(curve, eur_curve):
+    amortising_yaml = """
+type: VanillaSwap
+payFixed: 1
+notional: 1000000
+fixedRate: 0.03
+startDate: 2024-01-17
+endDate: 2029-01-17
+discountCurve: EUR
+fixedNotionals: [3.0e+6, 3.0e+6, 2.0e+6, 2.0e+6, 1.0e+6]
+floatNotionals: [3.0e+6, 3.0e+6, 3.0e+6, 3.0e+6, 2.0e+6, 2.0e+6, 2.0e+6, 2.0e+6, 1.0e+6, 1.0e+6]
+"""
+    loaded = zep.RateInstrumentFromDefinition(amortising_yaml, {"EUR": curve})
+    assert loaded.NPV() == pytest.approx(amortising(curve).NPV(), rel=1e-14)
+    mtm = {"type": "XCurrencySwap", "domesticNotional": SPOT * 1e6, "foreignNotional": 1e6, "startDate": "2024-01-17",
+           "endDate": "2029-01-17", "spot": SPOT, "domesticDiscountCurve": "USD", "foreignDiscountCurve": "EUR",
+           "domesticRate": 0.001, "resettingLeg": "DOMESTIC"}
+    loaded = zep.RateInstrumentFromDefinition(mtm, {"USD": curve, "EUR": eur_curve})
+    assert loaded.NPV() == pytest.approx(mtm_swap(curve, eur_curve, domesticRate=0.001).NPV(), rel=1e-14)
+
+
 @pytest.mark.parametrize("definition, curves, message", [
-    ({"type": "BermudanSwaption"}, {}, "unknown product type 'BermudanSwaption'"),
+    ({"type": "RangeAccrual"}, {}, "unknown product type 'RangeAccrual'"),
     ({"type": "Bill", "faceValue": 100.0, "maturityDate": "2024-07-15", "discountCurve": "USD"}, {},
      "curve 'USD' of discountCurve is not among the curves given"),
     ("[1, 2]", {}, "a definition is a mapping"),

@@ -8,10 +8,12 @@ namespace zep::python {
 
 MBond::MBond(double couponRate, const DateInput& issueDate, const DateInput& maturityDate, const std::string& tenor,
              const zep::DayCounter& dayCounter, const std::vector<double>& notionals,
-             boost::shared_ptr<zep::YieldCurve> discountCurve, const std::string& centres, bool endOfMonth) {
+             boost::shared_ptr<zep::YieldCurve> discountCurve, const std::string& centres, bool endOfMonth,
+             bool simpleYieldInLastPeriod) {
     Guarded("MBond::MBond", [&] {
         m_object = boost::make_shared<zep::Bond>(
-            MakeBond(couponRate, issueDate, maturityDate, tenor, dayCounter, notionals, centres, endOfMonth));
+            MakeBond(couponRate, issueDate, maturityDate, tenor, dayCounter, notionals, centres, endOfMonth,
+                     simpleYieldInLastPeriod));
         m_curve = std::move(discountCurve);
     });
 }

@@ -1,6 +1,7 @@
 // The Python face of a fixed-rate bond, bullet or amortising (one notional per coupon period):
 // coupons accrue unadjusted and pay on the following business day. Prices are per 100; yields
-// compound at the coupon frequency. PV, Z-spread and cash flows need the discount curve.
+// compound at the coupon frequency (in the last period, simple on request: the US street
+// convention). PV, Z-spread and cash flows need the discount curve.
 // Failures read "MBond::<operation> failed: ".
 #pragma once
 
@@ -19,7 +20,7 @@ public:
           const zep::DayCounter& dayCounter = zep::DayCounter(zep::ActActICMA),
           const std::vector<double>& notionals = std::vector<double>(1, 100.0),
           boost::shared_ptr<zep::YieldCurve> discountCurve = boost::shared_ptr<zep::YieldCurve>(),
-          const std::string& centres = "", bool endOfMonth = false);
+          const std::string& centres = "", bool endOfMonth = false, bool simpleYieldInLastPeriod = false);
 
     double AccruedAmount(const DateInput& settlement) const;
     double CleanPrice(double yield, const DateInput& settlement) const;

@@ -13,16 +13,20 @@ MVanillaSwap::MVanillaSwap(int payFixed, double notional, double fixedRate, cons
                            const zep::DayCounter& fixedDayCounter, const std::string& floatTenor,
                            const zep::DayCounter& floatDayCounter, const std::string& centres, int fixingLagDays,
                            int paymentLagDays, double gearing, bool inArrears, int lookbackDays, int lockoutDays,
-                           bool observationShift, boost::shared_ptr<zep::FixingStore> fixings) {
+                           bool observationShift, boost::shared_ptr<zep::FixingStore> fixings,
+                           const std::vector<double>& fixedNotionals, const std::vector<double>& floatNotionals) {
     Guarded("MVanillaSwap::MVanillaSwap", [&] {
         if (payFixed != 1 && payFixed != -1) throw std::invalid_argument("payFixed must be +1 (pay) or -1 (receive).");
         CurvePair curves(discountCurve, projectionCurve, fixings, "MVanillaSwap");
         zep::LegTerms fixedTerms;
-        fixedTerms.notionals = {notional};
+        const auto notionalsOr = [notional](const std::vector<double>& steps) {
+            return steps.empty() ? std::vector<double>{notional} : steps;
+        };
+        fixedTerms.notionals = notionalsOr(fixedNotionals);
         fixedTerms.fixedRate = fixedRate;
         zep::LegTerms floatTerms;
         floatTerms.kind = FloatingKindOf(floatingKind);
-        floatTerms.notionals = {notional};
+        floatTerms.notionals = notionalsOr(floatNotionals);
         floatTerms.index = index;
         floatTerms.indexTenor = zep::Period(floatTenor);
         floatTerms.spread = spread;

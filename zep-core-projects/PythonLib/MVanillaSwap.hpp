@@ -1,7 +1,8 @@
 // The Python face of a fixed-against-floating swap: a term-rate leg (IBOR) or a daily compounded
 // overnight leg (OVERNIGHT, the OIS) against a fixed leg, on a discount and a projection curve
-// (the same curve when no projection curve is given). Failures read "MVanillaSwap::<operation>
-// failed: ".
+// (the same curve when no projection curve is given). An amortising swap lists each leg's
+// notional period by period; an empty list keeps the constant notional. Failures read
+// "MVanillaSwap::<operation> failed: ".
 #pragma once
 
 #include <optional>
@@ -28,7 +29,9 @@ public:
                  const std::string& centres = "TARGET", int fixingLagDays = 2, int paymentLagDays = 0,
                  double gearing = 1.0, bool inArrears = false, int lookbackDays = 0, int lockoutDays = 0,
                  bool observationShift = false,
-                 boost::shared_ptr<zep::FixingStore> fixings = boost::shared_ptr<zep::FixingStore>());
+                 boost::shared_ptr<zep::FixingStore> fixings = boost::shared_ptr<zep::FixingStore>(),
+                 const std::vector<double>& fixedNotionals = std::vector<double>(),
+                 const std::vector<double>& floatNotionals = std::vector<double>());
 
     double PV() const;
     double NPV() const { return PV(); }

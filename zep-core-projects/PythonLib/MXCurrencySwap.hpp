@@ -1,8 +1,11 @@
 // The Python face of a cross-currency swap: receive a domestic leg, pay a foreign one, each
 // FIXED, IBOR or OVERNIGHT on its own notional, with the notionals exchanged at the start and
 // returned at the end. Each leg is valued on its own curves; the foreign leg converts at spot
-// (domestic per foreign), so the PV is in the domestic currency. Failures read
-// "MXCurrencySwap::<operation> failed: ".
+// (domestic per foreign), so the PV is in the domestic currency. Marked to market, one leg's
+// notional (resettingLeg DOMESTIC or FOREIGN) resets every period to the other leg's notional at
+// the FX rate fixed for that period (domestic per foreign, published under `fxIndex`; the
+// forward from spot and the two discount curves until then), and the change is exchanged.
+// Failures read "MXCurrencySwap::<operation> failed: ".
 #pragma once
 
 #include <optional>
@@ -27,7 +30,8 @@ public:
                    boost::shared_ptr<zep::YieldCurve> domesticProjectionCurve = boost::shared_ptr<zep::YieldCurve>(),
                    boost::shared_ptr<zep::YieldCurve> foreignProjectionCurve = boost::shared_ptr<zep::YieldCurve>(),
                    const std::string& centres = "TARGET", int fixingLagDays = 2,
-                   boost::shared_ptr<zep::FixingStore> fixings = boost::shared_ptr<zep::FixingStore>());
+                   boost::shared_ptr<zep::FixingStore> fixings = boost::shared_ptr<zep::FixingStore>(),
+                   const std::string& resettingLeg = "NONE", const std::string& fxIndex = "FX");
 
     double PV() const;
     double NPV() const { return PV(); }
@@ -40,8 +44,12 @@ public:
 
 private:
     friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
+    // A leg's market: its curves, the rate converting it to domestic, and the pair it may reset on.
+    zep::LegMarket MarketOf(const CurvePair& curves, double fxRate) const;
+
     std::optional<CurvePair> m_domestic, m_foreign;
     double m_spot = 0.0;
+    zep::FXMarket m_pair;  // foreign (base) in domestic (quote), spot for the valuation date
 };
 
 }  // namespace zep::python

@@ -20,7 +20,7 @@ zep::Schedule MakeSchedule(const DateInput& start, const DateInput& end, const L
 
 zep::Bond MakeBond(double couponRate, const DateInput& issueDate, const DateInput& maturityDate,
                    const std::string& tenor, const zep::DayCounter& dayCounter, const std::vector<double>& notionals,
-                   const std::string& centres, bool endOfMonth) {
+                   const std::string& centres, bool endOfMonth, bool simpleYieldInLastPeriod) {
     zep::ScheduleRules rules;
     rules.tenor = zep::Period(tenor);
     const bool inMonths = rules.tenor.Units() == zep::Months || rules.tenor.Units() == zep::Years;
@@ -38,6 +38,7 @@ zep::Bond MakeBond(double couponRate, const DateInput& issueDate, const DateInpu
     terms.notionals = notionals;
     terms.dayCounter = dayCounter;
     terms.frequency = static_cast<zep::Frequency>(12 / months);
+    terms.simpleYieldInLastPeriod = simpleYieldInLastPeriod;
     return zep::Bond(zep::Schedule(issueDate.Value(), maturityDate.Value(), rules, zep::Calendar::Shared()), terms);
 }
 

@@ -31,7 +31,7 @@ zep::Schedule MakeSchedule(const DateInput& start, const DateInput& end, const L
 // the frequency its tenor gives (which must divide a year).
 zep::Bond MakeBond(double couponRate, const DateInput& issueDate, const DateInput& maturityDate,
                    const std::string& tenor, const zep::DayCounter& dayCounter, const std::vector<double>& notionals,
-                   const std::string& centres, bool endOfMonth);
+                   const std::string& centres, bool endOfMonth, bool simpleYieldInLastPeriod = false);
 // The position of `name` (any case) among `choices`; fails "'<name>' is an invalid <what> (A or B)."
 int ChoiceOf(const std::string& name, const std::vector<std::string>& choices, const char* what);
 // "IBOR" (a term rate fixed per period) or "OVERNIGHT" (compounded daily), any case.

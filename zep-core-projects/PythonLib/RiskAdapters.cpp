@@ -163,17 +163,20 @@ std::unique_ptr<CrossCurrencySwapAdapter> RiskAdapters::Of(const MXCurrencySwap&
     swap.Object("zep::python::CrossCurrencySwapAdapter::CrossCurrencySwapAdapter");
     const boost::shared_ptr<const Swap> contract = swap.m_object;
     const CurvePair domestic = *swap.m_domestic, foreign = *swap.m_foreign;
+    const Date spotDate = swap.m_pair.spotDate;
+    // A resetting leg fixes its FX rate off the same spot and discount curves the scenario moves.
+    const auto pv = [contract, domestic, foreign, spotDate](metrics::MovedCurves& moved, double spot) {
+        const FXMarket resets{spot, spotDate, moved.Of(domestic.discount), moved.Of(foreign.discount)};
+        LegMarket received = MovedLegMarket(domestic, moved), paid = MovedLegMarket(foreign, moved, spot);
+        received.resetFX = paid.resetFX = &resets;
+        return contract->PV(received, paid);
+    };
     metrics::CurvePricing pricing{
         metrics::ProductType::CROSS_CURRENCY_SWAP, contract->Describe(),
-        Distinct({domestic.discount, domestic.projection, foreign.discount, foreign.projection}),
-        [contract, domestic, foreign](metrics::MovedCurves& moved, double spot) {
-            return contract->PV(MovedLegMarket(domestic, moved), MovedLegMarket(foreign, moved, spot));
-        },
+        Distinct({domestic.discount, domestic.projection, foreign.discount, foreign.projection}), pv,
         metrics::SpotExposure{swap.m_spot, pair}};
-    const double spot = swap.m_spot;
-    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [contract, domestic, foreign, spot] {
-        return 100.0 * contract->ParCoupon(SwapSide::Receive, domestic.Market(), foreign.Market(spot));
-    };
+    const MXCurrencySwap booked = swap;
+    pricing.ownMetrics[metrics::Metric::PAR_RATE] = [booked] { return 100.0 * booked.ParSpread(); };
     return std::make_unique<CrossCurrencySwapAdapter>(std::move(pricing));
 }
 

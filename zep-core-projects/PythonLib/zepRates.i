@@ -24,7 +24,8 @@ before the valuation date reads its rate here; a missing one fails naming the in
 
 %rename(CashflowScheduleRow) zep::CashFlow;
 %feature("docstring") zep::CashFlow
-"One cash flow: kind (CashFlowKind_Coupon or CashFlowKind_Notional), accrualStart, accrualEnd,
+"One cash flow: kind (CashFlowKind_Coupon, CashFlowKind_Notional or CashFlowKind_Protection, a
+payment on default whose discount factor carries its probability), accrualStart, accrualEnd,
 fixingDate, paymentDate, accrualFraction, notional, rate, amount, discountFactor, presentValue.";
 // Rows report what an instrument pays: read-only in Python.
 %immutable;
@@ -41,17 +42,22 @@ fixingDate, paymentDate, accrualFraction, notional, rate, amount, discountFactor
 discountCurve, projectionCurve=None, index='EURIBOR6M', floatingKind='IBOR', spread=0,
 fixedTenor='1Y', fixedDayCounter='30/360', floatTenor='6M', floatDayCounter='Act360',
 centres='TARGET', fixingLagDays=2, paymentLagDays=0, gearing=1, inArrears=False,
-lookbackDays=0, lockoutDays=0, observationShift=False, fixings=None). payFixed +1 pays the fixed
-rate, -1 receives it; floatingKind 'OVERNIGHT' compounds the index daily (an OIS). No
-projection curve: the discount curve projects too. Failures read 'MVanillaSwap::<operation> failed: ...'.";
+lookbackDays=0, lockoutDays=0, observationShift=False, fixings=None, fixedNotionals=[],
+floatNotionals=[]). payFixed +1 pays the fixed rate, -1 receives it; floatingKind 'OVERNIGHT'
+compounds the index daily (an OIS). No projection curve: the discount curve projects too. An
+amortising swap gives each leg one notional per period of that leg (empty: the constant notional). Failures read 'MVanillaSwap::<operation> failed: ...'.";
 %feature("docstring") zep::python::MXCurrencySwap
 "A cross-currency swap receiving a domestic and paying a foreign leg ('FIXED', 'IBOR' or
 'OVERNIGHT'), notionals exchanged at start and end, foreign leg converted at spot (domestic per
-foreign). Failures read 'MXCurrencySwap::<operation> failed: ...'.";
+foreign). Marked to market, resettingLeg='DOMESTIC' (or 'FOREIGN') resets that leg's notional
+every period to the other leg's notional at the FX rate fixed for it (domestic per foreign,
+published under fxIndex='FX', the forward until then) and exchanges the change.
+Failures read 'MXCurrencySwap::<operation> failed: ...'.";
 %feature("docstring") zep::python::MBond
 "A fixed-rate bond: MBond(couponRate, issueDate, maturityDate, tenor='6M', dayCounter='ActActICMA',
-notionals=[100], discountCurve=None, centres='', endOfMonth=False); prices per 100, yields
-compounded at the coupon frequency. Failures read 'MBond::<operation> failed: ...'.";
+notionals=[100], discountCurve=None, centres='', endOfMonth=False, simpleYieldInLastPeriod=False);
+prices per 100, yields compounded at the coupon frequency (simple interest in the last coupon
+period when simpleYieldInLastPeriod, as US Treasuries are quoted). Failures read 'MBond::<operation> failed: ...'.";
 %feature("docstring") zep::python::MFXForwardOutright
 "An outright FX forward on BASE/QUOTE: MFXForwardOutright(buySell, baseNotional, contractRate,
 deliveryDate, spot, spotDate, quoteCurve, baseCurve, forwardPoints=None, pointScale=1e4); NPV in

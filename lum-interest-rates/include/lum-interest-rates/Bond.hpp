@@ -1,8 +1,9 @@
 // A fixed-rate bond, bullet or amortising: coupons on the outstanding notional, principal paid as
 // the notional steps down and at maturity. Prices are per 100 of the notional outstanding at
 // settlement; the yield compounds at the coupon frequency and discounts each flow over whole
-// coupon periods plus the fraction of the current one left (the street convention, exact for
-// Treasuries and Bunds), and duration and convexity are the yield derivatives of that price.
+// coupon periods plus the fraction of the current one left (ICMA, and the US street convention
+// before the last period), and duration and convexity are the yield derivatives of that price.
+// In its last period a US Treasury quotes a money-market yield: simple interest to maturity.
 #pragma once
 
 #include <string>
@@ -24,6 +25,7 @@ struct BondTerms {
     // period (Act/Act ICMA needs it); the schedule contributes only its dates.
     DayCounter dayCounter = DayCounter(ActActICMA);
     Frequency frequency = Semiannual;
+    bool simpleYieldInLastPeriod = false;  // the US street convention; ICMA compounds to the end
 };
 
 class Bond {

@@ -1,6 +1,7 @@
 // A stream of coupons on a schedule: fixed, floating on a term index (fixed in advance or in
 // arrears), or compounding an overnight index day by day (with lookback, lockout and observation
-// shift), on a notional that may amortise, with or without the exchange of that notional.
+// shift), on a notional that may amortise or, on a mark-to-market cross-currency leg, reset to
+// the FX rate each period, with or without the exchange of that notional.
 // A leg receives what it pays: signs belong to the instrument that holds it.
 #pragma once
 
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "lum-interest-rates/CashFlow.hpp"
+#include "lum-interest-rates/FXForward.hpp"
 #include "lum-interest-rates/FixingStore.hpp"
 #include "lum-interest-rates/YieldCurve.hpp"
 #include "lum-time/Calendar.hpp"
@@ -31,6 +33,12 @@ struct LegTerms {
     std::int32_t lookbackDays = 0;       // overnight: rates observed this many business days earlier
     std::int32_t lockoutDays = 0;        // overnight: the last days repeat the rate before them
     bool observationShift = false;       // overnight: weights from the observation period
+    // Mark-to-market cross-currency leg: from the second period on, the notional is
+    // `resetNotional` units of the other currency at the FX rate fixed for the period's start
+    // (published under `resetIndex`, the forward until then), the change exchanged as it resets.
+    std::string resetIndex;              // empty: the notional does not reset
+    double resetNotional = 0.0;
+    bool resetRateInverted = false;      // the rate quotes the other currency per unit of this one
 };
 
 // The market one leg is valued in: the curve that discounts it, the curve its index is read
@@ -40,6 +48,8 @@ struct LegMarket {
     const YieldCurve* projection = nullptr;
     const FixingStore* fixings = nullptr;
     double fxRate = 1.0;
+    // The pair a resetting leg's FX rate quotes (its fixings quote the same way).
+    const FXMarket* resetFX = nullptr;
 };
 
 class Leg {
@@ -78,8 +88,16 @@ private:
     double IndexRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
     double OvernightRate(const Coupon& coupon, const LegMarket& market) const;
     double CouponRate(const Coupon& coupon, const LegMarket& market, const Factors& projection) const;
-    // Calls visit(coupon or null for a notional exchange, payment, rate, amount, discount factor)
-    // for every flow paid after the valuation date: the one walk PV, Annuity and CashFlows share.
+    bool ResetsNotional() const { return !m_resetFixings.empty(); }
+    // The notional coupon `i` accrues on: as given, or reset to the FX rate of its start.
+    double NotionalOf(std::size_t i, const LegMarket& market) const {
+        return ResetsNotional() && i > 0 ? ResetNotional(i, market) : m_coupons[i].notional;
+    }
+    double ResetNotional(std::size_t i, const LegMarket& market) const;
+    void RequireMarket(const LegMarket& market, bool needsProjection) const;
+    // Calls visit(coupon or null for a notional exchange, payment, notional, rate, amount,
+    // discount factor) for every flow paid after the valuation date: the one walk PV and
+    // CashFlows share.
     template <class Visit>
     void ForEachFlow(const LegMarket& market, Visit&& visit) const;
 
@@ -88,6 +106,7 @@ private:
     std::vector<Coupon> m_coupons;
     std::vector<Observation> m_observations;
     std::vector<Date> m_dates;  // every accrual, index and payment date of the coupons, sorted, once each
+    std::vector<Date> m_resetFixings;  // a resetting leg: when each period's FX rate fixes; else empty
 };
 
 }  // namespace zep

@@ -10,11 +10,28 @@
 
 namespace zep {
 
+// A block of paths side by side: spots[event * lanes + lane]; every path of a block has the same
+// numeraire factor on a date, numeraires[event].
+struct PathBlock {
+    const double* spots;
+    const double* numeraires;
+    std::size_t events;
+    std::size_t lanes;
+};
+
 class PathEvaluator {
 public:
     virtual ~PathEvaluator() = default;
     // `variables` arrive zeroed and leave holding every variable's final value on this path.
     virtual void Evaluate(const ScenarioPoint* scenario, double* variables) = 0;
+    // Every path of the block, with the values Evaluate gives each: `variables` [variable *
+    // lanes + lane] of `variableCount` variables arrive zeroed. By default path by path, in
+    // lane order.
+    virtual void EvaluateBlock(const PathBlock& block, std::size_t variableCount, double* variables);
+
+private:
+    std::vector<ScenarioPoint> m_path;  // the default's one path and its values
+    std::vector<double> m_values;
 };
 
 class PathPayoff {

@@ -9,9 +9,9 @@
 // gives (the same normals, the same model, the same script), and the threading frame sums them
 // per market in path order.
 //
-// Paths go through the models a few at a time (their normals drawn path by path from the
-// path's own stream), so that a model can interleave their recursions; the script then runs
-// path by path. A market that moves another's paths by the forward (ScriptMarket::source) takes
+// Paths go through the models in blocks (their normals drawn path by path from the path's own
+// stream), so that a model can interleave their recursions; the script then runs over the
+// block's paths side by side, each instruction once for the block. A market that moves another's paths by the forward (ScriptMarket::source) takes
 // them as they are put into its scenario: its values agree with its own model's to rounding
 // (a few units in the last place of each spot), not bit for bit.
 #pragma once

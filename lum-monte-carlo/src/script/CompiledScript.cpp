@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "FuzzyDegrees.hpp"
 #include "GuardRuns.hpp"
 
 namespace zep {
@@ -19,7 +20,10 @@ CompiledScript::Scratch CompiledScript::MakeScratch(double defaultEps) const {
 
 namespace {
 
+using detail::AboveDegree;
 using detail::Difference;
+using detail::EqualDegree;
+using detail::MaybeAboveZero;
 using detail::FirstPassing;
 using detail::Passing;
 
@@ -42,45 +46,9 @@ inline bool SameSingleInstructionEvent(const Instruction* event, const Instructi
            next->target == event->target && next->value == event->value;
 }
 
-// The degrees of truth of smoothed comparisons of the difference x, in the same operations and
-// order as FuzzyEvaluator<double>: ">" and ">=" ramp alike from -w/2 to w/2 (a zero width
-// decides sharply), "=" is a tent of half-width w/2; discrete domains ramp between their points.
-inline double AboveDegree(const FuzzyTest& test, double x, double defaultEps) {
-    if (test.discrete) {
-        if (x < test.lower) return 0.0;
-        if (x > test.upper) return 1.0;
-        return (x - test.lower) / (test.upper - test.lower);
-    }
-    const double w = test.eps < 0.0 ? defaultEps : test.eps;
-    if (w == 0.0) return (test.orEqual ? x >= 0.0 : x > 0.0) ? 1.0 : 0.0;
-    const double h = w / 2;
-    if (x < -h) return 0.0;
-    if (x > h) return 1.0;
-    return (h + x) / w;
-}
-
-inline double EqualDegree(const FuzzyTest& test, double x, double defaultEps) {
-    if (test.discrete) {
-        if (x < test.lower || x > test.upper) return 0.0;
-        return x < 0.0 ? 1.0 - x / test.lower : 1.0 - x / test.upper;
-    }
-    const double h = (test.eps < 0.0 ? defaultEps : test.eps) / 2;
-    if (h == 0.0) return x == 0.0 ? 1.0 : 0.0;
-    return -h <= x && x <= h ? (h - std::abs(x)) / h : 0.0;
-}
-
 // The dates of a guard's run still within this call's points.
 inline std::size_t RunLength(const Instruction& guard, const ScenarioPoint* points, const ScenarioPoint* lastPoint) {
     return std::min(static_cast<std::size_t>(guard.run), static_cast<std::size_t>(lastPoint - points) + 1);
-}
-
-// A test the dates whose smoothed degree can be above zero pass (a superset: the degree itself
-// decides). Below the ramp, outside the tent or a discrete domain's lower point, it is zero.
-inline std::pair<Passing, double> MaybeAboveZero(const FuzzyTest& test, bool above, double defaultEps) {
-    if (test.discrete) return {Passing::NotBelow, test.lower};
-    const double w = test.eps < 0.0 ? defaultEps : test.eps;
-    if (above && w == 0.0) return {test.orEqual ? Passing::AtLeast : Passing::Above, 0.0};
-    return {Passing::NotBelow, -(w / 2)};
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ std::optional<Term> AsTerm(const Node& node) {
 
 std::size_t Compiler::Emit(OpCode op, std::int32_t operand, double value) {
     m_script.m_code.push_back(Instruction{op, operand, 0, 1, value});
+    m_script.m_depthBefore.push_back(static_cast<std::int32_t>(m_depth));
     m_depth += StackEffect(op);
     m_script.m_stackSize = std::max(m_script.m_stackSize, static_cast<std::size_t>(std::max<std::ptrdiff_t>(m_depth, 0)));
     return m_script.m_code.size() - 1;
@@ -200,7 +201,8 @@ void Compiler::SmoothedIf(const NodeIf& node, std::size_t elseStart) {
     const auto branch = static_cast<std::int32_t>(m_script.m_branches.size());
     auto& variables = m_script.m_branchVariables;
     m_script.m_branches.push_back(FuzzyBranch{static_cast<std::int32_t>(variables.size()),
-                                              static_cast<std::int32_t>(node.affectedVars.size())});
+                                              static_cast<std::int32_t>(node.affectedVars.size()),
+                                              static_cast<std::int32_t>(m_ifDepth)});
     variables.insert(variables.end(), node.affectedVars.begin(), node.affectedVars.end());
     m_script.m_blendWidth = std::max(m_script.m_blendWidth, node.affectedVars.size());
     m_script.m_ifNesting = std::max(m_script.m_ifNesting, ++m_ifDepth);

@@ -94,6 +94,7 @@ struct FuzzyTest {
 struct FuzzyBranch {
     std::int32_t first = 0;
     std::int32_t count = 0;
+    std::int32_t level = 0;  // how many smoothed IFs enclose this one
 };
 
 struct Instruction {
@@ -129,6 +130,30 @@ public:
     // defaultEps matters to a script compiled smoothed only.
     Scratch MakeScratch(double defaultEps = 0.0) const;
 
+    // The working memory of one thread evaluating blocks of up to `lanes` paths side by side:
+    // every area is a row of lanes per slot.
+    struct LaneScratch {
+        std::size_t lanes = 0;
+        std::vector<double> values;             // the value stack, a row per depth
+        std::vector<std::int64_t> resumeAt;     // per lane, the instruction it waits for
+        std::vector<std::int64_t> flags;        // per lane, 1 when a branch is taken
+        std::vector<double> degrees;            // per smoothed IF level, the lanes' degrees
+        std::vector<double> saved;              // per level, the blended variables before THEN
+        std::vector<double> afterThen;          // and after it
+        std::vector<double> least, greatest;    // per lane, the extreme spots of a guard run
+        std::vector<double> probe;              // and NaN when one of them is not finite
+        std::vector<std::uint32_t> candidates;  // the lanes a guard run must visit date by date
+        double defaultEps = 0.0;
+    };
+    LaneScratch MakeLaneScratch(std::size_t lanes, double defaultEps = 0.0) const;
+
+    // Runs every event date of `lanes` paths side by side (at most the scratch's), each
+    // instruction once for all of them: spots[event * lanes + lane], numeraires[event] (one for
+    // every path), variables [variable * lanes + lane], arriving zeroed. Each lane ends with
+    // exactly the values RunPath gives its path; allocates nothing.
+    void RunLanes(const double* spots, const double* numeraires, std::size_t lanes, double* variables,
+                  LaneScratch& scratch) const;
+
     // Runs the statements of one event date on the caller's variables; allocates nothing.
     void RunEvent(std::size_t event, double spot, double numeraire, double* variables,
                   Scratch& scratch) const {
@@ -153,6 +178,10 @@ private:
     // streams lie back to back, so the end of one leads straight into the next.
     void Run(std::size_t first, std::size_t count, const ScenarioPoint* points, double* variables,
              Scratch& scratch) const;
+    // A guard instruction over `dates` events on the lanes active at instruction `at` (all of
+    // them when resumeAt is null); spots from the first date's row.
+    void GuardRun(const Instruction& guard, const double* spots, std::size_t dates, std::size_t lanes,
+                  double* variables, LaneScratch& scratch, const std::int64_t* resumeAt, std::int32_t at) const;
 
     std::vector<Instruction> m_code;
     std::vector<TermComparison> m_comparisons;
@@ -162,6 +191,9 @@ private:
     std::size_t m_ifNesting = 0;
     std::size_t m_blendWidth = 0;  // the most variables one IF blends
     std::vector<std::size_t> m_eventStart;
+    // Per instruction, the values on the stack before it as the lanes lay them out: SMOOTH keeps
+    // both its arguments' places whichever side a lane is on, so every depth is fixed.
+    std::vector<std::int32_t> m_depthBefore;
     std::size_t m_stackSize = 0;
     std::size_t m_smoothNesting = 0;
 };
