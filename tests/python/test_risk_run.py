@@ -54,6 +54,10 @@ def test_a_trade_that_fails_to_build_is_listed_and_the_rest_is_valued(tmp_path):
     assert figures["trades"] == 1
     failures = dict(figures["failures"])
     assert "no curve 'JPY'" in failures["B1"] and "unknown trade type 'Swaption'" in failures["X1"]
+    listed = zep.risk.LoadedPortfolio()
+    listed.add_row({"id": "F2", "type": "FXForward", "side": "1", "notional": "1e6", "rate": "1.1"},
+                   zep.risk.load_market(str(tmp_path / "market.yaml")))
+    assert listed.failures == [("F2", "it has no pair")]
     report = (tmp_path / "risk_report.md").read_text()
     assert "<svg" in report and "B1: " in report
     assert "B1: " in zep.risk_report.text(figures)

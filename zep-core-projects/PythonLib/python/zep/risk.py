@@ -44,6 +44,7 @@ import re
 import sys
 
 from . import zeplib
+from .products import load_product
 
 TAGS = ("desk", "book", "currency", "counterparty")
 EXPLAIN_TERMS = ("full", "delta", "gamma", "vega", "rates", "unexplained")
@@ -218,6 +219,8 @@ class LoadedPortfolio:
         try:
             adapter, quantity, tags = build()
             self.portfolio.Add(trade_id, adapter, quantity, tags)
+        except KeyError as missing:
+            self.failures.append((trade_id, f"it has no {missing.args[0]}"))
         except Exception as error:  # a trade that fails is reported, the rest still valued
             self.failures.append((trade_id, str(error)))
 
@@ -236,7 +239,7 @@ class LoadedPortfolio:
 
     def add_product(self, path, market_path):
         def build():
-            product = zeplib.MStructuredDerivativeProduct.FromFiles(path, market_path)
+            product = load_product(path, market_path)  # without a market file, the definition's own
             return zeplib.ScriptedProductAdapter(product, os.path.splitext(os.path.basename(path))[0]), 1.0, {}
         self.add(os.path.basename(path), build)
 
