@@ -91,5 +91,30 @@ TEST(ShockedMarketRateMove, AddsTheLevelToTheKeyRateOfThePillarInRateUnits) {
     EXPECT_DOUBLE_EQ(market.RateMove(usd, 1), 0.0);
 }
 
+// Pillars 0, 1, 2 and 4 years after the first (1461 days to the last): the shapes are linear in
+// those days between the pillars they pin.
+TEST(ShockedMarketRateMove, SlopeTwistAndCurvatureAreLinearInTimeBetweenTheirPinnedPillars) {
+    using scenario::Shock;
+    const std::vector<Date> pillars{D("2024-01-15"), D("2025-01-15"), D("2026-01-15"), D("2028-01-15")};
+    const YieldCurve eur(D("2024-01-15"), pillars, {0.03, 0.03, 0.03, 0.03}, Continuous, DayCounter(Act365Fixed),
+                         ContinuousZeroRates, LinearInterpolation, "EUR");
+    const auto moves = [&](metrics::YieldCurveFactor factor, std::size_t pillar) {
+        const scenario::ShockedMarket market(scenario::Scenario("day", {Shock::Curve("EUR", factor, 10.0, pillar)}));
+        std::vector<double> bp;
+        for (std::size_t i = 0; i < pillars.size(); ++i) bp.push_back(market.RateMove(eur, i) / 1e-4);
+        return bp;
+    };
+    const double days[] = {0.0, 366.0, 731.0, 1461.0};
+    const auto expectNear = [](const std::vector<double>& actual, const std::vector<double>& expected) {
+        for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(actual[i], expected[i], 1e-9) << "pillar " << i;
+    };
+    expectNear(moves(metrics::YieldCurveFactor::SLOPE, 0),
+               {0.0, 10.0 * days[1] / days[3], 10.0 * days[2] / days[3], 10.0});
+    expectNear(moves(metrics::YieldCurveFactor::TWIST_SHORT_LONG, 1),
+               {-10.0 * days[1] / (days[3] - days[1]), 0.0, 10.0 * (days[2] - days[1]) / (days[3] - days[1]), 10.0});
+    expectNear(moves(metrics::YieldCurveFactor::CURVATURE, 2),
+               {0.0, 10.0 * days[1] / days[2], 10.0, 0.0});
+}
+
 }  // namespace
 }  // namespace zep
