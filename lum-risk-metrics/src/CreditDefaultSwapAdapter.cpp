@@ -18,10 +18,7 @@ CreditDefaultSwapAdapter::CreditDefaultSwapAdapter(boost::shared_ptr<const Credi
 double CreditDefaultSwapAdapter::PVOn(MovedCurves& curves) const { return m_cds->PV(*m_credit, *curves.Of(m_discount)); }
 
 double CreditDefaultSwapAdapter::PVUnder(scenario::ShockedMarket& market) const {
-    const double spreadMove = market.CreditSpreadMove(m_issuer);
-    const YieldCurve& discount = *market.Curves().Of(m_discount);
-    if (spreadMove == 0.0) return m_cds->PV(*m_credit, discount);
-    return m_cds->PV(m_credit->WithSpreadsShifted(spreadMove), discount);
+    return m_cds->PV(market.Credit(m_issuer, m_credit), *market.Curves().Of(m_discount));
 }
 
 std::vector<std::string> CreditDefaultSwapAdapter::MarketNames() const {

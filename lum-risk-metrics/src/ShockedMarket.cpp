@@ -69,9 +69,13 @@ ShockedMarket::SmileMove ShockedMarket::Smile(const std::string& underlying) con
     return found == m_smiles.end() ? SmileMove{} : found->second;
 }
 
-double ShockedMarket::CreditSpreadMove(const std::string& issuer) const {
-    const auto found = m_creditSpreads.find(issuer);
-    return found == m_creditSpreads.end() ? 0.0 : found->second;
+const CreditCurve& ShockedMarket::Credit(const std::string& issuer, const boost::shared_ptr<const CreditCurve>& curve) {
+    const auto move = m_creditSpreads.find(issuer);
+    if (issuer.empty() || move == m_creditSpreads.end()) return *curve;
+    auto moved = m_movedCredit.find(curve.get());
+    if (moved == m_movedCredit.end())
+        moved = m_movedCredit.emplace(curve.get(), curve->WithSpreadsShifted(move->second)).first;
+    return moved->second;
 }
 
 double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {

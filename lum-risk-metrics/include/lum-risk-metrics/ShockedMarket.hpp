@@ -10,6 +10,9 @@
 #include <string>
 #include <vector>
 
+#include <boost/shared_ptr.hpp>
+
+#include "lum-interest-rates/CreditCurve.hpp"
 #include "lum-risk-metrics/CurveShift.hpp"
 #include "lum-risk-metrics/Scenario.hpp"
 
@@ -31,8 +34,9 @@ public:
         double butterfly25 = 0.0;
     };
     SmileMove Smile(const std::string& underlying) const;
-    // How far the shocks move every par spread of the issuer's credit curve, in rate units.
-    double CreditSpreadMove(const std::string& issuer) const;
+    // The issuer's credit curve with every par spread moved by the shocks, bootstrapped again once
+    // per scenario and shared by every trade on it; the curve itself when no shock names the issuer.
+    const CreditCurve& Credit(const std::string& issuer, const boost::shared_ptr<const CreditCurve>& curve);
     metrics::MovedCurves& Curves() { return m_curves; }
     // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
     // in rate units; 0 for a curve no shock names.
@@ -59,7 +63,8 @@ private:
     std::map<std::string, LevelMove> m_spots;
     std::map<std::string, LevelMove> m_volatilities;
     std::map<std::string, SmileMove> m_smiles;
-    std::map<std::string, double> m_creditSpreads;
+    std::map<std::string, double> m_creditSpreads;  // issuer -> par spread move
+    std::map<const CreditCurve*, CreditCurve> m_movedCredit;
     std::map<std::string, CurveMove> m_curveMoves;
     metrics::MovedCurves m_curves;
 };
