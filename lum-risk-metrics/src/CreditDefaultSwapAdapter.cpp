@@ -27,6 +27,12 @@ std::vector<std::string> CreditDefaultSwapAdapter::MarketNames() const {
     return names;
 }
 
+MarketExposure CreditDefaultSwapAdapter::Exposure() const {
+    MarketExposure exposure = CurveInstrumentAdapter::Exposure();
+    exposure.issuer = m_issuer;
+    return exposure;
+}
+
 MetricResult CreditDefaultSwapAdapter::Evaluate(Metric metric) const {
     switch (metric) {
         case Metric::PV:

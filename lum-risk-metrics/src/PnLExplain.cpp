@@ -16,7 +16,7 @@ double OrZero(const metrics::MetricResult& result) { return result.available ? r
 // The sensitivities of one position, scaled by its quantity, and where they were taken.
 struct Sensitivities {
     metrics::MarketExposure exposure;
-    double delta = 0.0, gamma = 0.0, vega = 0.0;
+    double delta = 0.0, gamma = 0.0, vega = 0.0, cs01 = 0.0;
     std::vector<double> keyRates;  // curve by curve, pillar by pillar, as the exposure lists them
 
     explicit Sensitivities(const metrics::Position& position) : exposure(position.instrument->Exposure()) {
@@ -28,6 +28,7 @@ struct Sensitivities {
             gamma = quantity * OrZero(trade.Compute(metrics::Metric::GAMMA));
         }
         if (std::isfinite(exposure.volatility)) vega = quantity * OrZero(trade.Compute(metrics::Metric::VEGA));
+        if (!exposure.issuer.empty()) cs01 = quantity * OrZero(trade.Compute(metrics::Metric::CS01));
         if (!exposure.curves.empty())
             for (const metrics::MetricResult& bucket : trade.Profile(metrics::Metric::KEY_RATE_DV01))
                 keyRates.push_back(quantity * OrZero(bucket));
@@ -41,6 +42,8 @@ struct Sensitivities {
         }
         if (std::isfinite(exposure.volatility))
             row.vega += vega * 100.0 * (market.Volatility(exposure.underlying, exposure.volatility) - exposure.volatility);
+        if (!exposure.issuer.empty())
+            row.credit += cs01 * market.CreditSpreadMove(exposure.issuer) / metrics::kBasisPoint;
         std::size_t bucket = 0;
         for (const auto& curve : exposure.curves)
             for (std::size_t pillar = 0; pillar < curve->Dates().size() && bucket < keyRates.size(); ++pillar)
@@ -63,7 +66,7 @@ std::vector<PnLExplain> ExplainPnL(const metrics::Portfolio& portfolio, const st
         row.full = full[s];
         const ShockedMarket market(scenarios[s]);
         for (const Sensitivities& position : sensitivities) position.Explain(market, row);
-        row.unexplained = row.full - row.delta - row.gamma - row.vega - row.rates;
+        row.unexplained = row.full - row.delta - row.gamma - row.vega - row.rates - row.credit;
     }
     return rows;
 }

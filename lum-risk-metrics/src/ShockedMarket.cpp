@@ -69,6 +69,11 @@ ShockedMarket::SmileMove ShockedMarket::Smile(const std::string& underlying) con
     return found == m_smiles.end() ? SmileMove{} : found->second;
 }
 
+double ShockedMarket::CreditSpreadMove(const std::string& issuer) const {
+    const auto found = m_creditSpreads.find(issuer);
+    return found == m_creditSpreads.end() ? 0.0 : found->second;
+}
+
 const CreditCurve& ShockedMarket::Credit(const std::string& issuer, const boost::shared_ptr<const CreditCurve>& curve) {
     const auto move = m_creditSpreads.find(issuer);
     if (issuer.empty() || move == m_creditSpreads.end()) return *curve;

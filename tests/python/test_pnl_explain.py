@@ -42,7 +42,8 @@ def vol_move(points):
 
 
 def columns(explain):
-    return {name: numpy.asarray(explain[name]) for name in ("full", "delta", "gamma", "vega", "rates", "unexplained")}
+    return {name: numpy.asarray(explain[name])
+            for name in ("full", "delta", "gamma", "vega", "rates", "credit", "unexplained")}
 
 
 def test_delta_and_gamma_terms_are_the_black_scholes_taylor_terms():
@@ -108,3 +109,19 @@ def test_without_pandas_the_columns_are_arrays_with_the_scenario_names(monkeypat
 def test_bad_input_raises():
     with pytest.raises(TypeError, match="sequence of Scenario"):
         zep.ExplainPnL(book(option()), [None])
+
+
+def test_a_credit_spread_move_is_explained_by_cs01_up_to_second_order():
+    rates = [0.03, 0.032, 0.035]
+    discount = zep.YieldCurve.FromTenors("2024-03-20", [zep.Period(t) for t in ("1Y", "5Y", "10Y")], rates,
+                                         zep.Continuous)
+    credit = zep.CreditCurve("2024-03-20", ["1Y", "3Y", "5Y", "7Y"], [0.006, 0.008, 0.011, 0.012], 0.4, discount)
+    adapter = zep.CreditDefaultSwapAdapter(zep.MCreditDefaultSwap("BUYER", 1e7, 0.01, "2024-03-20", "2029-06-20",
+                                                                  credit, discount), "ACME")
+    scenarios = [zep.Scenario(f"{bp}bp", [zep.Shock.Credit("ACME", zep.CreditCurveFactor_CDS_SPREAD_LEVEL, bp)])
+                 for bp in (10.0, 5.0)]
+    explain = columns(zep.ExplainPnL(book(adapter), scenarios))
+    cs01 = adapter.Compute(zep.Metric_CS01).Value()
+    assert explain["credit"] == pytest.approx([10 * cs01, 5 * cs01], rel=1e-12)
+    # CS01 is a one-sided difference, so the remainder is of second order in the move.
+    assert explain["unexplained"][0] / explain["unexplained"][1] == pytest.approx(4.0, rel=0.2)

@@ -92,7 +92,7 @@ def test_the_example_run_values_every_trade_and_splits_its_var_by_desk(tmp_path)
     assert figures["var"][1] >= figures["var"][0] > 0
     for var, terms in zip(figures["var"], figures["explain"]):
         assert terms["full"] == pytest.approx(-var, rel=1e-12)  # the VaR day's P&L is minus the VaR
-        assert sum(terms[name] for name in ("delta", "gamma", "vega", "rates", "unexplained")) == \
+        assert sum(terms[name] for name in ("delta", "gamma", "vega", "rates", "credit", "unexplained")) == \
             pytest.approx(terms["full"], rel=1e-12)
 
 

@@ -151,6 +151,7 @@ zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& 
     put("gamma", column([](const Row& row) { return PyFloat_FromDouble(row.gamma); }));
     put("vega", column([](const Row& row) { return PyFloat_FromDouble(row.vega); }));
     put("rates", column([](const Row& row) { return PyFloat_FromDouble(row.rates); }));
+    put("credit", column([](const Row& row) { return PyFloat_FromDouble(row.credit); }));
     put("unexplained", column([](const Row& row) { return PyFloat_FromDouble(row.unexplained); }));
 }
 // Scenarios come as any Python sequence of Scenario objects, copied (they are shock lists).
@@ -184,10 +185,11 @@ def ExplainPnL(portfolio: "Portfolio", scenarios: "Sequence[Scenario]") -> "Any"
     sensitivities predict from the scenario's moves, with x the spot move in percent, v the
     volatility move in points and r_i each curve pillar's zero-rate move in basis points:
     delta = DELTA x (FX_DELTA for FX trades), gamma = GAMMA x^2 / 2, vega = VEGA v,
-    rates = sum of KEY_RATE_DV01_i r_i, unexplained = full - delta - gamma - vega - rates.
+    rates = sum of KEY_RATE_DV01_i r_i, credit = CS01 times the credit spread move in basis
+    points, unexplained = full - delta - gamma - vega - rates - credit.
 
     Returns a pandas DataFrame indexed by scenario with the columns full, delta, gamma, vega,
-    rates and unexplained when pandas is installed, else a dict of NumPy arrays (and
+    rates, credit and unexplained when pandas is installed, else a dict of NumPy arrays (and
     "scenario", the names)."""
     import numpy
     columns = _ExplainPnL(portfolio, list(scenarios))

@@ -24,6 +24,7 @@ public:
     std::string Describe() const override { return m_cds->Describe(); }
     double PVUnder(scenario::ShockedMarket& market) const override;
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;

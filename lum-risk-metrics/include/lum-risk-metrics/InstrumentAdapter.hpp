@@ -24,12 +24,13 @@ namespace zep::metrics {
 
 // The market levels a trade's sensitivities are taken at, so that a scenario's moves can be read
 // in the same terms (P&L attribution): the spot and volatility of its underlying, NaN when it has
-// none, and its curves in the order of its key-rate profile.
+// none, its curves in the order of its key-rate profile, and the issuer whose credit spreads it reads.
 struct MarketExposure {
     std::string underlying;
     double spot = std::numeric_limits<double>::quiet_NaN();
     double volatility = std::numeric_limits<double>::quiet_NaN();
     std::vector<boost::shared_ptr<const YieldCurve>> curves;
+    std::string issuer;
 };
 
 class InstrumentAdapter {

@@ -3,8 +3,10 @@
 // spot move in percent, v the volatility move in points and r_i the zero-rate move of curve
 // pillar i in basis points,
 //   delta = DELTA (or FX_DELTA) x,  gamma = GAMMA x^2 / 2,  vega = VEGA v,  rates = sum_i KR_i r_i,
-// and the unexplained remainder is full revaluation minus their sum: of third order in the spot
-// move for a trade whose cross and higher terms vanish, and a measure of what the
+// and the unexplained remainder is full revaluation minus their sum (and the credit term below):
+// of third order in the spot
+// move for a trade whose cross and higher terms vanish, with credit = CS01 c for a credit spread
+// move of c basis points, and a measure of what the
 // sensitivities miss otherwise. A sensitivity a trade does not have explains nothing.
 #pragma once
 
@@ -23,7 +25,8 @@ struct PnLExplain {
     double gamma = 0.0;
     double vega = 0.0;
     double rates = 0.0;
-    double unexplained = 0.0;  // full - delta - gamma - vega - rates
+    double credit = 0.0;
+    double unexplained = 0.0;  // full - delta - gamma - vega - rates - credit
 };
 
 // One row per scenario, summed over the positions with their quantities. Fails like Revalue on a

@@ -37,6 +37,8 @@ public:
     // The issuer's credit curve with every par spread moved by the shocks, bootstrapped again once
     // per scenario and shared by every trade on it; the curve itself when no shock names the issuer.
     const CreditCurve& Credit(const std::string& issuer, const boost::shared_ptr<const CreditCurve>& curve);
+    // How far the shocks move every par spread of the issuer's credit curve, in rate units.
+    double CreditSpreadMove(const std::string& issuer) const;
     metrics::MovedCurves& Curves() { return m_curves; }
     // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
     // in rate units; 0 for a curve no shock names.

@@ -11,7 +11,8 @@ P&L histogram and the top contributors as inline SVG.
 Inputs
 - market (YAML or JSON): reference_date; curves, each {tenors or dates, zero_rates} (continuous,
   Act/365F) by label; spots by currency pair (units of the second currency per unit of the
-  first); volatilities by pair.
+  first); volatilities by pair; credit_curves, each {tenors, spreads, recovery, discount (a curve
+  label)} by issuer.
 - portfolio: a CSV trade list (one trade a row), a YAML/JSON file listing trades (key "trades",
   a list of rows as the CSV has them; "csv": the path of a trade list beside it; "products": a
   product definition or a directory of them, priced in the market file "product_market"), a
@@ -19,7 +20,8 @@ Inputs
   file, scenarios shocking its spot and volatility by that name) or a directory of them.
 - history (CSV): a "date" column, then one column per factor named "curve:<label>" (the curve's
   zero-rate level, decimal; absolute moves), "curve:<label>:<pillar>" (one pillar), "spot:<pair>"
-  (relative moves) or "vol:<pair>" (decimal; absolute moves); one row a day, oldest first.
+  (relative moves), "vol:<pair>" (decimal; absolute moves) or "credit:<issuer>" (the level of its
+  par spreads, decimal; absolute moves); one row a day, oldest first.
 
 Trade rows: id, type, quantity and the tags desk, book, currency, counterparty, then the terms
 of their type (dates as ISO texts; pair names an FX pair of the market, its quote currency's
@@ -27,6 +29,7 @@ curve discounting):
 - Bond: coupon, start, end, curve, notional (the face amount)
 - VanillaSwap: side (+1 receive fixed, -1 pay fixed), notional, rate, start, end, curve
 - FRA: side (+1 pay the contract rate), notional, rate, start, end, curve
+- CDS: side (+1 buy protection), notional, coupon, start, end, issuer, curve (discount)
 - FloatingRateNote: coupon (the quoted margin), start, end, curve (discount and projection), notional
 - FXForward: side (+1 buy the base currency), notional, rate, end (delivery), pair
 - FXSwap: side (+1 buy the base at the near date), notional, rate and start (near), far_rate and end
@@ -47,20 +50,27 @@ from . import zeplib
 from .products import load_product
 
 TAGS = ("desk", "book", "currency", "counterparty")
-EXPLAIN_TERMS = ("full", "delta", "gamma", "vega", "rates", "unexplained")
+EXPLAIN_TERMS = ("full", "delta", "gamma", "vega", "rates", "credit", "unexplained")
 SPOT_LAG_DAYS = 2
 
 
 # Market ------------------------------------------------------------------------------------
 
 class RiskMarket:
-    """Today's market of a risk run: curves by label, spots and volatilities by pair."""
+    """Today's market of a risk run: curves by label, spots and volatilities by pair, credit
+    curves by issuer."""
 
-    def __init__(self, reference_date, curves, spots, volatilities):
+    def __init__(self, reference_date, curves, spots, volatilities, credit_curves=None):
         self.reference_date = zeplib.Date(str(reference_date))
         self.curves = curves
         self.spots = spots
         self.volatilities = volatilities
+        self.credit_curves = credit_curves or {}
+
+    def credit(self, issuer):
+        if issuer not in self.credit_curves:
+            raise ValueError(f"the market has no credit curve for {issuer!r}")
+        return self.credit_curves[issuer]
 
     def curve(self, label):
         if label not in self.curves:
@@ -111,7 +121,12 @@ def load_market(path):
                                                             label=label)
     spots = {pair: float(level) for pair, level in (fields.get("spots") or {}).items()}
     volatilities = {pair: float(level) for pair, level in (fields.get("volatilities") or {}).items()}
-    return RiskMarket(reference, curves, spots, volatilities)
+    market = RiskMarket(reference, curves, spots, volatilities)
+    for issuer, spec in (fields.get("credit_curves") or {}).items():
+        market.credit_curves[issuer] = zeplib.CreditCurve(reference, [str(t) for t in spec["tenors"]],
+                                                          [float(x) for x in spec["spreads"]], float(spec["recovery"]),
+                                                          market.curve(spec["discount"]))
+    return market
 
 
 # Trades ------------------------------------------------------------------------------------
@@ -203,7 +218,14 @@ def _digital(row, market):
     return zeplib.DigitalOptionAdapter(option, row["pair"])
 
 
-TRADE_TYPES = {"Bond": _bond, "VanillaSwap": _swap, "FRA": _fra, "FloatingRateNote": _floating_note,
+def _cds(row, market):
+    side = {1: "BUYER", -1: "SELLER"}[int(_number(row, "side"))]
+    cds = zeplib.MCreditDefaultSwap(side, _number(row, "notional"), _number(row, "coupon"), row["start"], row["end"],
+                                    market.credit(row["issuer"]), market.curve(row["curve"]))
+    return zeplib.CreditDefaultSwapAdapter(cds, row["issuer"])
+
+
+TRADE_TYPES = {"Bond": _bond, "CDS": _cds, "VanillaSwap": _swap, "FRA": _fra, "FloatingRateNote": _floating_note,
                "FXForward": _fx_forward, "FXSwap": _fx_swap, "NDF": _ndf, "VanillaOption": _vanilla,
                "BarrierOption": _barrier, "DigitalOption": _digital}
 
@@ -286,9 +308,12 @@ def _factor(name):
         return zeplib.Shock.Curve(parts[1], zeplib.YieldCurveFactor_KEY_RATE, 0.0, int(parts[2]))
     if kind == "spot" and len(parts) == 2:
         return zeplib.Shock.Spot(parts[1], zeplib.FXForwardFactor_SPOT_SHOCK, 0.0, zeplib.ShockType_RELATIVE)
+    if kind == "credit" and len(parts) == 2:
+        return zeplib.Shock.Credit(parts[1], zeplib.CreditCurveFactor_CDS_SPREAD_LEVEL, 0.0)
     if kind == "vol" and len(parts) == 2:
         return zeplib.Shock.Vol(parts[1], zeplib.VolSurfaceFactor_ATM_VOL_LEVEL, 0.0, zeplib.ShockType_ABSOLUTE)
-    raise ValueError(f"history column {name!r}: a factor is curve:<label>[:<pillar>], spot:<pair> or vol:<pair>")
+    raise ValueError(f"history column {name!r}: a factor is curve:<label>[:<pillar>], spot:<pair>, vol:<pair> "
+                     "or credit:<issuer>")
 
 
 def load_history(path):

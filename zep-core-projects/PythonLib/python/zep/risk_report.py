@@ -98,7 +98,8 @@ def write(figures, directory):
     lines += ["", "## What the VaR days were made of", "",
               "Each VaR day's P&L (full revaluation) against the book's sensitivities times the day's moves; "
               "the remainder is what they leave unexplained.", "",
-              "| confidence | full | delta | gamma | vega | rates | unexplained |", "|---|---|---|---|---|---|---|"]
+              "| confidence | full | delta | gamma | vega | rates | credit | unexplained |",
+              "|---|---|---|---|---|---|---|---|"]
     lines += [f"| {c:.1%} | " + " | ".join(_money(terms[name]) for name in terms) + " |"
               for c, terms in zip(figures["confidence"], figures["explain"])]
     lines += ["", "## P&L distribution", "",
