@@ -46,8 +46,8 @@ struct Sensitivities {
             row.credit += cs01 * market.CreditSpreadMove(exposure.issuer) / metrics::kBasisPoint;
         std::size_t bucket = 0;
         for (const auto& curve : exposure.curves)
-            for (std::size_t pillar = 0; pillar < curve->Dates().size() && bucket < keyRates.size(); ++pillar)
-                row.rates += keyRates[bucket++] * market.RateMove(*curve, pillar) / metrics::kBasisPoint;
+            for (double move : market.RateMoves(*curve))
+                if (bucket < keyRates.size()) row.rates += keyRates[bucket++] * move / metrics::kBasisPoint;
     }
 };
 

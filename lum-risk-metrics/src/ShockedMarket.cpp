@@ -83,11 +83,12 @@ const CreditCurve& ShockedMarket::Credit(const std::string& issuer, const boost:
     return moved->second;
 }
 
-double ShockedMarket::RateMove(const YieldCurve& curve, std::size_t pillar) const {
+std::vector<double> ShockedMarket::RateMoves(const YieldCurve& curve) const {
     const auto found = m_curveMoves.find(curve.Label());
-    if (curve.Label().empty() || found == m_curveMoves.end()) return 0.0;
-    const std::vector<double> pillarMoves = PillarMoves(curve, found->second);
-    return found->second.level + (pillar < pillarMoves.size() ? pillarMoves[pillar] : 0.0);
+    if (curve.Label().empty() || found == m_curveMoves.end()) return std::vector<double>(curve.Dates().size(), 0.0);
+    std::vector<double> moves = PillarMoves(curve, found->second);
+    for (double& move : moves) move += found->second.level;
+    return moves;
 }
 
 std::vector<double> ShockedMarket::PillarMoves(const YieldCurve& curve, const CurveMove& move) const {

@@ -86,9 +86,10 @@ TEST(ShockedMarketRateMove, AddsTheLevelToTheKeyRateOfThePillarInRateUnits) {
                          ContinuousZeroRates, LinearInterpolation, "EUR");
     const YieldCurve usd(D("2024-01-15"), pillars, {0.03, 0.03, 0.03}, Continuous, DayCounter(Act365Fixed),
                          ContinuousZeroRates, LinearInterpolation, "USD");
-    EXPECT_DOUBLE_EQ(market.RateMove(eur, 0), 2e-4);
-    EXPECT_DOUBLE_EQ(market.RateMove(eur, 1), 7e-4);
-    EXPECT_DOUBLE_EQ(market.RateMove(usd, 1), 0.0);
+    const std::vector<double> eurMoves = market.RateMoves(eur);
+    EXPECT_DOUBLE_EQ(eurMoves[0], 2e-4);
+    EXPECT_DOUBLE_EQ(eurMoves[1], 7e-4);
+    EXPECT_EQ(market.RateMoves(usd), std::vector<double>(3, 0.0));
 }
 
 // Pillars 0, 1, 2 and 4 years after the first (1461 days to the last): the shapes are linear in
@@ -100,8 +101,8 @@ TEST(ShockedMarketRateMove, SlopeTwistAndCurvatureAreLinearInTimeBetweenTheirPin
                          ContinuousZeroRates, LinearInterpolation, "EUR");
     const auto moves = [&](metrics::YieldCurveFactor factor, std::size_t pillar) {
         const scenario::ShockedMarket market(scenario::Scenario("day", {Shock::Curve("EUR", factor, 10.0, pillar)}));
-        std::vector<double> bp;
-        for (std::size_t i = 0; i < pillars.size(); ++i) bp.push_back(market.RateMove(eur, i) / 1e-4);
+        std::vector<double> bp = market.RateMoves(eur);
+        for (double& move : bp) move /= 1e-4;
         return bp;
     };
     const double days[] = {0.0, 366.0, 731.0, 1461.0};

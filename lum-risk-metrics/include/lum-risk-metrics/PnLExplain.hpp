@@ -1,13 +1,12 @@
 // Risk-based P&L explain: a scenario's P&L predicted from each trade's sensitivities and the
 // scenario's moves of what the trade reads, set against the P&L of full revaluation. With x the
-// spot move in percent, v the volatility move in points and r_i the zero-rate move of curve
-// pillar i in basis points,
-//   delta = DELTA (or FX_DELTA) x,  gamma = GAMMA x^2 / 2,  vega = VEGA v,  rates = sum_i KR_i r_i,
-// and the unexplained remainder is full revaluation minus their sum (and the credit term below):
-// of third order in the spot
-// move for a trade whose cross and higher terms vanish, with credit = CS01 c for a credit spread
-// move of c basis points, and a measure of what the
-// sensitivities miss otherwise. A sensitivity a trade does not have explains nothing.
+// spot move in percent, v the volatility move in points, r_i the zero-rate move of curve pillar i
+// and c the credit spread move, both in basis points,
+//   delta = DELTA (or FX_DELTA) x,  gamma = GAMMA x^2 / 2,  vega = VEGA v,
+//   rates = sum_i KEY_RATE_DV01_i r_i,  credit = CS01 c,
+// and the unexplained remainder is full revaluation minus their sum: of third order in the spot
+// move for a trade whose cross and higher terms vanish, and a measure of what the sensitivities
+// miss otherwise. A sensitivity a trade does not have explains nothing.
 #pragma once
 
 #include <string>

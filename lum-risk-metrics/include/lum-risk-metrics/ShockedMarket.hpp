@@ -40,9 +40,9 @@ public:
     // How far the shocks move every par spread of the issuer's credit curve, in rate units.
     double CreditSpreadMove(const std::string& issuer) const;
     metrics::MovedCurves& Curves() { return m_curves; }
-    // How far the shocks move the zero rate of the curve's pillar (its level and key-rate moves),
-    // in rate units; 0 for a curve no shock names.
-    double RateMove(const YieldCurve& curve, std::size_t pillar) const;
+    // How far the shocks move the zero rate of each of the curve's pillars (level, key-rate and
+    // shape moves together), in rate units; zeros for a curve no shock names.
+    std::vector<double> RateMoves(const YieldCurve& curve) const;
 
 private:
     // A level x becomes x * factor + shift.
