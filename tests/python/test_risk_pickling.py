@@ -27,11 +27,15 @@ ADAPTERS = {
     "barrier": lambda: zep.BarrierOptionAdapter(zep.MVanillaBarriers(
         -1, 0, 2e6, 1.10, 3, 1.02, 0.0, 1.08, REFERENCE, "2024-07-15", "2024-07-17", "2024-07-17", "2024-07-17",
         0.035, 0.02, 0.09), "EURUSD"),
+    "cds": lambda: zep.CreditDefaultSwapAdapter(zep.MCreditDefaultSwap(
+        "BUYER", 1e7, 0.01, REFERENCE, "2029-03-20",
+        zep.CreditCurve(REFERENCE, ["1Y", "5Y"], [0.006, 0.011], 0.4, curve("USD")), curve("USD")), "ACME"),
     "option": lambda: zep.VanillaOptionAdapter(zep.MVanillaOption(1, 0, 1e6, 1.1, 1.08, REFERENCE, "2024-07-15",
                                                                   "2024-07-17", "2024-07-17", 0.035, 0.02, 0.09),
                                                "EURUSD"),
 }
 SCENARIO = zep.Scenario("day", [zep.Shock.Curve("EUR", zep.YieldCurveFactor_LEVEL, 7.0),
+                                zep.Shock.Credit("ACME", zep.CreditCurveFactor_CDS_SPREAD_LEVEL, 12.0),
                                 zep.Shock.Spot("EURUSD", zep.FXForwardFactor_SPOT_SHOCK, 0.01, zep.ShockType_RELATIVE)])
 
 
@@ -40,7 +44,7 @@ def test_an_adapter_copy_answers_like_the_original(name):
     adapter = ADAPTERS[name]()
     copy = pickle.loads(pickle.dumps(adapter))
     assert type(copy) is type(adapter)
-    for metric in (zep.Metric_PV, zep.Metric_DV01, zep.Metric_DELTA, zep.Metric_FX_DELTA):
+    for metric in (zep.Metric_PV, zep.Metric_DV01, zep.Metric_DELTA, zep.Metric_FX_DELTA, zep.Metric_CS01):
         original, copied = adapter.Compute(metric), copy.Compute(metric)
         assert (copied.available, copied.value, copied.reason) == (original.available, original.value, original.reason)
 
