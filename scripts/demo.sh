@@ -22,3 +22,7 @@ echo
 .venv/bin/python examples/products/price_products.py
 echo
 .venv/bin/python examples/models_demo.py
+echo
+# The risk day: the example book of 1 000 trades, historical VaR over two years of daily moves.
+.venv/bin/python -m zep.risk examples/risk/portfolio.yaml examples/risk/market.yaml examples/risk/history.csv \
+    --report-dir "${ZEP_REPORT_DIR:-reports}/risk"

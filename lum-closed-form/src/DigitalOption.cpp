@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <boost/make_shared.hpp>
+
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 
@@ -67,5 +69,14 @@ double DigitalOption::Gamma() const { return Engine(Analytic).Gamma(); }
 double DigitalOption::Vega() const { return Engine(Analytic).Vega(); }
 double DigitalOption::Theta() const { return Engine(Analytic).Theta(); }
 double DigitalOption::Rho() const { return Engine(Analytic).Rho(); }
+
+DigitalOption DigitalOption::OnMovedMarket(double spot, double volatilityShift) const {
+    ZEP_REQUIRE(spot > 0.0, "DigitalOption: the moved spot must be above zero");
+    DigitalOption moved = *this;
+    moved.m_spot = spot;
+    moved.m_source = boost::make_shared<ShiftedVolatility>(m_source, volatilityShift);
+    moved.m_volatility = m_volatility + volatilityShift;
+    return moved;
+}
 
 }  // namespace zep

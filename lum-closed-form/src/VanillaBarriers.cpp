@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <boost/make_shared.hpp>
+
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/EuropeanBarrierBS.hpp"
 #include "lum-closed-form/EuropeanBarrierVV_Fisher.hpp"
@@ -75,6 +77,20 @@ double VanillaBarriers::DeltaPrice(const std::string& fieldName, double bump, in
     if (fieldName != "spot_Volatility") ZEP_FAIL("not supported fieldName!");
     if (bump == 0.0) return 0.0;
     return (PriceAt(bump, pricingMethod) - PriceAt(-bump, pricingMethod)) / (2.0 * bump);
+}
+
+VanillaBarriers VanillaBarriers::OnMovedMarket(double spot, double volatilityShift, double riskReversal25Shift,
+                                               double butterfly25Shift) const {
+    ZEP_REQUIRE(spot > 0.0, "VanillaBarriers: the moved spot must be above zero");
+    VanillaBarriers moved = *this;
+    moved.m_spot = spot;
+    moved.m_volatility = boost::make_shared<ShiftedVolatility>(m_volatility, volatilityShift);
+    if (moved.m_smile) {
+        if (moved.m_smile->atmVolatility) *moved.m_smile->atmVolatility += volatilityShift;
+        moved.m_smile->riskReversal25 += riskReversal25Shift;
+        moved.m_smile->butterfly25 += butterfly25Shift;
+    }
+    return moved;
 }
 
 }  // namespace zep

@@ -17,6 +17,12 @@ std::vector<std::string> CurveInstrumentAdapter::MarketNames() const {
     return names;
 }
 
+MarketExposure CurveInstrumentAdapter::Exposure() const {
+    MarketExposure exposure;
+    exposure.curves = Curves();
+    return exposure;
+}
+
 MetricResultVector CurveInstrumentAdapter::EvaluateProfile(Metric metric) const {
     if (metric != Metric::KEY_RATE_DV01) return {Evaluate(metric)};
     return KeyRateDV01(Curves(), [this](MovedCurves& curves) { return PVOn(curves); });

@@ -35,6 +35,13 @@ std::vector<std::string> FXForwardAdapter::MarketNames() const {
     return names;
 }
 
+MarketExposure FXForwardAdapter::Exposure() const {
+    MarketExposure exposure = CurveInstrumentAdapter::Exposure();
+    exposure.underlying = m_market.pair;
+    exposure.spot = m_market.spot;
+    return exposure;
+}
+
 std::vector<boost::shared_ptr<const YieldCurve>> FXForwardAdapter::Curves() const {
     if (m_market.quoteCurve == m_market.baseCurve) return {m_market.quoteCurve};
     return {m_market.quoteCurve, m_market.baseCurve};

@@ -35,7 +35,8 @@ void RequireComplete(const FactorHistory& history) {
 double MoveOf(const Shock& factor, double before, double after) {
     if (factor.type == ShockType::RELATIVE) return after / before - 1.0;
     const double move = after - before;
-    return factor.family == FactorFamily::YIELD_CURVE ? move / metrics::kBasisPoint : move;
+    const bool inBasisPoints = factor.family == FactorFamily::YIELD_CURVE || factor.family == FactorFamily::CREDIT_CURVE;
+    return inBasisPoints ? move / metrics::kBasisPoint : move;
 }
 
 }  // namespace

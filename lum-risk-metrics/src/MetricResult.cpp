@@ -28,6 +28,7 @@ constexpr Convention kConventions[] = {
     {"PAR_RATE", UnitCode::PCT, MetricAggregationType::NO_AGGREGATION},
     {"MODIFIED_DURATION", UnitCode::YEAR, MetricAggregationType::MARKET_VALUE_WEIGHTED},
     {"KEY_RATE_DV01", UnitCode::CCY_PER_BP, MetricAggregationType::SUM},
+    {"CS01", UnitCode::CCY_PER_BP, MetricAggregationType::SUM},
 };
 
 const Convention& ConventionOf(Metric metric) {

@@ -15,6 +15,8 @@ void RequireShock(const std::string& target, double size, const char* what) {
 
 constexpr const char* kCurveFactors[] = {"LEVEL", "SLOPE", "CURVATURE", "KEY_RATE", "TWIST_SHORT_LONG"};
 constexpr const char* kFXFactors[] = {"SPOT_SHOCK", "FORWARD_POINTS_LEVEL", "FORWARD_POINTS_SLOPE", "KEY_TENOR_SHOCK"};
+constexpr const char* kCreditFactors[] = {"CDS_SPREAD_LEVEL", "CDS_SPREAD_SLOPE", "HAZARD_RATE_LEVEL",
+                                          "DEFAULT_PROB_SHOCK", "RECOVERY_RATE_SHOCK"};
 constexpr const char* kVolFactors[] = {"ATM_VOL_LEVEL", "VOL_TERM_STRUCTURE", "RISK_REVERSAL_25D", "BUTTERFLY_25D",
                                        "RISK_REVERSAL_10D", "BUTTERFLY_10D", "VOL_SMILE_SHIFT"};
 
@@ -28,6 +30,7 @@ std::string FactorName(FactorFamily family, int code) {
     switch (family) {
         case FactorFamily::YIELD_CURVE: return FactorName(kCurveFactors, code);
         case FactorFamily::FX: return FactorName(kFXFactors, code);
+        case FactorFamily::CREDIT_CURVE: return FactorName(kCreditFactors, code);
         default: return FactorName(kVolFactors, code);
     }
 }
@@ -43,10 +46,11 @@ void RequireSupported(bool supported, FactorFamily family, int code, const char*
 
 Shock Shock::Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar) {
     RequireShock(curve, basisPoints, "curve");
-    RequireSupported(factor == YieldCurveFactor::LEVEL || factor == YieldCurveFactor::KEY_RATE,
-                     FactorFamily::YIELD_CURVE, static_cast<int>(factor), "LEVEL and KEY_RATE are");
-    return {std::move(curve), FactorFamily::YIELD_CURVE, static_cast<int>(factor), basisPoints, ShockType::ABSOLUTE,
-            factor == YieldCurveFactor::KEY_RATE ? pillar : 0};
+    const int code = static_cast<int>(factor);
+    RequireSupported(code >= 0 && static_cast<std::size_t>(code) < std::size(kCurveFactors), FactorFamily::YIELD_CURVE,
+                     code, "LEVEL, SLOPE, CURVATURE, KEY_RATE and TWIST_SHORT_LONG are");
+    const bool pillarShock = factor != YieldCurveFactor::LEVEL && factor != YieldCurveFactor::SLOPE;
+    return {std::move(curve), FactorFamily::YIELD_CURVE, code, basisPoints, ShockType::ABSOLUTE, pillarShock ? pillar : 0};
 }
 
 Shock Shock::Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type) {
@@ -58,15 +62,27 @@ Shock Shock::Spot(std::string underlying, FXForwardFactor factor, double size, S
 
 Shock Shock::Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type) {
     RequireShock(underlying, size, "volatility");
-    RequireSupported(factor == VolSurfaceFactor::ATM_VOL_LEVEL, FactorFamily::VOL_SURFACE, static_cast<int>(factor),
-                     "ATM_VOL_LEVEL is");
+    const bool smileQuote = factor == VolSurfaceFactor::RISK_REVERSAL_25D || factor == VolSurfaceFactor::BUTTERFLY_25D;
+    RequireSupported(factor == VolSurfaceFactor::ATM_VOL_LEVEL || smileQuote, FactorFamily::VOL_SURFACE,
+                     static_cast<int>(factor), "ATM_VOL_LEVEL, RISK_REVERSAL_25D and BUTTERFLY_25D are");
+    if (smileQuote && type != ShockType::ABSOLUTE)
+        throw std::invalid_argument("The " + FactorName(FactorFamily::VOL_SURFACE, static_cast<int>(factor)) +
+                                    " shock of '" + underlying + "' moves a quote that may be zero: it is absolute.");
     return {std::move(underlying), FactorFamily::VOL_SURFACE, static_cast<int>(factor), size, type, 0};
+}
+
+Shock Shock::Credit(std::string issuer, CreditCurveFactor factor, double basisPoints) {
+    RequireShock(issuer, basisPoints, "credit");
+    RequireSupported(factor == CreditCurveFactor::CDS_SPREAD_LEVEL, FactorFamily::CREDIT_CURVE, static_cast<int>(factor),
+                     "CDS_SPREAD_LEVEL is");
+    return {std::move(issuer), FactorFamily::CREDIT_CURVE, static_cast<int>(factor), basisPoints, ShockType::ABSOLUTE, 0};
 }
 
 std::string Shock::Describe() const {
     std::string text = target + " " + FactorName(family, factor);
-    if (family == FactorFamily::YIELD_CURVE && factor == static_cast<int>(YieldCurveFactor::KEY_RATE))
-        text += " pillar " + std::to_string(pillar);
+    const bool pillarShock = factor != static_cast<int>(YieldCurveFactor::LEVEL) &&
+                             factor != static_cast<int>(YieldCurveFactor::SLOPE);
+    if (family == FactorFamily::YIELD_CURVE && pillarShock) text += " pillar " + std::to_string(pillar);
     return text;
 }
 

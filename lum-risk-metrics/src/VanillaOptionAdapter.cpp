@@ -26,6 +26,8 @@ double VanillaOptionAdapter::PVUnder(scenario::ShockedMarket& market) const {
     return pv;
 }
 
+MarketExposure VanillaOptionAdapter::Exposure() const { return {m_underlying, m_option->GetSpot(), m_option->GetVol(), {}}; }
+
 std::vector<std::string> VanillaOptionAdapter::MarketNames() const {
     if (m_underlying.empty()) return {};
     return {m_underlying};

@@ -107,8 +107,9 @@ TEST(ShockedMarket, AShockThatLeavesAVolatilityNegativeIsRefused) {
 }
 
 TEST(Shock, FactorsWithoutAShockAreRefusedByName) {
-    EXPECT_EQ(FailureText([] { Shock::Curve("EUR", YieldCurveFactor::SLOPE, 1.0); }),
-              "The factor SLOPE is not supported as a shock: LEVEL and KEY_RATE are.");
+    EXPECT_EQ(FailureText([] { Shock::Vol("EURUSD", VolSurfaceFactor::VOL_SMILE_SHIFT, 0.01, ShockType::ABSOLUTE); }),
+              "The factor VOL_SMILE_SHIFT is not supported as a shock: ATM_VOL_LEVEL, RISK_REVERSAL_25D and "
+              "BUTTERFLY_25D are.");
     EXPECT_THROW(Shock::Spot("", FXForwardFactor::SPOT_SHOCK, 0.01, ShockType::RELATIVE), std::invalid_argument);
     EXPECT_THROW(Shock::Vol("EURUSD", VolSurfaceFactor::ATM_VOL_LEVEL,
                                    std::numeric_limits<double>::infinity(), ShockType::ABSOLUTE), std::invalid_argument);

@@ -162,10 +162,10 @@ def test_a_shock_naming_a_curve_no_trade_reads_is_refused():
 
 
 def test_unsupported_factors_and_missing_objects_are_refused():
-    with pytest.raises(ValueError, match="The factor TWIST_SHORT_LONG is not supported as a shock"):
-        zep.Shock.Curve("EUR", zep.YieldCurveFactor_TWIST_SHORT_LONG, 1.0)
-    with pytest.raises(ValueError, match="The factor RISK_REVERSAL_25D is not supported as a shock"):
-        zep.Shock.Vol("EURUSD", zep.VolSurfaceFactor_RISK_REVERSAL_25D, 0.01, zep.ShockType_ABSOLUTE)
+    with pytest.raises(ValueError, match="The factor FORWARD_POINTS_LEVEL is not supported as a shock"):
+        zep.Shock.Spot("EURUSD", zep.FXForwardFactor_FORWARD_POINTS_LEVEL, 1.0, zep.ShockType_ABSOLUTE)
+    with pytest.raises(ValueError, match="The factor RISK_REVERSAL_10D is not supported as a shock"):
+        zep.Shock.Vol("EURUSD", zep.VolSurfaceFactor_RISK_REVERSAL_10D, 0.01, zep.ShockType_ABSOLUTE)
     with pytest.raises(TypeError):
         level(1.0).PnL(None)
     with pytest.raises(TypeError):

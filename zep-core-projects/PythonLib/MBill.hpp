@@ -27,6 +27,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     const zep::YieldCurve& Curve(const char* where) const;
     boost::shared_ptr<zep::YieldCurve> m_curve;
 };

@@ -41,6 +41,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     boost::shared_ptr<const zep::CreditCurve> m_credit;
     boost::shared_ptr<zep::YieldCurve> m_discount;
 };

@@ -26,6 +26,9 @@ public:
     double Theta() const;
     double Rho() const;
     double GetVolatility() const;
+
+private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
 };
 
 }  // namespace zep::python

@@ -29,6 +29,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     std::optional<CurvePair> m_curves;
 };
 

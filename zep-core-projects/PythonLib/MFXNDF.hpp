@@ -28,6 +28,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     std::optional<FXCurves> m_market;
     boost::shared_ptr<zep::FixingStore> m_fixings;
 };

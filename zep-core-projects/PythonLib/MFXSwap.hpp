@@ -26,6 +26,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     std::optional<FXCurves> m_market;
 };
 

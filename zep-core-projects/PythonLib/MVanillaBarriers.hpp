@@ -41,6 +41,9 @@ public:
     double DeltaPrice(const std::string& fieldName, double bump, int pricingMethod = 0) const;
     double GetTimeToExpiry() const;
     double GetTimeToDelivery() const;
+
+private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
 };
 
 }  // namespace zep::python

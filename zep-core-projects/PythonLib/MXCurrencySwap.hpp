@@ -43,6 +43,7 @@ public:
     std::string Describe() const;
 
 private:
+    friend struct RiskAdapters;  // hands the instrument and its market to the risk layer
     // A leg's market: its curves, the rate converting it to domestic, and the pair it may reset on.
     zep::LegMarket MarketOf(const CurvePair& curves, double fxRate) const;
 

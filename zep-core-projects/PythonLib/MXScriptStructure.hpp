@@ -78,6 +78,9 @@ public:
 
 protected:
     explicit MXScriptStructure(boost::shared_ptr<XScriptStructure> product);
+
+private:
+    friend struct RiskAdapters;  // hands the product to the risk layer
 };
 
 }  // namespace zep::python

@@ -112,6 +112,8 @@ The smile is linear in strike, total variance linear in time.";
 after Dispose() every call reports 'not initialized!'. Surface() hands the library surface to
 the options built on it.";
 
+// The risk layer's parallel move of a source stays internal: Python moves a market by scenarios.
+%ignore zep::ShiftedVolatility;
 %include "lum-closed-form/VolatilitySource.hpp"
 %include "lum-fxo-market/FXDeltaConvention.hpp"
 %include "lum-fxo-market/SmileInterpolation.hpp"

@@ -42,6 +42,19 @@ returning a number.";
 %shared_ptr(zep::metrics::SwapAdapter)
 %shared_ptr(zep::metrics::FXForwardAdapter)
 %shared_ptr(zep::metrics::VanillaOptionAdapter)
+%shared_ptr(zep::metrics::CurveInstrumentAdapter)
+%shared_ptr(zep::metrics::CurvePricedAdapter)
+%shared_ptr(zep::python::FRAAdapter)
+%shared_ptr(zep::python::FloatingRateNoteAdapter)
+%shared_ptr(zep::python::BillAdapter)
+%shared_ptr(zep::python::FXSwapAdapter)
+%shared_ptr(zep::python::NDFAdapter)
+%shared_ptr(zep::python::CrossCurrencySwapAdapter)
+%shared_ptr(zep::metrics::CreditDefaultSwapAdapter)
+%shared_ptr(zep::metrics::SpotVolOptionAdapter)
+%shared_ptr(zep::metrics::ScriptedProductAdapter)
+%shared_ptr(zep::python::BarrierOptionAdapter)
+%shared_ptr(zep::python::DigitalOptionAdapter)
 
 %feature("docstring") zep::metrics::InstrumentAdapter
 "What every adapter answers: Compute(metric) gives a MetricResult, Compute([metrics]) a
@@ -68,6 +81,53 @@ Profile(Metric_KEY_RATE_DV01).";
 MVanillaOption; scenarios shock its spot and volatility by the name underlying. PV,
 MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), THETA (per
 day), RHO (per basis point).";
+%feature("docstring") zep::python::FRAAdapter
+"A forward rate agreement for the risk layer: FRAAdapter(fra) from an MFRA. PV, MARKET_VALUE, NPV,
+DV01 (discount and projection curves one basis point up), PAR_RATE (percent);
+Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::FloatingRateNoteAdapter
+"A floating-rate note for the risk layer: FloatingRateNoteAdapter(note, faceAmount=100) from an
+MFloatingRateNote (prices per 100 of the face amount). PV, MARKET_VALUE, NPV, DV01;
+Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::BillAdapter
+"A bill for the risk layer: BillAdapter(bill) from an MBill built with its discount curve. PV,
+MARKET_VALUE, NPV, DV01; Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::FXSwapAdapter
+"An FX swap for the risk layer: FXSwapAdapter(swap, pair='') from an MFXSwap; scenarios shock its
+spot by the name pair. PV, MARKET_VALUE, NPV (quote currency), FX_DELTA (per 1% on spot), DV01
+(both curves); Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::NDFAdapter
+"A non-deliverable forward for the risk layer: NDFAdapter(ndf, pair='') from an MFXNDF; scenarios
+shock its spot by the name pair (a fixed NDF no longer moves with it). PV, MARKET_VALUE, NPV,
+FX_DELTA (per 1% on spot), DV01; Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::python::CrossCurrencySwapAdapter
+"A cross-currency swap for the risk layer: CrossCurrencySwapAdapter(swap, pair='') from an
+MXCurrencySwap; scenarios shock the spot converting its foreign leg by the name pair. PV,
+MARKET_VALUE, NPV (domestic currency), FX_DELTA (per 1% on spot), DV01 (every curve of both legs),
+PAR_RATE (the domestic leg's par rate or spread, percent); Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::CreditDefaultSwapAdapter
+"A credit default swap for the risk layer: CreditDefaultSwapAdapter(cds, issuer='') from an
+MCreditDefaultSwap; credit scenarios (Shock.Credit) shock its credit curve by the name issuer. PV, MARKET_VALUE, NPV, CS01 (every par spread of the credit curve one basis
+point up), DV01 (the discount curve, the hazard rates held), PAR_RATE (the par spread, percent);
+Profile(Metric_KEY_RATE_DV01).";
+%feature("docstring") zep::metrics::ScriptedProductAdapter
+"A scripted product for the risk layer: ScriptedProductAdapter(product, underlying='') from an
+MXScriptStructure; scenarios shock its spot and volatility by the name underlying and revalue it
+on the same paths. PV, MARKET_VALUE, NPV (notional times the price), DELTA and GAMMA (per 1% on
+spot, DELTA the PV change: the opposite sign of the product's own Delta), VEGA (per volatility
+point), THETA (per day), RHO (per basis point), from the script engine's Greeks.";
+%feature("docstring") zep::python::BarrierOptionAdapter
+"A barrier option for the risk layer: BarrierOptionAdapter(option, underlying='', pricingMethod=0)
+from an MVanillaBarriers, priced by its own method codes; scenarios shock its spot and its
+volatility (the volatility at the strike; a surface moves in parallel) and its 25-delta smile
+quotes (read by Vanna-Volga) by the name underlying. PV,
+MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per volatility point), all by
+revaluation.";
+%feature("docstring") zep::python::DigitalOptionAdapter
+"A digital option for the risk layer: DigitalOptionAdapter(option, underlying='', pricingMethod=0)
+from an MDigitalOption, priced by its own method codes; scenarios shock its spot and volatility by
+the name underlying. PV, MARKET_VALUE, NPV, DELTA and GAMMA (per 1% on spot), VEGA (per
+volatility point), all by revaluation.";
 %feature("docstring") zep::metrics::Portfolio
 "Trades for aggregation: Add(id, adapter, quantity=1, tags={}); Aggregate(metric) over all trades
 and AggregateBy(metric, tag) per tag value (trades without the tag under ''), each by the
@@ -129,6 +189,109 @@ public:
     }
 };
 
+%nodefaultctor CurveInstrumentAdapter;
+class CurveInstrumentAdapter : public InstrumentAdapter {};
+%nodefaultctor CurvePricedAdapter;
+class CurvePricedAdapter : public CurveInstrumentAdapter {};
+%nodefaultctor SpotVolOptionAdapter;
+class SpotVolOptionAdapter : public InstrumentAdapter {};
+
+}  // namespace metrics
+
+namespace python {
+
+class FRAAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        FRAAdapter(const zep::python::MFRA& fra) { return zep::python::RiskAdapters::Of(fra).release(); }
+    }
+};
+
+class FloatingRateNoteAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        FloatingRateNoteAdapter(const zep::python::MFloatingRateNote& note, double faceAmount = 100.0) {
+            return zep::python::RiskAdapters::Of(note, faceAmount).release();
+        }
+    }
+};
+
+class BillAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        BillAdapter(const zep::python::MBill& bill) { return zep::python::RiskAdapters::Of(bill).release(); }
+    }
+};
+
+class FXSwapAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        FXSwapAdapter(const zep::python::MFXSwap& swap, const std::string& pair = "") {
+            return zep::python::RiskAdapters::Of(swap, pair).release();
+        }
+    }
+};
+
+class NDFAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        NDFAdapter(const zep::python::MFXNDF& ndf, const std::string& pair = "") {
+            return zep::python::RiskAdapters::Of(ndf, pair).release();
+        }
+    }
+};
+
+class CrossCurrencySwapAdapter : public zep::metrics::CurvePricedAdapter {
+public:
+    %extend {
+        CrossCurrencySwapAdapter(const zep::python::MXCurrencySwap& swap, const std::string& pair = "") {
+            return zep::python::RiskAdapters::Of(swap, pair).release();
+        }
+    }
+};
+
+class BarrierOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
+public:
+    %extend {
+        BarrierOptionAdapter(const zep::python::MVanillaBarriers& option, const std::string& underlying = "",
+                             int pricingMethod = 0) {
+            return zep::python::RiskAdapters::Of(option, underlying, pricingMethod).release();
+        }
+    }
+};
+
+class DigitalOptionAdapter : public zep::metrics::SpotVolOptionAdapter {
+public:
+    %extend {
+        DigitalOptionAdapter(const zep::python::MDigitalOption& option, const std::string& underlying = "",
+                             int pricingMethod = 0) {
+            return zep::python::RiskAdapters::Of(option, underlying, pricingMethod).release();
+        }
+    }
+};
+
+}  // namespace python
+
+namespace metrics {
+
+class CreditDefaultSwapAdapter : public CurveInstrumentAdapter {
+public:
+    %extend {
+        CreditDefaultSwapAdapter(const zep::python::MCreditDefaultSwap& cds, const std::string& issuer = "") {
+            return zep::python::RiskAdapters::Of(cds, issuer).release();
+        }
+    }
+};
+
+class ScriptedProductAdapter : public InstrumentAdapter {
+public:
+    %extend {
+        ScriptedProductAdapter(const zep::python::MXScriptStructure& product, const std::string& underlying = "") {
+            return zep::python::RiskAdapters::Of(product, underlying).release();
+        }
+    }
+};
+
 class Portfolio {
 public:
     Portfolio();
@@ -161,7 +324,9 @@ def _metric_result_repr(self):
 
 
 MetricResult.__repr__ = _metric_result_repr
-for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter):
+for _adapter in (BondAdapter, SwapAdapter, FXForwardAdapter, VanillaOptionAdapter, FRAAdapter,
+                 FloatingRateNoteAdapter, BillAdapter, FXSwapAdapter, NDFAdapter, CrossCurrencySwapAdapter,
+                 CreditDefaultSwapAdapter, BarrierOptionAdapter, DigitalOptionAdapter, ScriptedProductAdapter):
     _adapter.__repr__ = _instrument_repr
 del _adapter
 %}

@@ -4,10 +4,15 @@
 // levels.
 %{
 #include "lum-risk-metrics/HistoricalVaR.hpp"
+#include "lum-risk-metrics/PnLExplain.hpp"
 #include "lum-risk-metrics/ScenarioRevaluation.hpp"
 #include "lum-risk-metrics/ShockedMarket.hpp"
 
 namespace zep::python {
+inline std::vector<scenario::Scenario> HistoricalScenarios(const std::vector<scenario::Shock>& factors,
+                                                           const std::vector<std::vector<double>>& levels) {
+    return scenario::HistoricalScenarios({factors, levels});
+}
 // The history as the proxy hands it over: the factors and one row of levels per day.
 inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio,
                                                    const std::vector<scenario::Shock>& factors,
@@ -19,10 +24,16 @@ inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& por
 %}
 
 %feature("docstring") zep::scenario::Shock
-"One market move: Shock.Curve(curve, YieldCurveFactor_LEVEL or _KEY_RATE, basisPoints, pillar=0)
-on the curve of that label; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
+"One market move: Shock.Curve(curve, YieldCurveFactor_*, basisPoints, pillar=0) on the curve of
+that label, moving its pillars' zero rates: LEVEL all alike, KEY_RATE the pillar's, SLOPE from 0 at
+the first pillar to basisPoints at the last (linear in time), TWIST_SHORT_LONG about the pivot
+pillar (0 there, basisPoints at the last, the short end the other way), CURVATURE the belly pillar
+by basisPoints down to 0 at both ends; Shock.Spot(underlying, FXForwardFactor_SPOT_SHOCK, size, type) and
 Shock.Vol(underlying, VolSurfaceFactor_ATM_VOL_LEVEL, size, type) on the spot and volatility an
-adapter names by underlying, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
+adapter names by underlying (VolSurfaceFactor_RISK_REVERSAL_25D and _BUTTERFLY_25D, absolute only,
+move the smile quotes Vanna-Volga barriers are priced on); Shock.Credit(issuer,
+CreditCurveFactor_CDS_SPREAD_LEVEL, basisPoints) on every par spread of the credit curve a CDS
+adapter names by issuer, type ShockType_ABSOLUTE (in the quantity's units, 0.01 = one vol
 point) or ShockType_RELATIVE (0.01 = 1%). Read-only fields: target, family (FactorFamily_*),
 factor, size, type, pillar.";
 %feature("docstring") zep::scenario::Scenario
@@ -94,9 +105,24 @@ namespace scenario {
     put($result, "components", components);
 }
 
+// Scenario lists reach Python as lists of owned Scenario objects.
+%typemap(out) std::vector<zep::scenario::Scenario> {
+    const std::vector<zep::scenario::Scenario>& scenarios = $1;
+    $result = PyList_New(static_cast<Py_ssize_t>(scenarios.size()));
+    for (std::size_t i = 0; i < scenarios.size(); ++i)
+        PyList_SET_ITEM($result, static_cast<Py_ssize_t>(i),
+                        SWIG_NewPointerObj(new zep::scenario::Scenario(scenarios[i]),
+                                           $descriptor(zep::scenario::Scenario*), SWIG_POINTER_OWN));
+}
 %rename(_HistoricalVaR) zep::python::HistoricalVaR;
+%feature("docstring") zep::python::HistoricalScenarios
+"HistoricalScenarios(factors, history): the scenarios HistoricalVaR revalues, one per day after the
+first ('day <t>'), each shocking every factor by its move from the day before (history as for
+HistoricalVaR: a list of rows, one level per factor).";
 namespace zep {
 namespace python {
+std::vector<zep::scenario::Scenario> HistoricalScenarios(const std::vector<zep::scenario::Shock>& factors,
+                                                         const std::vector<std::vector<double>>& levels);
 zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& portfolio,
                                                  const std::vector<zep::scenario::Shock>& factors,
                                                  const std::vector<std::vector<double>>& levels,
@@ -104,7 +130,78 @@ zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& 
 }
 }
 
+// The explain reaches Python as a dict of columns (the proxy below makes them arrays or a frame).
+%typemap(out) std::vector<zep::scenario::PnLExplain> {
+    const std::vector<zep::scenario::PnLExplain>& rows = $1;
+    const auto column = [&](auto field) {
+        PyObject* list = PyList_New(static_cast<Py_ssize_t>(rows.size()));
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), field(rows[i]));
+        return list;
+    };
+    const auto put = [&](const char* key, PyObject* value) {
+        PyDict_SetItemString($result, key, value);
+        Py_DECREF(value);
+    };
+    using Row = zep::scenario::PnLExplain;
+    $result = PyDict_New();
+    put("scenario", column([](const Row& row) { return PyUnicode_FromString(row.scenario.c_str()); }));
+    put("full", column([](const Row& row) { return PyFloat_FromDouble(row.full); }));
+    put("delta", column([](const Row& row) { return PyFloat_FromDouble(row.delta); }));
+    put("gamma", column([](const Row& row) { return PyFloat_FromDouble(row.gamma); }));
+    put("vega", column([](const Row& row) { return PyFloat_FromDouble(row.vega); }));
+    put("rates", column([](const Row& row) { return PyFloat_FromDouble(row.rates); }));
+    put("credit", column([](const Row& row) { return PyFloat_FromDouble(row.credit); }));
+    put("unexplained", column([](const Row& row) { return PyFloat_FromDouble(row.unexplained); }));
+}
+// Scenarios come as any Python sequence of Scenario objects, copied (they are shock lists).
+%typemap(in) const std::vector<zep::scenario::Scenario>& (std::vector<zep::scenario::Scenario> scenarios) {
+    PyObject* sequence = PySequence_Fast($input, "The scenarios must be a sequence of Scenario.");
+    if (!sequence) SWIG_fail;
+    const Py_ssize_t count = PySequence_Fast_GET_SIZE(sequence);
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        void* pointer = nullptr;
+        if (!SWIG_IsOK(SWIG_ConvertPtr(PySequence_Fast_GET_ITEM(sequence, i), &pointer,
+                                       $descriptor(zep::scenario::Scenario*), 0)) || !pointer) {
+            Py_DECREF(sequence);
+            SWIG_exception_fail(SWIG_TypeError, "The scenarios must be a sequence of Scenario.");
+        }
+        scenarios.push_back(*static_cast<zep::scenario::Scenario*>(pointer));
+    }
+    Py_DECREF(sequence);
+    $1 = &scenarios;
+}
+%rename(_ExplainPnL) zep::scenario::ExplainPnL;
+namespace zep {
+namespace scenario {
+std::vector<zep::scenario::PnLExplain> ExplainPnL(const zep::metrics::Portfolio& portfolio,
+                                                  const std::vector<zep::scenario::Scenario>& scenarios);
+}
+}
+
 %pythoncode %{
+def ExplainPnL(portfolio: "Portfolio", scenarios: "Sequence[Scenario]") -> "Any":
+    """P&L explain of the portfolio under each scenario: full revaluation against the P&L its
+    sensitivities predict from the scenario's moves, with x the spot move in percent, v the
+    volatility move in points and r_i each curve pillar's zero-rate move in basis points:
+    delta = DELTA x (FX_DELTA for FX trades), gamma = GAMMA x^2 / 2, vega = VEGA v,
+    rates = sum of KEY_RATE_DV01_i r_i, credit = CS01 times the credit spread move in basis
+    points, unexplained = full - delta - gamma - vega - rates - credit.
+
+    Returns a pandas DataFrame indexed by scenario with the columns full, delta, gamma, vega,
+    rates, credit and unexplained when pandas is installed, else a dict of NumPy arrays (and
+    "scenario", the names)."""
+    import numpy
+    columns = _ExplainPnL(portfolio, list(scenarios))
+    names = columns.pop("scenario")
+    arrays = {name: numpy.asarray(values) for name, values in columns.items()}
+    try:
+        import pandas
+    except ImportError:
+        return {"scenario": numpy.asarray(names), **arrays}
+    return pandas.DataFrame(arrays, index=pandas.Index(names, name="scenario"))
+
+
 def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "numpy.typing.ArrayLike",
                   confidences: "Sequence[float]" = (0.95, 0.99), tag: str = "") -> "dict[str, Any]":
     """Historical VaR of the portfolio: history holds one row per day (oldest first) and one
@@ -143,7 +240,7 @@ def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "
 def _shock_repr(self):
     try:
         kind = "relative" if self.type == ShockType_RELATIVE else "absolute"
-        unit = " bp" if self.family == FactorFamily_YIELD_CURVE else ""
+        unit = " bp" if self.family in (FactorFamily_YIELD_CURVE, FactorFamily_CREDIT_CURVE) else ""
         return f"<Shock {self.Describe()}: {self.size!r}{unit} {kind}>"
     except Exception:  # a repr never raises
         return "<Shock>"
@@ -160,6 +257,8 @@ def _shock_reduce(self):
     # Rebuilt through its family's factory, which checks the factor and the size again.
     if self.family == FactorFamily_YIELD_CURVE:
         return Shock.Curve, (self.target, self.factor, self.size, self.pillar)
+    if self.family == FactorFamily_CREDIT_CURVE:
+        return Shock.Credit, (self.target, self.factor, self.size)
     factory = Shock.Spot if self.family == FactorFamily_FX else Shock.Vol
     return factory, (self.target, self.factor, self.size, self.type)
 

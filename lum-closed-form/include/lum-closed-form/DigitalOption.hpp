@@ -54,6 +54,10 @@ public:
     double Theta() const;
     double Rho() const;
 
+    // The same trade on a market whose spot is `spot` and whose volatilities are all
+    // `volatilityShift` higher (the smile quotes keep their shape), for scenarios and bumped risk.
+    DigitalOption OnMovedMarket(double spot, double volatilityShift) const;
+    double GetSpot() const { return m_spot; }
     double GetTimeToExpiry() const { return m_timeToExpiry; }
     double GetTimeToDelivery() const { return m_timeToDelivery; }
     double GetVolatility() const { return m_volatility; }

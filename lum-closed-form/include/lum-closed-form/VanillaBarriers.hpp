@@ -58,6 +58,14 @@ public:
     // of the volatility) is known: (P(sigma + bump) - P(sigma - bump)) / (2 bump).
     double DeltaPrice(const std::string& fieldName, double bump, int pricingMethod = BlackScholes) const;
 
+    // The same trade on a market whose spot is `spot`, whose volatilities are all
+    // `volatilityShift` higher and whose 25-delta risk reversal and butterfly quotes (when it has
+    // them) are moved by the last two shifts, for scenarios and bumped risk.
+    VanillaBarriers OnMovedMarket(double spot, double volatilityShift, double riskReversal25Shift = 0.0,
+                                  double butterfly25Shift = 0.0) const;
+    double GetSpot() const { return m_spot; }
+    // The volatility the source gives at the strike and expiry (the Black-Scholes method's).
+    double GetVolatility() const { return m_volatility->Volatility(m_terms.strike, m_timeToExpiry); }
     double GetTimeToExpiry() const { return m_timeToExpiry; }
     double GetTimeToDelivery() const { return m_timeToDelivery; }
 

@@ -2,6 +2,8 @@
 // number or from a smile surface.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 namespace zep {
 
 class VolatilitySource {
@@ -22,6 +24,22 @@ public:
 
 private:
     double m_volatility;
+};
+
+// Another source moved by the same number of volatility points at every strike and expiry: the
+// smile keeps its shape, the market moves its level (a scenario's ATM shock, a vega bump).
+class ShiftedVolatility : public VolatilitySource {
+public:
+    ShiftedVolatility(boost::shared_ptr<const VolatilitySource> base, double shift)
+        : m_base(std::move(base)), m_shift(shift) {}
+    double Volatility(double strike, double timeToExpiry) const override {
+        return m_base->Volatility(strike, timeToExpiry) + m_shift;
+    }
+    bool IsFXVolSurface() const override { return m_base->IsFXVolSurface(); }
+
+private:
+    boost::shared_ptr<const VolatilitySource> m_base;
+    double m_shift;
 };
 
 }  // namespace zep

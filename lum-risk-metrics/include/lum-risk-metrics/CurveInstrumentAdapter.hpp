@@ -16,6 +16,7 @@ public:
     double PVUnder(scenario::ShockedMarket& market) const override;
     // The labels of its curves; an unlabelled curve cannot be named by a scenario.
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
 protected:
     // The PV on the curves `curves` hands out in place of the instrument's own.

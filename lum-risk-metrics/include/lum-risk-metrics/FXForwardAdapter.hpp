@@ -32,6 +32,7 @@ public:
     // Forward points, when quoted, stay as they are: a spot shock moves the outright one for one.
     double PVUnder(scenario::ShockedMarket& market) const override;
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;

@@ -1,8 +1,8 @@
 // Historical scenarios: the market moves of each past day replayed on today's market. The history
 // holds the level of each market factor on each day (zero rates of curve pillars and curve levels
-// as decimal rates, spots, volatilities as decimals); the scenario of day t shocks each factor by
+// as decimal rates, credit spread levels as decimals, spots, volatilities as decimals); the scenario of day t shocks each factor by
 // its move from day t-1 to day t, the difference for an absolute factor and the ratio less one for
-// a relative one. Curve moves reach the curve in basis points.
+// a relative one. Curve and credit spread moves reach their curves in basis points.
 #pragma once
 
 #include <vector>

@@ -4,16 +4,34 @@
 // reason instead of a number.
 #pragma once
 
+#include <limits>
 #include <string>
 #include <vector>
 
+#include <boost/shared_ptr.hpp>
+
 #include "lum-risk-metrics/MetricResult.hpp"
+
+namespace zep {
+class YieldCurve;
+}
 
 namespace zep::scenario {
 class ShockedMarket;
 }
 
 namespace zep::metrics {
+
+// The market levels a trade's sensitivities are taken at, so that a scenario's moves can be read
+// in the same terms (P&L attribution): the spot and volatility of its underlying, NaN when it has
+// none, its curves in the order of its key-rate profile, and the issuer whose credit spreads it reads.
+struct MarketExposure {
+    std::string underlying;
+    double spot = std::numeric_limits<double>::quiet_NaN();
+    double volatility = std::numeric_limits<double>::quiet_NaN();
+    std::vector<boost::shared_ptr<const YieldCurve>> curves;
+    std::string issuer;
+};
 
 class InstrumentAdapter {
 public:
@@ -35,6 +53,7 @@ public:
     // The names of the market objects the PV reads (curve labels, the underlying), by which a
     // scenario tells whether it touches the trade.
     virtual std::vector<std::string> MarketNames() const = 0;
+    virtual MarketExposure Exposure() const { return {}; }
 
 protected:
     // The family's own computation; metrics it does not know are unavailable.

@@ -17,6 +17,7 @@
 
 namespace zep::scenario {
 
+using metrics::CreditCurveFactor;
 using metrics::FXForwardFactor;
 using metrics::ScenarioGroupApplyMode;
 using metrics::ScenarioType;
@@ -25,7 +26,7 @@ using metrics::YieldCurveFactor;
 
 enum class ShockType { ABSOLUTE = 0, RELATIVE = 1 };
 // Which code group a shock's factor belongs to.
-enum class FactorFamily { YIELD_CURVE = 0, FX = 1, VOL_SURFACE = 2 };
+enum class FactorFamily { YIELD_CURVE = 0, FX = 1, VOL_SURFACE = 2, CREDIT_CURVE = 3 };
 
 struct Shock {
     std::string target;
@@ -35,12 +36,22 @@ struct Shock {
     ShockType type = ShockType::ABSOLUTE;
     std::size_t pillar = 0;  // the curve pillar a KEY_RATE shock moves
 
-    // LEVEL moves every zero rate, KEY_RATE one pillar's (fading to the neighbours).
+    // Moves of the pillars' zero rates, t a pillar's time from the first pillar, T the last's:
+    // LEVEL moves every rate by the size; KEY_RATE the rate of `pillar` (fading to the
+    // neighbours); SLOPE steepens, from 0 at the first pillar to the size at the last, linear in
+    // t; TWIST_SHORT_LONG turns the curve about `pillar`, size (t - t_p) / (T - t_p), so the short
+    // end falls as the long end rises; CURVATURE lifts the belly at `pillar` by the size, linear
+    // in t down to 0 at the first and last pillars.
     static Shock Curve(std::string curve, YieldCurveFactor factor, double basisPoints, std::size_t pillar = 0);
     // SPOT_SHOCK.
     static Shock Spot(std::string underlying, FXForwardFactor factor, double size, ShockType type);
-    // ATM_VOL_LEVEL: every volatility of the underlying moves alike.
+    // ATM_VOL_LEVEL: every volatility of the underlying moves alike; RISK_REVERSAL_25D and
+    // BUTTERFLY_25D (absolute only) move the 25-delta smile quotes of options priced on them.
     static Shock Vol(std::string underlying, VolSurfaceFactor factor, double size, ShockType type);
+
+    // CDS_SPREAD_LEVEL: every par spread of the issuer's credit curve moves by the basis points,
+    // the curve bootstrapped again.
+    static Shock Credit(std::string issuer, CreditCurveFactor factor, double basisPoints);
 
     // "<target> <FACTOR>[ pillar n]", the factor in the words of its code.
     std::string Describe() const;

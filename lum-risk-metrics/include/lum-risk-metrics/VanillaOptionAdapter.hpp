@@ -25,6 +25,7 @@ public:
     // moves with the spot. The option reads its rates at one maturity, so curve shocks pass it by.
     double PVUnder(scenario::ShockedMarket& market) const override;
     std::vector<std::string> MarketNames() const override;
+    MarketExposure Exposure() const override;
 
 protected:
     MetricResult Evaluate(Metric metric) const override;

@@ -176,6 +176,15 @@ def _product_file_as_definition(path):
         return "FromDefinition", (definition.read().decode("utf-8"),), {}
 
 
+def _product_files_as_texts(definition_path, market_path):
+    # The booked product travels as the two texts its files held.
+    texts = []
+    for path in (definition_path, market_path):
+        with open(path, "rb") as text:
+            texts.append(text.read().decode("utf-8"))
+    return "FromText", tuple(texts), {}
+
+
 _RECORDED = {
     # class: (factories, setters)
     zeplib.Interpolation: ((), ("autoSetBoundaryDerivatives", "SetBoundaryDerivatives", "SetShortRate",
@@ -193,6 +202,7 @@ _RECORDED = {
     zeplib.ForwardCurve2: ((), ()),
     zeplib.VolSurface2: ((), ()),
     zeplib.MXScriptStructure: (("FromDefinition", "OnLocalVolatility"), ()),
+    zeplib.MStructuredDerivativeProduct: (("FromText",), ()),
     zeplib.EuropeanBarrierBS: ((), ()),
     zeplib.EuropeanBarrierVV_Fisher: ((), ("SetTrace",)),
     zeplib.DigitalOptionBS: ((), ()),
@@ -240,6 +250,22 @@ _RECORDED = {
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),
+    # The risk layer: adapters from the instruments they wrap, a portfolio from its trades.
+    zeplib.BondAdapter: ((), ()),
+    zeplib.SwapAdapter: ((), ()),
+    zeplib.FXForwardAdapter: ((), ()),
+    zeplib.VanillaOptionAdapter: ((), ()),
+    zeplib.FRAAdapter: ((), ()),
+    zeplib.FloatingRateNoteAdapter: ((), ()),
+    zeplib.BillAdapter: ((), ()),
+    zeplib.FXSwapAdapter: ((), ()),
+    zeplib.NDFAdapter: ((), ()),
+    zeplib.CrossCurrencySwapAdapter: ((), ()),
+    zeplib.CreditDefaultSwapAdapter: ((), ()),
+    zeplib.BarrierOptionAdapter: ((), ()),
+    zeplib.DigitalOptionAdapter: ((), ()),
+    zeplib.ScriptedProductAdapter: ((), ()),
+    zeplib.Portfolio: ((), ("Add",)),
 }
 
 
@@ -258,3 +284,5 @@ def install():
         setattr(zeplib.YieldCurve, name, _recording_hook(name, getattr(zeplib.YieldCurve, name)))
     zeplib.MXScriptStructure.FromFile = _recording_factory(zeplib.MXScriptStructure, "FromFile",
                                                            _product_file_as_definition)
+    zeplib.MStructuredDerivativeProduct.FromFiles = _recording_factory(
+        zeplib.MStructuredDerivativeProduct, "FromFiles", _product_files_as_texts)
