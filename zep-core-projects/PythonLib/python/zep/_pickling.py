@@ -239,6 +239,7 @@ _RECORDED = {
     zeplib.MCapletVolatilityStrip: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
+    zeplib.DupireForwardPde: ((), ()),
     zeplib.AsianOption: ((), ()),
 }
 
