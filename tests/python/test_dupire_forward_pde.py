@@ -111,3 +111,11 @@ def test_a_strike_off_the_grid_raises(smile):
     pde = zep.DupireForwardPde(zep.FXLocalVolSurface(smile), [0.5], 0, 50, 20)
     with pytest.raises(Exception, match="lies outside the grid"):
         pde.Prices([1.1, 50.0])
+
+
+def test_a_surface_with_butterfly_arbitrage_is_refused_naming_the_point():
+    quotes = QUOTES.copy()
+    quotes[2, 2], quotes[2, 4] = -0.012, -0.004  # a concave 3M smile
+    local = zep.FXLocalVolSurface(surface(zep.SmileLinear, quotes))
+    with pytest.raises(Exception, match="Local variance is negative at time .*: the surface has arbitrage there"):
+        zep.DupireForwardPde(local, [0.5], 0, 100, 50)

@@ -71,7 +71,9 @@ and about timeSteps steps, one ending on every expiry.
 DupireForwardPde(localVolatility, expiries, optionType=0, strikeNodes=400, timeSteps=200)
 localVolatility a zep.FXLocalVolSurface, expiries increasing years from the reference date,
 optionType 0 call or 1 put. Price(expiryIndex, strike); Prices(strikes): a NumPy array with one
-row per expiry and one column per strike; MinStrike(), MaxStrike(): the strike grid's ends.";
+row per expiry and one column per strike; MinStrike(), MaxStrike(): the strike grid's ends.
+A surface whose local variance turns negative inside the grid (butterfly or calendar arbitrage)
+is refused, naming the time and strike.";
 %ignore zep::DupireMarket;
 %ignore zep::DupireForwardPde::DupireForwardPde(const DupireMarket&, std::vector<double>, int, int, int);
 %include "zep-pde/DupireForwardPde.hpp"
