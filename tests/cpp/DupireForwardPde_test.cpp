@@ -117,6 +117,8 @@ TEST(DupireForwardPde, BadInputIsRefusedWithItsReason) {
               "DupireForwardPde: option type must be 0 (call) or 1 (put)");
     EXPECT_EQ(zep::testing::FailureText([&] { DupireForwardPde(DupireMarket{}, {1.0}); }),
               "DupireForwardPde: the local volatility, forward and discount functions are required");
+    EXPECT_EQ(zep::testing::FailureText([] { DupireForwardPde(FlatRates(0.02, 0.01, [](double, double) { return 1e3; }), {1.0}); }),
+              "DupireForwardPde: the local volatility at the money is too high for a strike grid");
     const DupireMarket broken = FlatRates(0.02, 0.01, [](double t, double) { return t > 0.5 ? NAN : 0.1; });
     EXPECT_NE(zep::testing::FailureText([&] { DupireForwardPde(broken, {1.0}); }).find("is not a finite non-negative number"),
               std::string::npos);

@@ -41,6 +41,23 @@ double RequirePositive(double value, const char* what, double time) {
     return value;
 }
 
+// (phi (S - K))+ = (phi (S - K) + |S - K|) / 2 with the kink |S - K| averaged over each
+// strike's cell (midpoint to midpoint), less what averaging does to a straight line on an uneven
+// cell: away from the spot the payoff stays exact, and calls less puts are S - K at every node.
+std::vector<double> SmoothedPayoff(const std::vector<double>& strikes, double spot, double phi) {
+    const std::size_t last = strikes.size() - 1;
+    std::vector<double> values(strikes.size());
+    for (std::size_t i = 0; i <= last; ++i) {
+        const double from = i == 0 ? strikes[0] : 0.5 * (strikes[i - 1] + strikes[i]);
+        const double to = i == last ? strikes[last] : 0.5 * (strikes[i] + strikes[i + 1]);
+        const double kink = detail::CellAveragePayoff(1.0, spot, from, to) +
+                            detail::CellAveragePayoff(-1.0, spot, from, to) - std::abs(spot - 0.5 * (from + to)) +
+                            std::abs(spot - strikes[i]);
+        values[i] = 0.5 * (phi * (spot - strikes[i]) + kink);
+    }
+    return values;
+}
+
 }  // namespace
 
 DupireForwardPde::DupireForwardPde(const DupireMarket& market, std::vector<double> expiries, int optionType,
@@ -61,6 +78,8 @@ DupireForwardPde::DupireForwardPde(const DupireMarket& market, std::vector<doubl
     const double reach = std::exp(kReach * reachVolatility * std::sqrt(horizon));
     FdGridSpec grid{static_cast<std::size_t>(strikeNodes), static_cast<std::size_t>(timeSteps),
                     std::min(spot, lastForward) / reach, std::max(spot, lastForward) * reach};
+    ZEP_REQUIRE(std::isfinite(grid.spotMax) && grid.spotMin > 0.0,
+                "DupireForwardPde: the local volatility at the money is too high for a strike grid");
     grid.concentration = kSpotConcentration;
     grid.centre = spot;
     // u carries the forward's growth as a drift of -d ln F / dT, exact over each step.
@@ -73,20 +92,7 @@ DupireForwardPde::DupireForwardPde(const DupireMarket& market, std::vector<doubl
     const std::vector<double>& strikes = solver.Spots();
     m_minStrike = strikes.front();
     m_maxStrike = strikes.back();
-    const double phi = optionType == 0 ? 1.0 : -1.0;
-    std::vector<double> values(strikes.size());
-    // (phi (S - K))+ = (phi (S - K) + |S - K|) / 2 with the kink |S - K| averaged over each
-    // strike's cell (midpoint to midpoint), less what averaging does to a straight line on an
-    // uneven cell: away from the spot the payoff stays exact, and calls less puts are S - K.
-    const std::size_t last = strikes.size() - 1;
-    for (std::size_t i = 0; i <= last; ++i) {
-        const double from = i == 0 ? strikes[0] : 0.5 * (strikes[i - 1] + strikes[i]);
-        const double to = i == last ? strikes[last] : 0.5 * (strikes[i] + strikes[i + 1]);
-        const double kink = detail::CellAveragePayoff(1.0, spot, from, to) +
-                            detail::CellAveragePayoff(-1.0, spot, from, to) - std::abs(spot - 0.5 * (from + to)) +
-                            std::abs(spot - strikes[i]);
-        values[i] = 0.5 * (phi * (spot - strikes[i]) + kink);
-    }
+    std::vector<double> values = SmoothedPayoff(strikes, spot, optionType == 0 ? 1.0 : -1.0);
     m_prices.reserve(m_expiries.size());
     std::size_t next = 0;
     solver.March(values, [&](std::size_t done, std::vector<double>& u) {
