@@ -45,4 +45,12 @@ double FXLocalVolSurface::Volatility(double time, double spot) const {
     return std::sqrt(localVariance);
 }
 
+DupireMarket FXLocalVolSurface::ForwardEquationMarket() const {
+    const FXLocalVolSurface local(m_surface);
+    const boost::shared_ptr<const FXVolSurface> surface = m_surface;
+    return {[local](double time, double strike) { return local.Volatility(time, strike); },
+            [surface](double time) { return surface->Forward(time); },
+            [surface](double time) { return surface->DomesticCurve()->DiscountFactor(time); }};
+}
+
 }  // namespace zep

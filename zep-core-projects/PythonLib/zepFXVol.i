@@ -73,6 +73,7 @@
 namespace zep {
 %ignore FXVolSurface::QuoteColumns;
 %ignore FXVolSurface::processDeltaStrings;
+%ignore FXLocalVolSurface::ForwardEquationMarket;
 %ignore FXVolSurface::CheckParameters;
 %ignore FXVolSurface::GetVolatility(const double*, const double*, double*, std::size_t) const;
 %ignore FXVolSurface::Conventions;

@@ -1,19 +1,56 @@
 #include "zep-pde/BlackScholesFdSolver.hpp"
 
+#include <algorithm>
 #include <cmath>
+
+#include "lum-auxiliary/Error.hpp"
 
 namespace zep {
 
 BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, double volatility, double drift,
                                            double timeToExpiry)
-    : m_lowerBoundary(grid.lower), m_upperBoundary(grid.upper),
-      m_dt(timeToExpiry / static_cast<double>(grid.timeSteps)), m_steps(grid.timeSteps) {
+    : m_lowerBoundary(grid.lower), m_upperBoundary(grid.upper), m_steps(grid.timeSteps) {
+    LayOutSpots(grid);
+    const double dt = timeToExpiry / static_cast<double>(grid.timeSteps);
+    m_stepSizes.assign(m_steps, dt);
+    m_times.resize(m_steps + 1);
+    for (std::size_t k = 0; k < m_steps; ++k) m_times[k] = dt * static_cast<double>(k);
+    m_times.back() = timeToExpiry;
+    m_stopSteps = {m_steps};
+    Assemble([volatility](double) { return volatility; }, drift);
+}
+
+BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, FdCoefficients coefficients,
+                                           const std::vector<double>& stops)
+    : m_lowerBoundary(grid.lower), m_upperBoundary(grid.upper), m_coefficients(std::move(coefficients)) {
+    ZEP_REQUIRE(m_coefficients.volatility && m_coefficients.drift, "Finite differences: coefficients are missing");
+    ZEP_REQUIRE(!stops.empty() && stops.front() > 0.0, "Finite differences: the stops must be positive times");
+    for (std::size_t j = 1; j < stops.size(); ++j)
+        ZEP_REQUIRE(stops[j] > stops[j - 1], "Finite differences: the stops must increase");
+    LayOutSpots(grid);
+    const double horizon = stops.back();
+    m_times.assign(1, 0.0);
+    for (const double stop : stops) {
+        const double from = m_times.back(), length = stop - from;
+        const auto steps = static_cast<std::size_t>(
+            std::max(1.0, std::round(static_cast<double>(grid.timeSteps) * length / horizon)));
+        for (std::size_t i = 1; i < steps; ++i)
+            m_times.push_back(from + length * static_cast<double>(i) / static_cast<double>(steps));
+        m_times.push_back(stop);
+        m_stopSteps.push_back(m_times.size() - 1);
+    }
+    m_steps = m_times.size() - 1;
+    m_stepSizes.resize(m_steps);
+    for (std::size_t k = 0; k < m_steps; ++k) m_stepSizes[k] = m_times[k + 1] - m_times[k];
+}
+
+void BlackScholesFdSolver::LayOutSpots(const FdGridSpec& grid) {
     const std::size_t n = grid.nodes;
-    const double h = (grid.spotMax - grid.spotMin) / static_cast<double>(n - 1);
+    m_spacing = (grid.spotMax - grid.spotMin) / static_cast<double>(n - 1);
     m_spots.resize(n);
-    const bool uniform = grid.concentration <= 0.0;
-    if (uniform) {
-        for (std::size_t i = 0; i < n; ++i) m_spots[i] = grid.spotMin + h * static_cast<double>(i);
+    m_uniform = grid.concentration <= 0.0;
+    if (m_uniform) {
+        for (std::size_t i = 0; i < n; ++i) m_spots[i] = grid.spotMin + m_spacing * static_cast<double>(i);
     } else {
         const double scale = grid.concentration * (grid.spotMax - grid.spotMin);
         const double from = std::asinh((grid.spotMin - grid.centre) / scale);
@@ -30,10 +67,19 @@ BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, double volati
     m_lower.assign(n, 0.0);
     m_centre.assign(n, 0.0);
     m_upper.assign(n, 0.0);
+    m_scratch.resize(n);
+    m_rhs.resize(n);
+}
+
+template <class VolatilityAt>
+void BlackScholesFdSolver::Assemble(const VolatilityAt& volatilityAt, double drift) const {
+    const std::size_t n = m_spots.size();
+    const double h = m_spacing;
     for (std::size_t i = 1; i + 1 < n; ++i) {
         const double s = m_spots[i];
+        const double volatility = volatilityAt(s);
         const double variance = 0.5 * volatility * volatility * s * s;
-        if (uniform) {
+        if (m_uniform) {
             const double diffusion = variance / (h * h);
             const double convection = drift * s / (2.0 * h);
             m_lower[i] = diffusion - convection;
@@ -48,8 +94,15 @@ BlackScholesFdSolver::BlackScholesFdSolver(const FdGridSpec& grid, double volati
             m_centre[i] = (-2.0 * variance + slope * (hp - hm)) / (hm * hp);
         }
     }
-    m_scratch.resize(n);
-    m_rhs.resize(n);
+}
+
+void BlackScholesFdSolver::StepOver(std::vector<double>& values, double from, double dt, double theta) const {
+    if (m_coefficients.volatility) {
+        const double middle = from + 0.5 * dt;
+        const auto& volatility = m_coefficients.volatility;
+        Assemble([&](double spot) { return volatility(middle, spot); }, m_coefficients.drift(from, from + dt));
+    }
+    Step(values, dt, theta);
 }
 
 void BlackScholesFdSolver::Step(std::vector<double>& values, double dt, double theta) const {
@@ -97,20 +150,27 @@ void BlackScholesFdSolver::Step(std::vector<double>& values, double dt, double t
     if (linearHigh) values[n - 1] = (1.0 + m_highRatio) * values[n - 2] - m_highRatio * values[n - 3];
 }
 
-void BlackScholesFdSolver::Roll(std::vector<double>& values,
-                                const std::function<void(std::size_t, std::vector<double>&)>& afterStep,
+void BlackScholesFdSolver::March(std::vector<double>& values, const StepObserver& afterStep) const {
+    for (std::size_t done = 1; done <= m_steps; ++done) {
+        const double from = m_times[done - 1], size = m_stepSizes[done - 1];
+        if (done == 1) {
+            StepOver(values, from, size / 2.0, 1.0);
+            StepOver(values, from + size / 2.0, size / 2.0, 1.0);
+        } else {
+            StepOver(values, from, size, 0.5);
+        }
+        if (afterStep) afterStep(done, values);
+    }
+}
+
+void BlackScholesFdSolver::Roll(std::vector<double>& values, const StepObserver& afterStep,
                                 std::vector<double>* previous) const {
     if (m_steps == 1 && previous) *previous = values;
-    for (std::size_t k = m_steps; k-- > 0;) {
-        if (k + 1 == m_steps) {
-            Step(values, m_dt / 2.0, 1.0);
-            Step(values, m_dt / 2.0, 1.0);
-        } else {
-            Step(values, m_dt, 0.5);
-        }
-        if (afterStep) afterStep(k, values);
-        if (k == 1 && previous) *previous = values;
-    }
+    March(values, [&](std::size_t done, std::vector<double>& rolled) {
+        const std::size_t k = m_steps - done;
+        if (afterStep) afterStep(k, rolled);
+        if (k == 1 && previous) *previous = rolled;
+    });
 }
 
 }  // namespace zep

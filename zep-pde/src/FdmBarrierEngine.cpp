@@ -7,6 +7,7 @@
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/EuropeanBarrierBS.hpp"
 #include "zep-pde/BlackScholesFdSolver.hpp"
+#include "CellAveragePayoff.hpp"
 
 namespace zep {
 
@@ -14,15 +15,6 @@ namespace {
 
 bool IsDown(int type) { return type == 2 || type == 3; }
 bool IsKnockIn(int type) { return type == 2 || type == 4; }
-
-// The mean of (phi (S - K))+ over [from, to]: phi ((phi (S - K))+)^2 / 2 is its antiderivative.
-double CellAveragePayoff(double phi, double strike, double from, double to) {
-    const auto antiderivative = [&](double s) {
-        const double inTheMoney = std::max(phi * (s - strike), 0.0);
-        return phi * inTheMoney * inTheMoney / 2.0;
-    };
-    return (antiderivative(to) - antiderivative(from)) / (to - from);
-}
 
 FdmSolution SolveKnockOut(int optionType, int barrierType, double strike, double barrier, double volatility,
                           double timeToExpiry, double timeToDelivery, double domesticRate, double foreignRate,
@@ -48,7 +40,7 @@ FdmSolution SolveKnockOut(int optionType, int barrierType, double strike, double
     for (std::size_t i = 0; i < grid.nodes; ++i) {
         const double s = grid.spotMin + h * static_cast<double>(i);
         const double from = std::max(s - h / 2.0, grid.spotMin), to = std::min(s + h / 2.0, grid.spotMax);
-        values[i] = CellAveragePayoff(phi, strike, from, to);
+        values[i] = detail::CellAveragePayoff(phi, strike, from, to);
     }
     values[down ? 0 : grid.nodes - 1] = 0.0;  // knocked out at the barrier, no rebate
     const double drift = (domesticRate - foreignRate) * timeToDelivery / timeToExpiry;

@@ -7,6 +7,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "lum-fxo-market/FXVolSurface.hpp"
+#include "zep-pde/DupireForwardPde.hpp"
 
 namespace zep {
 
@@ -18,6 +19,11 @@ public:
     // surface has arbitrage the local variance turns negative and the call fails naming the
     // point.
     double Volatility(double time, double spot) const;
+
+    // What Dupire's forward equation reads to reprice the surface's vanillas: this local
+    // volatility, the surface's forwards and its domestic discount factors (as its vanillas
+    // discount). The functions hold this object's surface, not this object.
+    DupireMarket ForwardEquationMarket() const;
 
 private:
     double TotalVariance(double time, double logMoneyness) const;

@@ -249,6 +249,7 @@ _RECORDED = {
     zeplib.MCapletVolatilityStrip: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
+    zeplib.DupireForwardPde: ((), ()),
     zeplib.AsianOption: ((), ()),
     # The risk layer: adapters from the instruments they wrap, a portfolio from its trades.
     zeplib.BondAdapter: ((), ()),
