@@ -62,6 +62,16 @@ Failures read 'MYearOnYearInflationSwap::<operation> failed: ...'.";
 %include "MYearOnYearInflationSwap.hpp"
 
 %pythoncode %{
+def _inflation_curve_repr(self):
+    try:
+        return (f"<ZeroInflationCurve: {self.Index()} from {self.ReferenceDate().ToString()}, "
+                f"fixings to {self.LatestFixingMonth().ToString()}, {len(self.PillarMonths())} quotes>")
+    except Exception:  # a repr never raises
+        return "<ZeroInflationCurve: not initialized>"
+
+
+ZeroInflationCurve.__repr__ = _inflation_curve_repr
+
 for _instrument in (MZeroCouponInflationSwap, MYearOnYearInflationSwap):
     _instrument.CashFlows = _cash_flows
     _instrument.__repr__ = _instrument_repr
