@@ -1,6 +1,7 @@
 """Inflation: the zero-coupon curve reprices its quotes, reads published months and interpolates
 days by hand, agrees with QuantLib's bootstrap; zero-coupon and year-on-year swaps (par, sides,
-telescoping of yearly inflation, QuantLib's zero-coupon swap), pickling, definitions, refusals."""
+telescoping of yearly inflation, QuantLib's zero-coupon swap); inflation-linked bonds (the real
+bond's flows indexed, QuantLib's CPI bond); pickling, definitions, refusals."""
 import math
 import pickle
 
@@ -176,7 +177,8 @@ def test_year_on_year_swap_at_its_fair_rate_is_worth_nothing(discount):
 
 def test_inflation_curve_and_swaps_pickle(discount):
     for original in (curve(), zep.MZeroCouponInflationSwap(1, 1e6, 0.02, REFERENCE, "2029-03-20", curve(), discount),
-                     zep.MYearOnYearInflationSwap(-1, 1e6, 0.02, REFERENCE, "2029-03-20", curve(), discount)):
+                     zep.MYearOnYearInflationSwap(-1, 1e6, 0.02, REFERENCE, "2029-03-20", curve(), discount),
+                     zep.MInflationLinkedBond(0.01, REFERENCE, "2029-03-20", curve(), discount)):
         copy = pickle.loads(pickle.dumps(original))
         assert repr(copy) == repr(original)
         if hasattr(original, "PV"):
@@ -239,3 +241,60 @@ def test_fixing_off_the_first_of_the_month_is_refused():
     fixings.Add(INDEX, zep.Date(15, 2, 2024), 120.0)
     with pytest.raises(RuntimeError, match="fixing of index 'CPI' on .* is not on the first day of its month"):
         curve(fixings=fixings)
+
+
+def linker(inflation, discount, coupon=0.01, issue=REFERENCE, maturity="2034-03-20", **terms):
+    return zep.MInflationLinkedBond(coupon, issue, maturity, inflation, discount, **terms)
+
+
+@pytest.mark.parametrize("issue, tenor", [(REFERENCE, "1Y"), ("2023-07-15", "6M")])
+def test_linker_pays_the_real_bond_flows_scaled_by_the_index_ratio(discount, issue, tenor):
+    inflation = curve()
+    real = zep.MBond(0.01, issue, "2034-03-20", tenor, "ActActICMA", [100.0], discount).CashFlows()
+    indexed = linker(inflation, discount, issue=issue, tenor=tenor).CashFlows()
+    assert len(indexed) == len(real)
+    base = inflation.ReferenceIndex(issue)
+    for got, expected in zip(indexed, real):
+        ratio = inflation.ReferenceIndex(str(expected["accrualEnd"])[:10]) / base
+        assert got["amount"] == pytest.approx(expected["amount"] * ratio, rel=1e-14)
+        assert got["rate"] == pytest.approx(expected["rate"] * ratio, rel=1e-14)
+        assert got["paymentDate"] == expected["paymentDate"]
+
+
+def test_linker_principal_and_pv(discount):
+    inflation = curve()
+    bond = linker(inflation, discount)
+    flows = bond.CashFlows()
+    assert flows["amount"][len(flows) - 1] == pytest.approx(100 * bond.IndexRatio("2034-03-20"), rel=1e-14)
+    assert bond.IndexRatio(REFERENCE) == 1.0
+    assert bond.PV() == pytest.approx(sum(flows["presentValue"]), rel=1e-14)
+
+
+def test_linker_agrees_with_quantlib_cpi_bond(discount):
+    # Annual coupons on the 1Y, 2Y and 3Y quotes' anniversaries observe bootstrapped months only,
+    # where the two curves agree (between them QuantLib interpolates zero rates, this curve levels).
+    index, day_counter = quantlib_flat_curve()
+    today = ql.Date(20, 3, 2024)
+    schedule = ql.Schedule(today, ql.Date(20, 3, 2027), ql.Period("1Y"), ql.TARGET(), ql.Unadjusted, ql.Unadjusted,
+                           ql.DateGeneration.Backward, False)
+    base = index.fixing(ql.Date(1, 12, 2023))
+    reference = ql.CPIBond(0, 100.0, False, base, ql.Period(3, ql.Months), index, ql.CPI.Flat, schedule, [0.01],
+                           day_counter, ql.Following, today, ql.TARGET())
+    expected = sorted((cash_flow.date().serialNumber(), cash_flow.amount()) for cash_flow in reference.cashflows())
+    ours = linker(curve("FLAT"), discount, maturity="2027-03-20", dayCounter="30/360", centres="TARGET").CashFlows()
+    assert len(ours) == len(expected) == 4
+    for (payment, amount), got in zip(expected, sorted(zip(ours["paymentDate"], ours["amount"]))):
+        assert str(got[0]) == ql.Date(payment).ISO()
+        assert got[1] == pytest.approx(amount, rel=1e-12)
+
+
+@pytest.mark.parametrize("build, message", [
+    (lambda d: linker(None, d), "MInflationLinkedBond::MInflationLinkedBond failed: MInflationLinkedBond: the inflation curve is None."),
+    (lambda d: linker(curve(), None), "MInflationLinkedBond::MInflationLinkedBond failed: MInflationLinkedBond: the discount curve is None."),
+    (lambda d: linker(curve(fixings=store(skip={(2022, 4)})), d, issue="2022-07-10"),
+     "MInflationLinkedBond::MInflationLinkedBond failed: Missing fixing of index 'CPI' for month 2022-04."),
+    (lambda d: linker(curve(), d, tenor="5M"), "MInflationLinkedBond::MInflationLinkedBond failed: Bond: coupon tenor '5M'"),
+])
+def test_linker_bad_input_raises_with_the_library_message(discount, build, message):
+    with pytest.raises(RuntimeError, match="^" + message.replace("(", r"\(").replace(")", r"\)")):
+        build(discount)

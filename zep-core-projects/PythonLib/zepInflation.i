@@ -1,7 +1,9 @@
 // Inflation: the zero-coupon inflation curve bootstrapped from zero-coupon swap quotes and the
-// monthly fixings of its index, and the zero-coupon and year-on-year inflation swaps priced on it.
+// monthly fixings of its index, and the zero-coupon and year-on-year inflation swaps and the
+// inflation-linked bonds priced on it.
 %{
 #include "lum-interest-rates/ZeroInflationCurve.hpp"
+#include "MInflationLinkedBond.hpp"
 #include "MYearOnYearInflationSwap.hpp"
 #include "MZeroCouponInflationSwap.hpp"
 #include "RateInputs.hpp"
@@ -58,8 +60,17 @@ endDate, inflationCurve, discountCurve, tenor='1Y', dayCounter='30/360', centres
 reverse; I on the unadjusted period dates, read off the zero-coupon curve without a convexity
 adjustment. PV, FairRate (= ParRate), InflationLegPV, FixedLegPV, PeriodInflation(), CashFlows().
 Failures read 'MYearOnYearInflationSwap::<operation> failed: ...'.";
+%feature("docstring") zep::python::MInflationLinkedBond
+"An inflation-linked bond: MInflationLinkedBond(realCoupon, issueDate, maturityDate, inflationCurve,
+discountCurve, tenor='1Y', dayCounter='ActActICMA', notionals=[100], centres='', endOfMonth=False).
+The fixed-rate bond of MBond in real terms, each coupon and the principal scaled by the index ratio
+I(d) / I(issueDate), d the payment's unadjusted accrual end. PV (the indexed flows after the
+discount curve's reference date, discounted, in the notionals' units), IndexRatio(date),
+CashFlows() (rate: the real coupon times the ratio). Failures read
+'MInflationLinkedBond::<operation> failed: ...'.";
 %include "MZeroCouponInflationSwap.hpp"
 %include "MYearOnYearInflationSwap.hpp"
+%include "MInflationLinkedBond.hpp"
 
 %pythoncode %{
 def _inflation_curve_repr(self):
@@ -72,12 +83,13 @@ def _inflation_curve_repr(self):
 
 ZeroInflationCurve.__repr__ = _inflation_curve_repr
 
-for _instrument in (MZeroCouponInflationSwap, MYearOnYearInflationSwap):
+for _instrument in (MZeroCouponInflationSwap, MYearOnYearInflationSwap, MInflationLinkedBond):
     _instrument.CashFlows = _cash_flows
     _instrument.__repr__ = _instrument_repr
 del _instrument
 
 # Product definitions name an inflation curve ("inflationCurve") among the curves given.
 _RATE_PRODUCTS.update({"ZeroCouponInflationSwap": MZeroCouponInflationSwap,
-                       "YearOnYearInflationSwap": MYearOnYearInflationSwap})
+                       "YearOnYearInflationSwap": MYearOnYearInflationSwap,
+                       "InflationLinkedBond": MInflationLinkedBond})
 %}

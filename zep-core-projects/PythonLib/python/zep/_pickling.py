@@ -234,6 +234,7 @@ _RECORDED = {
     zeplib.ZeroInflationCurve: ((), ()),
     zeplib.MZeroCouponInflationSwap: ((), ()),
     zeplib.MYearOnYearInflationSwap: ((), ()),
+    zeplib.MInflationLinkedBond: ((), ()),
     zeplib.MHullWhite: (("Calibrate",), ()),
     zeplib.MBermudanSwaption: ((), ()),
     zeplib.MCallableBond: ((), ()),
