@@ -23,8 +23,8 @@ std::string MonthText(const Date& date) {
 
 ZeroInflationCurve::ZeroInflationCurve(const Date& referenceDate, const InflationIndexConventions& conventions,
                                        const std::vector<Period>& tenors, const std::vector<double>& rates,
-                                       const FixingStore& fixings)
-    : m_referenceDate(referenceDate), m_conventions(conventions) {
+                                       const FixingStore& fixings, const std::vector<double>& seasonality)
+    : m_referenceDate(referenceDate), m_conventions(conventions), m_logSeasonal(12, 0.0) {
     const std::string& index = conventions.index;
     ZEP_REQUIRE(!index.empty(), "ZeroInflationCurve: the index has no name");
     ZEP_REQUIRE(conventions.observationLag.Length() >= 0, "ZeroInflationCurve: the observation lag must not be negative");
@@ -38,6 +38,13 @@ ZeroInflationCurve::ZeroInflationCurve(const Date& referenceDate, const Inflatio
         m_published[date.SerialNumber()] = level;
     }
     ZEP_REQUIRE(!m_published.empty(), "ZeroInflationCurve: no fixings of index '" + index + "'");
+    if (!seasonality.empty()) {
+        ZEP_REQUIRE(seasonality.size() == 12, "ZeroInflationCurve: seasonality needs 12 monthly factors, January to December");
+        for (double factor : seasonality)
+            ZEP_REQUIRE(std::isfinite(factor) && factor > 0.0, "ZeroInflationCurve: every seasonal factor must be positive");
+        const double latest = seasonality[LatestFixingMonth().Month() - 1];
+        for (std::size_t month = 0; month < 12; ++month) m_logSeasonal[month] = std::log(seasonality[month] / latest);
+    }
     const auto published = [this](std::int32_t month) { return PublishedIndex(month); };
     // Every quote's base is the reference date's index, which must have been published.
     const double base = Interpolated(referenceDate, published);
@@ -86,7 +93,8 @@ double ZeroInflationCurve::ForecastIndex(std::int32_t monthSerial) const {
     const auto upper = std::upper_bound(m_nodeSerials.begin() + 1, m_nodeSerials.end() - 1, double(monthSerial));
     const std::size_t k = static_cast<std::size_t>(upper - m_nodeSerials.begin());
     const double weight = (monthSerial - m_nodeSerials[k - 1]) / (m_nodeSerials[k] - m_nodeSerials[k - 1]);
-    return std::exp(m_nodeLogLevels[k - 1] + weight * (m_nodeLogLevels[k] - m_nodeLogLevels[k - 1]));
+    const double seasonal = m_logSeasonal[Date(monthSerial).Month() - 1];
+    return std::exp(m_nodeLogLevels[k - 1] + weight * (m_nodeLogLevels[k] - m_nodeLogLevels[k - 1]) + seasonal);
 }
 
 double ZeroInflationCurve::MonthlyIndex(const Date& monthStart) const {
@@ -129,7 +137,7 @@ std::vector<Date> ZeroInflationCurve::PillarMonths() const {
 
 std::vector<double> ZeroInflationCurve::PillarLevels() const {
     std::vector<double> levels;
-    for (std::size_t k = 1; k < m_nodeLogLevels.size(); ++k) levels.push_back(std::exp(m_nodeLogLevels[k]));
+    for (const Date& month : PillarMonths()) levels.push_back(MonthlyIndex(month));
     return levels;
 }
 

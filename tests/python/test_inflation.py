@@ -1,7 +1,8 @@
 """Inflation: the zero-coupon curve reprices its quotes, reads published months and interpolates
-days by hand, agrees with QuantLib's bootstrap; zero-coupon and year-on-year swaps (par, sides,
-telescoping of yearly inflation, QuantLib's zero-coupon swap); inflation-linked bonds (the real
-bond's flows indexed, QuantLib's CPI bond); pickling, definitions, refusals."""
+days by hand, agrees with QuantLib's bootstrap, moves forecast months by their seasonal factors;
+zero-coupon and year-on-year swaps (par, sides, telescoping of yearly inflation, QuantLib's
+zero-coupon swap); inflation-linked bonds (the real bond's flows indexed, QuantLib's CPI bond);
+pickling, definitions, refusals."""
 import math
 import pickle
 
@@ -28,8 +29,12 @@ def store(skip=()):
     return fixings
 
 
-def curve(interpolation="LINEAR", reference=REFERENCE, fixings=None, tenors=TENORS, rates=RATES):
-    return zep.ZeroInflationCurve(reference, INDEX, tenors, rates, fixings or store(), "3M", interpolation)
+SEASONALITY = [0.998, 1.001, 1.003, 1.002, 1.001, 1.0, 0.999, 0.9995, 1.0005, 1.001, 0.9985, 0.997]
+
+
+def curve(interpolation="LINEAR", reference=REFERENCE, fixings=None, tenors=TENORS, rates=RATES, seasonality=()):
+    return zep.ZeroInflationCurve(reference, INDEX, tenors, rates, fixings or store(), "3M", interpolation,
+                                  seasonality=list(seasonality))
 
 
 @pytest.fixture(scope="module")
@@ -38,10 +43,11 @@ def discount():
                                      [0.03, 0.031, 0.033, 0.034], zep.Continuous)
 
 
+@pytest.mark.parametrize("seasonality", [(), SEASONALITY])
 @pytest.mark.parametrize("reference", [REFERENCE, "2024-04-01", "2024-02-29"])
 @pytest.mark.parametrize("interpolation", INTERPOLATIONS)
-def test_curve_reprices_every_zero_coupon_quote(interpolation, reference):
-    inflation = curve(interpolation, reference)
+def test_curve_reprices_every_zero_coupon_quote(interpolation, reference, seasonality):
+    inflation = curve(interpolation, reference, seasonality=seasonality)
     for tenor, rate in zip(TENORS, RATES):
         maturity = zep.Date(reference) + zep.Period(tenor)
         assert inflation.ZeroCouponRate(reference, maturity) == pytest.approx(rate, abs=1e-12), tenor
@@ -76,6 +82,17 @@ def test_published_months_are_read_as_given_and_forecast_months_grow():
         assert inflation.MonthlyIndex(zep.Date(15, month, year)) == level
     forecast = [inflation.MonthlyIndex(zep.Date(1, 1, 2024) + zep.Period(f"{k}M")) for k in range(1, 200)]
     assert all(later > earlier for earlier, later in zip(forecast, forecast[1:]))
+
+
+def test_seasonality_reshapes_the_year_between_pillars_of_the_latest_fixing_month():
+    # Fixings end in January and every quote observes a January: the pillars stay, and each
+    # forecast month moves by its factor relative to January's.
+    plain = curve("FLAT", "2024-04-20")
+    seasonal = curve("FLAT", "2024-04-20", seasonality=SEASONALITY)
+    for k in range(1, 200):
+        month = zep.Date(1, 1, 2024) + zep.Period(f"{k}M")
+        factor = SEASONALITY[month.Month() - 1] / SEASONALITY[0]
+        assert seasonal.MonthlyIndex(month) == pytest.approx(plain.MonthlyIndex(month) * factor, rel=1e-13), month
 
 
 def quantlib_flat_curve():
@@ -219,6 +236,9 @@ def test_inflation_swaps_from_product_definitions(discount):
      "ZeroInflationCurve: the zero-coupon swap 1Y quote needs a rate above -1"),
     (lambda d: curve(tenors=["1Y", "2Y"], rates=[0.02]), "ZeroInflationCurve: one rate per tenor"),
     (lambda d: curve("CUBIC"), "'CUBIC' is an invalid inflation interpolation (FLAT or LINEAR)."),
+    (lambda d: curve(seasonality=SEASONALITY[:11]),
+     "ZeroInflationCurve: seasonality needs 12 monthly factors, January to December"),
+    (lambda d: curve(seasonality=[1.0] * 11 + [0.0]), "ZeroInflationCurve: every seasonal factor must be positive"),
     (lambda d: zep.ZeroInflationCurve(REFERENCE, INDEX, ["1Y"], [0.02], None), "ZeroInflationCurve: the fixings are None."),
     (lambda d: zep.ZeroInflationCurve(REFERENCE, "RPI", ["1Y"], [0.02], store()),
      "ZeroInflationCurve: no fixings of index 'RPI'"),

@@ -14,25 +14,29 @@
 %ignore zep::InflationIndexConventions;
 %ignore zep::ZeroInflationCurve::ZeroInflationCurve(const Date&, const InflationIndexConventions&,
                                                     const std::vector<Period>&, const std::vector<double>&,
-                                                    const FixingStore&);
+                                                    const FixingStore&, const std::vector<double>&);
 %ignore zep::ZeroInflationCurve::Conventions;
 %feature("docstring") zep::ZeroInflationCurve
 "A consumer price index forecast bootstrapped from zero-coupon inflation swap quotes:
 ZeroInflationCurve(referenceDate, index, tenors, rates, fixings, observationLag='3M',
-interpolation='LINEAR', dayCounter='30/360'). fixings is a FixingStore holding the index's monthly
-levels, each on the first day of its month; tenors ascending ('1Y', '5Y'), rates as decimals. A swap
-from S to T pays I(T) / I(S) - 1 against (1 + K)^tau - 1, tau by dayCounter; I(d) reads the month
-observationLag before d, 'FLAT' as that month's level, 'LINEAR' moving towards the next month's by
-(day of d - 1) / (days in d's month). After the latest fixing the monthly index is log-linear between
-the months the quotes fix. MonthlyIndex(month), ReferenceIndex(date), ZeroCouponRate(start,
-maturity), LatestFixingMonth(), PillarMonths(), PillarLevels(). A month up to the latest fixing
-without a fixing fails \"Missing fixing of index '<index>' for month <yyyy-mm>.\" Pickles.";
+interpolation='LINEAR', dayCounter='30/360', seasonality=[]). fixings is a FixingStore holding
+the index's monthly levels, each on the first day of its month; tenors ascending ('1Y', '5Y'),
+rates as decimals. A swap from S to T pays I(T) / I(S) - 1 against (1 + K)^tau - 1, tau by
+dayCounter; I(d) reads the month observationLag before d, 'FLAT' as that month's level, 'LINEAR'
+moving towards the next month's by (day of d - 1) / (days in d's month). After the latest fixing
+the monthly index is log-linear between the months the quotes fix, times seasonality[m] /
+seasonality[l] when twelve monthly factors (January to December) are given, m the month forecast
+and l the latest fixing's month; the bootstrap sees the factors and still reprices every quote.
+MonthlyIndex(month), ReferenceIndex(date), ZeroCouponRate(start, maturity), LatestFixingMonth(),
+PillarMonths(), PillarLevels(), Index(). A month up to the latest fixing without a fixing fails
+\"Missing fixing of index '<index>' for month <yyyy-mm>.\" Pickles.";
 %include "lum-interest-rates/ZeroInflationCurve.hpp"
 %extend zep::ZeroInflationCurve {
     ZeroInflationCurve(const zep::Date& referenceDate, const std::string& index, const std::vector<std::string>& tenors,
                        const std::vector<double>& rates, boost::shared_ptr<zep::FixingStore> fixings,
                        const std::string& observationLag = "3M", const std::string& interpolation = "LINEAR",
-                       const zep::DayCounter& dayCounter = zep::DayCounter(zep::Thirty360)) {
+                       const zep::DayCounter& dayCounter = zep::DayCounter(zep::Thirty360),
+                       const std::vector<double>& seasonality = std::vector<double>()) {
         if (!fixings) throw std::invalid_argument("ZeroInflationCurve: the fixings are None.");
         zep::InflationIndexConventions conventions;
         conventions.index = index;
@@ -42,7 +46,7 @@ without a fixing fails \"Missing fixing of index '<index>' for month <yyyy-mm>.\
         conventions.dayCounter = dayCounter;
         std::vector<zep::Period> periods;
         for (const std::string& tenor : tenors) periods.emplace_back(tenor);
-        return new zep::ZeroInflationCurve(referenceDate, conventions, periods, rates, *fixings);
+        return new zep::ZeroInflationCurve(referenceDate, conventions, periods, rates, *fixings, seasonality);
     }
     std::string Index() const { return $self->Conventions().index; }
 }

@@ -36,9 +36,10 @@ public:
     // Quotes are zero-coupon swaps from the reference date to reference date + tenor, tenors
     // ascending, rates as decimals. `fixings` holds the index's monthly levels on the first day
     // of their month; the curve copies them, so fixings added later do not change it.
+    // `seasonality` is empty (none) or twelve positive factors, January to December.
     ZeroInflationCurve(const Date& referenceDate, const InflationIndexConventions& conventions,
                        const std::vector<Period>& tenors, const std::vector<double>& rates,
-                       const FixingStore& fixings);
+                       const FixingStore& fixings, const std::vector<double>& seasonality = {});
 
     // The level of the month starting on `monthStart` (any day of the month is taken as it):
     // published up to the latest fixing (a gap fails "Missing fixing of index '<index>' for
@@ -70,7 +71,9 @@ private:
     std::map<std::int32_t, double> m_published;  // first day of the month -> level
     // The forecast's nodes: the latest published month, then one month per quote.
     std::vector<double> m_nodeSerials;
-    std::vector<double> m_nodeLogLevels;
+    std::vector<double> m_nodeLogLevels;  // before the seasonal factor
+    // log(s(month) / s(latest fixing's month)) by month, January first; all zero without seasonality.
+    std::vector<double> m_logSeasonal;
 };
 
 }  // namespace zep
