@@ -11,7 +11,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -61,16 +60,23 @@ public:
     std::vector<double> PillarLevels() const;
 
 private:
+    // Months are counted as 12 * year + month - 1, so that a lag or a step is a subtraction.
     template <class MonthLevel>
     double Interpolated(const Date& date, const MonthLevel& level) const;
-    double PublishedIndex(std::int32_t monthSerial) const;
-    double ForecastIndex(std::int32_t monthSerial) const;
+    double LevelOfMonth(std::int32_t month) const;
+    double PublishedIndex(std::int32_t month) const;
+    double ForecastIndex(std::int32_t month) const;
 
     Date m_referenceDate;
     InflationIndexConventions m_conventions;
-    std::map<std::int32_t, double> m_published;  // first day of the month -> level
+    // The lag in whole months; a lag in days or weeks moves the date instead.
+    bool m_lagInMonths;
+    std::int32_t m_lagMonths;
+    // Published levels from the first published month to the latest, NaN where a month is missing.
+    std::int32_t m_firstPublished = 0;
+    std::vector<double> m_published;
     // The forecast's nodes: the latest published month, then one month per quote.
-    std::vector<double> m_nodeSerials;
+    std::vector<std::int32_t> m_nodeMonths;
     std::vector<double> m_nodeLogLevels;  // before the seasonal factor
     // log(s(month) / s(latest fixing's month)) by month, January first; all zero without seasonality.
     std::vector<double> m_logSeasonal;
