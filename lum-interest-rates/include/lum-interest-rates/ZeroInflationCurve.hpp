@@ -7,7 +7,10 @@
 // before d: Flat takes that month's level; Linear moves from it towards the next month's level by
 // (day of d - 1) / (days in d's month), the bond and swap market's daily reference index. Between
 // the latest fixing and the months the quotes observe, and beyond the last of them, the monthly
-// index is log-linear in time (constant inflation over each stretch).
+// index is log-linear in months (constant monthly inflation over each stretch) times a seasonal
+// factor: with monthly factors s(January) .. s(December), a forecast month m carries s(m) / s(l),
+// l the latest fixing's month, so prices rise faster in the months the factors say while a whole
+// year's inflation is unchanged; the bootstrap sees the factors and still reprices every quote.
 #pragma once
 
 #include <cstdint>
