@@ -7,7 +7,6 @@ Act/365 Fixed); the curves are checked to agree before anything is timed.
 """
 import os
 import sys
-import time
 
 import QuantLib as ql
 
@@ -15,23 +14,13 @@ _build = os.environ.get("ZEP_PYTHONPATH")
 if _build:
     sys.path.insert(0, os.path.abspath(_build))
 import zep  # noqa: E402
+from bench_support import best_of  # noqa: E402
 
 REFERENCE = "2024-01-15"
 QUOTES = ([("DEPOSIT", f"{m}M", 0.035) for m in (1, 2, 3)]
           + [("FRA", f"{s}x{s + 3}", 0.034) for s in (3, 6, 9, 12, 15, 18)]
           + [("SWAP", f"{y}Y", 0.03 + 0.0001 * y)
              for y in (6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 20, 25, 30, 35, 40, 45, 50, 55, 60, 70, 80)])
-
-
-def best_of(function, repeats, rounds=5):
-    """Seconds per call: the fastest of several rounds, each the mean over `repeats` calls."""
-    best = float("inf")
-    for _ in range(rounds):
-        start = time.perf_counter()
-        for _ in range(repeats):
-            function()
-        best = min(best, (time.perf_counter() - start) / repeats)
-    return best
 
 
 def quantlib_curve():

@@ -6,7 +6,6 @@ QuantLib caches results, so every timed QuantLib call asks for the valuation aga
 """
 import os
 import sys
-import time
 
 import QuantLib as ql
 
@@ -14,27 +13,13 @@ _build = os.environ.get("ZEP_PYTHONPATH")
 if _build:
     sys.path.insert(0, os.path.abspath(_build))
 import zep  # noqa: E402
+from bench_support import best_of, ql_date  # noqa: E402
 
 REFERENCE = "2024-01-15"
 PILLARS = ["2024-01-15", "2025-01-15", "2027-01-15", "2030-01-15", "2034-01-15", "2044-01-15"]
 ZEROS = [0.031, 0.0318, 0.0295, 0.0301, 0.0312, 0.033]
 START, END = "2025-01-15", "2035-01-15"
 A, SIGMA, STRIKE = 0.05, 0.01, 0.031
-
-
-def best_of(function, repeats, rounds=5):
-    """Seconds per call: the fastest of several rounds, each the mean over `repeats` calls."""
-    best = float("inf")
-    for _ in range(rounds):
-        start = time.perf_counter()
-        for _ in range(repeats):
-            function()
-        best = min(best, (time.perf_counter() - start) / repeats)
-    return best
-
-
-def ql_date(text):
-    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
 
 
 def report(name, ours, theirs, zep_call, ql_call, repeats, tolerance):

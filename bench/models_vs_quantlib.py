@@ -1,7 +1,7 @@
 """The volatility models and engines from Python, QuantLib beside each in one run: Heston's
 characteristic-function price and its FFT over 100 strikes against AnalyticHestonEngine
 (Gauss-Laguerre, its default); the American put by finite differences (200 x 200) and by
-Barone-Adesi-Whaley; the arithmetic Asian by Turnbull-Wakeman. Each figure includes the Python
+Barone-Adesi-Whaley and Bjerksund-Stensland, one at a time and over NumPy arrays; the arithmetic Asian by Turnbull-Wakeman. Each figure includes the Python
 call (about 1 us); the C++ figures are bench/*_bench.cpp.
 
     ZEP_PYTHONPATH=build/dev/python python bench/models_vs_quantlib.py
@@ -78,9 +78,11 @@ def american_and_asian():
     # The array entry points: 10000 rows in one call, per row (QuantLib has no array form).
     strikes = np.linspace(80.0, 120.0, 10000)
     baw_rows = per_call(lambda: zep.BaroneAdesiWhaleyPrices(1, strikes, 0.2, 1.0, 0.05, 0.0, 100.0), 20) / 1e4
+    bjs_rows = per_call(lambda: zep.BjerksundStenslandPrices(1, strikes, 0.2, 1.0, 0.05, 0.0, 100.0), 20) / 1e4
     tw_rows = per_call(lambda: zep.AsianPrices(0, strikes, 0.3, 0.05, 0.02, 100.0, [d / 365.0 for d in days]),
                        20) / 1e4
-    print(f"over arrays of 10000 rows, per row: BAW {baw_rows * 1e9:6.0f} ns   Turnbull-Wakeman {tw_rows * 1e9:6.0f} ns")
+    print(f"over arrays of 10000 rows, per row: BAW {baw_rows * 1e9:6.0f} ns   "
+          f"Bjerksund-Stensland {bjs_rows * 1e9:6.0f} ns   Turnbull-Wakeman {tw_rows * 1e9:6.0f} ns")
 
 
 def main():

@@ -74,6 +74,21 @@ for offset in offsets:
                              smile.Volatility(strike))
     print(f"    strike {strike:.4%}: volatility {smile.Volatility(strike):.4%}, payer PV {on_smile.PV():,.2f} EUR")
 
+# The same slice quoted in normal volatilities: each strike's Black price read back under
+# Bachelier, and Hagan's normal expansion (beta 0, the normal SABR model) fitted to them.
+normal_quotes = [zep.ForwardImpliedVolatility(True, swap_rate, swap_rate + d, 5.0,
+                                              zep.ForwardOptionValue(True, swap_rate, swap_rate + d, 5.0,
+                                                                     smile.Volatility(swap_rate + d)), "BACHELIER")
+                 for d in offsets]
+normal_smile = zep.SwaptionSmile(swap_rate, 5.0, [swap_rate + d for d in offsets], normal_quotes, 0.0, "BACHELIER")
+print(f"  the slice in normal volatilities (normal SABR, beta 0): at the money "
+      f"{normal_smile.Volatility(swap_rate) * 1e4:.2f} bp, fit error {normal_smile.FitError() * 1e4:.3f} bp")
+
+strip = zep.MCapletVolatilityStrip("CAP", 0.0300, "2024-01-17", ["2025-01-17", "2026-01-17", "2029-01-17"],
+                                   [0.31, 0.29, 0.26], eur, eur)
+print("Caplet volatilities stripped from 1y, 2y and 5y caps at 31%, 29%, 26%: "
+      + ", ".join(f"{v:.2%}" for v in dict.fromkeys(strip.CapletVolatilities())))
+
 credit = zep.CreditCurve(TODAY, ["1Y", "3Y", "5Y", "7Y", "10Y"], [0.0060, 0.0090, 0.0110, 0.0120, 0.0125], 0.4, eur)
 cds = zep.MCreditDefaultSwap("BUYER", 10_000_000, 0.0100, TODAY, "2029-01-15", credit, eur)
 print(cds.Describe())

@@ -54,6 +54,15 @@ RateVolatilityModel RateVolatilityModelOf(const char* name) {
     ZEP_FAIL("'" + std::string(name ? name : "") + "' is not a volatility model (BLACK, SHIFTEDBLACK or BACHELIER)");
 }
 
+const char* RateVolatilityModelName(RateVolatilityModel model) {
+    switch (model) {
+        case RateVolatilityModel::Black: return "BLACK";
+        case RateVolatilityModel::ShiftedBlack: return "SHIFTEDBLACK";
+        case RateVolatilityModel::Bachelier: return "BACHELIER";
+    }
+    ZEP_FAIL("unknown volatility model code " + std::to_string(static_cast<int>(model)));
+}
+
 double ForwardOptionValue(bool isCall, double forward, double strike, double expiry, const RateVolatility& volatility) {
     ZEP_REQUIRE(std::isfinite(forward) && std::isfinite(strike), "the forward rate and the strike must be finite");
     ZEP_REQUIRE(std::isfinite(volatility.volatility) && volatility.volatility >= 0.0,

@@ -52,10 +52,11 @@ HestonModel ModelOf(const std::vector<double>& p) { return HestonModel(p[0], p[1
 }  // namespace
 
 HestonFit CalibrateHeston(const std::vector<HestonQuote>& quotes, double spot, double domesticRate,
-                          double foreignRate, const std::string& start) {
+                          double foreignRate, const std::string& start, int maxIterations) {
     ZEP_REQUIRE(quotes.size() >= 5, "Heston calibration needs at least 5 quotes for its 5 parameters");
     ZEP_REQUIRE(start == "none" || start == "direct" || start == "evolution",
                 "Heston calibration start must be 'none', 'direct' or 'evolution'");
+    ZEP_REQUIRE(maxIterations >= 1 && maxIterations <= 10000, "Heston calibration maxIterations must lie in [1, 10000]");
     std::vector<Target> targets;
     double meanVariance = 0.0;
     for (const HestonQuote& q : quotes) {
@@ -102,8 +103,9 @@ HestonFit CalibrateHeston(const std::vector<HestonQuote>& quotes, double spot, d
                               : DifferentialEvolution({4, 8}).Minimize(sumOfSquares, point, kBox);
         point = global.x;
     }
-    const OptimizationResult fit = LevenbergMarquardt({100, 1e-10, 1e-6}).Minimize(residuals, point, kBox);
-    HestonFit result{ModelOf(fit.x), {}, 0.0, evaluations};
+    const OptimizationResult fit =
+        LevenbergMarquardt({maxIterations, 1e-10, 1e-6, false}).Minimize(residuals, point, kBox);
+    HestonFit result{ModelOf(fit.x), {}, 0.0, evaluations, fit.converged};
     for (std::size_t i = 0; i < quotes.size(); ++i) {
         const HestonQuote& q = quotes[i];
         const double price =

@@ -4,9 +4,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <string>
 
-#include "lum-auxiliary/AdaptiveGaussLobatto.hpp"
+#include "lum-auxiliary/AdaptiveGaussKronrod.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 
@@ -38,9 +39,11 @@ Complex Sqrt(Complex z) {
     return {0.5 * std::abs(z.imag()) / t, std::copysign(t, z.imag())};
 }
 
-// log(1 + q): |1 + q|^2 - 1 = 2 Re q + |q|^2 keeps its digits when q is small.
+// log(1 + q): |1 + q|^2 - 1 = 2 Re q + |q|^2 keeps its digits when q is small. The argument is
+// a plain arc tangent in the right half-plane, where it is cheaper than the two-argument one.
 Complex Log1p(Complex q) {
-    return {0.5 * std::log1p(2.0 * q.real() + std::norm(q)), std::atan2(q.imag(), 1.0 + q.real())};
+    const double x = 1.0 + q.real();
+    return {0.5 * std::log1p(2.0 * q.real() + std::norm(q)), x > 0.0 ? std::atan(q.imag() / x) : std::atan2(q.imag(), x)};
 }
 
 Complex Exp(Complex z) {
@@ -49,17 +52,19 @@ Complex Exp(Complex z) {
 }
 
 // exp(z) - 1 without the cancellation of short maturities: e^x cos y - 1 = expm1(x) cos y - 2 sin^2(y/2),
-// and one half-angle sine and cosine give both cos y and sin y.
+// and one half-angle sine and cosine give both cos y and sin y; e^x is expm1(x) + 1.
 Complex Expm1(Complex z) {
     const double halfSine = std::sin(0.5 * z.imag()), halfCosine = std::cos(0.5 * z.imag());
     const double cosine = 1.0 - 2.0 * halfSine * halfSine;
-    return {std::expm1(z.real()) * cosine - 2.0 * halfSine * halfSine,
-            std::exp(z.real()) * 2.0 * halfSine * halfCosine};
+    const double growthLessOne = std::expm1(z.real());
+    return {growthLessOne * cosine - 2.0 * halfSine * halfSine, (growthLessOne + 1.0) * 2.0 * halfSine * halfCosine};
 }
 
-// Price of the integration tail left out beyond the truncation point, relative to the forward.
-constexpr double kTailTolerance = 1e-14;
-constexpr int kMaxTruncationDoublings = 60;
+// The integration tail left out beyond the truncation point, as a share of the tolerance.
+constexpr double kTailShare = 0.1;
+// The truncation point moves out by this factor a step, a bounded number of steps.
+constexpr double kTruncationStep = 1.25;
+constexpr int kMaxTruncationSteps = 200;
 
 }  // namespace
 
@@ -97,7 +102,7 @@ double HestonModel::MomentExplosionTime(double order) const {
 // With xi = kappa - sigma rho i u and d = sqrt(xi^2 + sigma^2 (u^2 + i u)), xi - d is written
 // -sigma^2 (u^2 + i u) / (xi + d): no cancellation, and the divisions by sigma^2 of the textbook
 // form cancel out analytically, so that small volatilities of variance lose no precision.
-Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) const {
+Complex HestonModel::LogCharacteristicFunction(Complex u, double timeToExpiry) const {
     const Complex i(0.0, 1.0);
     const double sigma2 = m_sigma * m_sigma;
     const Complex a = u * u + i * u;
@@ -117,7 +122,11 @@ Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) cons
                                       : Log1p(q) / sigma2;
     const Complex c = m_kappa * m_theta * (xiMinusDOverSigma2 * timeToExpiry - 2.0 * logOverSigma2);
     const Complex dTerm = xiMinusDOverSigma2 * oneMinusE * Reciprocal(1.0 - g * e);
-    return Exp(c + dTerm * m_v0);
+    return c + dTerm * m_v0;
+}
+
+Complex HestonModel::CharacteristicFunction(Complex u, double timeToExpiry) const {
+    return Exp(LogCharacteristicFunction(u, timeToExpiry));
 }
 
 namespace {
@@ -148,24 +157,113 @@ struct Lanes {
     }
 };
 
-// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2.
-Complex ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry,
-                                         double totalVariance) {
-    return std::exp(-0.5 * totalVariance * (u * u + 0.25)) -
-           model.CharacteristicFunction(Complex(u, -0.5), timeToExpiry);
+// The Black-Scholes characteristic function at total variance w less Heston's, both at u - i/2:
+// the Gaussian and Heston's logarithm, so that a phase e^(i u k) costs one cosine for each.
+struct ControlledCharacteristicFunction {
+    double gaussian;
+    Complex logHeston;
+
+    ControlledCharacteristicFunction(const HestonModel& model, double u, double timeToExpiry, double totalVariance)
+        : gaussian(Gaussian(-0.5 * totalVariance * (u * u + 0.25))),
+          logHeston(model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry)) {}
+
+    // Below e^-80 the Gaussian is nothing next to any tolerance: taken as 0, its cosine is skipped
+    // on the tail, where Heston's slower decay alone sets the integrand.
+    static double Gaussian(double exponent) { return exponent < -80.0 ? 0.0 : std::exp(exponent); }
+
+    Complex Value() const { return gaussian - Exp(logHeston); }
+    // e^(i phase) (gaussian - heston).
+    Complex TurnedBy(double phase) const {
+        return gaussian * Exp(Complex(0.0, phase)) - Exp(logHeston + Complex(0.0, phase));
+    }
+    // Its real part alone: two cosines.
+    double RealPartTurnedBy(double phase) const {
+        const double heston = std::exp(logHeston.real()) * std::cos(logHeston.imag() + phase);
+        return gaussian == 0.0 ? -heston : gaussian * std::cos(phase) - heston;
+    }
+};
+
+// How the integrand's tail is bounded: scale |phi(u)| / u^weightPower.
+struct TailBound {
+    double scale;
+    int weightPower;
+};
+
+// Where the integral is cut, and how fast phi turns there.
+struct IntegrationRange {
+    double upper;
+    double phaseRate;  // d arg phi / du
+};
+
+// Past u = 9 s (s below) the control variate's Gaussian is below e^-81, and Heston's
+// |phi(u - i/2)| falls exponentially, at a rate that grows towards
+// sqrt(1 - rho^2) (v0 + kappa theta T) / sigma (Kahl and Jaeckel); with the rate measured between
+// two trial points, the last a lower bound for what follows, the tail leaves at most
+// scale |phi(U)| / (rate U^weightPower) out. The point moves out until that is below kTailShare of
+// the tolerance.
+IntegrationRange FindIntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance,
+                                      const TailBound& tail, double tolerance) {
+    // log |phi| and arg phi are the real and imaginary parts of the logarithm.
+    const auto logPhi = [&](double u) { return model.LogCharacteristicFunction(Complex(u, -0.5), timeToExpiry); };
+    double upper = 9.0 * std::sqrt(2.0 / totalVariance);
+    Complex previous = logPhi(upper / kTruncationStep);
+    for (int step = 0; step < kMaxTruncationSteps; ++step) {
+        const Complex current = logPhi(upper);
+        const double width = upper - upper / kTruncationStep;
+        const double rate = (previous.real() - current.real()) / width;
+        if (rate > 0.0 &&
+            tail.scale * std::exp(current.real()) / (rate * std::pow(upper, tail.weightPower)) <= kTailShare * tolerance)
+            return {upper, std::abs(current.imag() - previous.imag()) / width};
+        previous = current;
+        upper *= kTruncationStep;
+    }
+    ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
 }
 
-// Where the integral is cut: both characteristic functions negligible, found by doubling.
-double IntegrationRange(const HestonModel& model, double timeToExpiry, double totalVariance) {
-    double upper = 1.0;
-    for (int doubling = 0;; ++doubling) {
-        if (doubling == kMaxTruncationDoublings)
-            ZEP_FAIL("the Heston characteristic function does not decay: no finite integration range");
-        if (std::abs(model.CharacteristicFunction(Complex(upper, -0.5), timeToExpiry)) / upper < kTailTolerance &&
-            0.5 * totalVariance * upper * upper > 40.0)
-            return upper;
-        upper *= 2.0;
+// Intervals the quadrature starts from. The control variate's Gaussian e^(-w u^2 / 2) falls from
+// 1 to e^-1, e^-9 and e^-81 at u = s, 3s and 9s, s = sqrt(2 / w); beyond, only Heston's slower
+// decay is left. And no interval spans more than kPeriodsPerInterval turns of the integrand's
+// phase (the strike's u k and phi's own): over more, the 10- and 21-point rules can both miss a
+// decaying oscillation and still agree. Starting there saves the halvings that would find the
+// same places.
+constexpr double kPeriodsPerInterval = 3.0;
+constexpr std::size_t kMaxPiecesPerInterval = 32;
+
+struct BreakPoints {
+    std::array<double, 4 * kMaxPiecesPerInterval + 1> points;
+    std::size_t count;
+    std::span<const double> Span() const { return {points.data(), count}; }
+};
+
+BreakPoints IntegrationBreakPoints(double totalVariance, const IntegrationRange& range, double largestLogMoneyness) {
+    std::array<double, 4> ends{};
+    std::size_t endCount = 0;
+    const double scale = std::sqrt(2.0 / totalVariance);
+    for (const double factor : {1.0, 3.0, 9.0})
+        if (factor * scale < range.upper) ends[endCount++] = factor * scale;
+    ends[endCount++] = range.upper;
+    const double phaseRate = largestLogMoneyness + range.phaseRate;
+    const double longest = phaseRate > 0.0 ? kPeriodsPerInterval * 2.0 * M_PI / phaseRate : range.upper;
+    BreakPoints breaks{{0.0}, 1};
+    double start = 0.0;
+    for (std::size_t i = 0; i < endCount; ++i) {
+        const std::size_t pieces =
+            std::clamp<std::size_t>(static_cast<std::size_t>(std::ceil((ends[i] - start) / longest)), 1, kMaxPiecesPerInterval);
+        for (std::size_t j = 1; j <= pieces; ++j)
+            breaks.points[breaks.count++] = start + (ends[i] - start) * static_cast<double>(j) / static_cast<double>(pieces);
+        start = ends[i];
     }
+    return breaks;
+}
+
+// The Lewis integrand's quadrature over its whole range, to `tolerance` (absolute) on each value;
+// largestLogMoneyness is the largest |ln(F / K)| of the strikes it prices.
+template <class Integrand, class Value>
+Value IntegrateLewis(const Integrand& integrand, const HestonModel& model, double timeToExpiry, double totalVariance,
+                     const TailBound& tail, double largestLogMoneyness, double tolerance, const char* what) {
+    AdaptiveGaussKronrod<Integrand, Value> quadrature(integrand, KronrodSettings{tolerance}, what);
+    const IntegrationRange range = FindIntegrationRange(model, timeToExpiry, totalVariance, tail, tolerance);
+    return quadrature.Integrate(IntegrationBreakPoints(totalVariance, range, largestLogMoneyness).Span());
 }
 
 // Lewis: call / F = 1 - sqrt(K / F) / pi * Integral_0^inf Re[e^(i u k) phi(u - i/2)] / (u^2 + 1/4) du,
@@ -187,16 +285,24 @@ Lanes<N> UndiscountedCalls(const HestonModel& model, const std::array<double, N>
     const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
     const double totalVariance = meanVariance * timeToExpiry;
     const auto integrand = [&](double u) {
-        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
+        const ControlledCharacteristicFunction gap(model, u, timeToExpiry, totalVariance);
         const double weight = 1.0 / (u * u + 0.25);
         Lanes<N> values;
-        for (int j = 0; j < N; ++j)
-            values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * gap.real() - std::sin(u * k[j]) * gap.imag());
+        if constexpr (N == 1) {
+            values.v[0] = scale[0] * weight * gap.RealPartTurnedBy(u * k[0]);
+        } else {
+            // Several strikes share one value of the function: a sine and cosine each.
+            const Complex value = gap.Value();
+            for (int j = 0; j < N; ++j)
+                values.v[j] = scale[j] * weight * (std::cos(u * k[j]) * value.real() - std::sin(u * k[j]) * value.imag());
+        }
         return values;
     };
-    AdaptiveGaussLobatto<decltype(integrand), Lanes<N>> quadrature(integrand, LobattoSettings{tolerance * forward},
-                                                                   "Heston price");
-    Lanes<N> calls = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    const TailBound tail{*std::max_element(scale.begin(), scale.end()), 2};
+    double largestLogMoneyness = 0.0;
+    for (const double logMoneyness : k) largestLogMoneyness = std::max(largestLogMoneyness, std::abs(logMoneyness));
+    Lanes<N> calls = IntegrateLewis<decltype(integrand), Lanes<N>>(integrand, model, timeToExpiry, totalVariance, tail,
+                                                                  largestLogMoneyness, tolerance * forward, "Heston price");
     for (int j = 0; j < N; ++j) {
         BSVanilla blackScholes(BSVanilla::Call, strikes[j], std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0,
                                forward);
@@ -216,13 +322,14 @@ Lanes<3> UndiscountedCallAndForwardDerivatives(const HestonModel& model, double 
     const double meanVariance = std::max(model.MeanVariance(timeToExpiry), BSVanilla::kMinimumVolatility);
     const double totalVariance = meanVariance * timeToExpiry;
     const auto integrand = [&](double u) {
-        const Complex gap = ControlledCharacteristicFunction(model, u, timeToExpiry, totalVariance);
-        const Complex term = strike / M_PI * std::exp(Complex(0.5 * k, u * k)) * gap;
+        const ControlledCharacteristicFunction gap(model, u, timeToExpiry, totalVariance);
+        const Complex term = strike / M_PI * std::exp(0.5 * k) * gap.TurnedBy(u * k);
         return Lanes<3>{{(term / (u * u + 0.25)).real(), (term / Complex(0.5, -u)).real(), -term.real()}};
     };
-    AdaptiveGaussLobatto<decltype(integrand), Lanes<3>> quadrature(integrand, LobattoSettings{tolerance * forward},
-                                                                   "Heston Greeks");
-    Lanes<3> values = quadrature.Integrate(0.0, IntegrationRange(model, timeToExpiry, totalVariance));
+    // The second derivative's integrand has no 1 / u^2 weight: its tail falls with phi alone.
+    const TailBound tail{std::sqrt(strike * forward) / M_PI, 0};
+    Lanes<3> values = IntegrateLewis<decltype(integrand), Lanes<3>>(integrand, model, timeToExpiry, totalVariance, tail,
+                                                                   std::abs(k), tolerance * forward, "Heston Greeks");
     BSVanilla blackScholes(BSVanilla::Call, strike, std::sqrt(meanVariance), timeToExpiry, 0.0, 0.0, 0.0, forward);
     values.v[0] += blackScholes.Price();
     values.v[1] += forward * blackScholes.Delta();
@@ -280,6 +387,11 @@ void HestonModel::Prices(int optionType, std::span<const double> strikes, double
     const double discount = std::exp(-domesticRate * timeToDelivery);
     const double forward = spot * std::exp((domesticRate - foreignRate) * timeToDelivery);
     ZEP_REQUIRE(IsFinite(forward), "the forward of this spot and these rates is not a finite number");
+    if (m_v0 == 0.0 && m_theta == 0.0) {
+        // No variance now and none to revert to: the variance stays 0 and the forward is certain.
+        for (std::size_t i = 0; i < strikes.size(); ++i) prices[i] = discount * std::max(phi * (forward - strikes[i]), 0.0);
+        return;
+    }
     if (strikes.size() == 1) {
         const double call = UndiscountedCalls<1>(*this, {strikes[0]}, forward, timeToExpiry, tolerance).v[0];
         prices[0] = Settle(optionType, call, forward, strikes[0], discount);

@@ -51,6 +51,20 @@ std::vector<CapletValue> CapFloor::Caplets(const YieldCurve& discount, const Yie
     return caplets;
 }
 
+std::vector<CashFlow> CapFloor::CashFlows(const YieldCurve& discount, const YieldCurve& projection,
+                                          const RateVolatility& volatility) const {
+    std::vector<CashFlow> rows;
+    const bool isCall = m_kind == CapFloorKind::Cap;
+    ForEachCaplet(discount, projection, [&](const SchedulePeriod& period, double forward, double expiry,
+                                            double annuity) {
+        const double discountFactor = discount.DiscountFactor(period.payment);
+        const double value = annuity * ForwardOptionValue(isCall, forward, m_strike, expiry, volatility);
+        rows.push_back({CashFlowKind::Coupon, period.accrualStart, period.accrualEnd, period.fixing, period.payment,
+                        period.accrualFraction, m_notional, forward, value / discountFactor, discountFactor, value});
+    });
+    return rows;
+}
+
 double CapFloor::ImpliedVolatility(double price, const YieldCurve& discount, const YieldCurve& projection,
                                    RateVolatilityModel model, double shift) const {
     return SolveImpliedVolatility(

@@ -22,19 +22,44 @@ CreditDefaultSwap::CreditDefaultSwap(const Schedule& premiumSchedule, CdsSide si
     ZEP_REQUIRE(!m_periods.empty(), "the premium schedule has no period");
 }
 
-template <class Survival>
-CreditDefaultSwap::Legs CreditDefaultSwap::LegsOn(const Survival& survival, const Date& referenceDate,
-                                                  const YieldCurve& discount) const {
-    Legs legs;
+template <class Survival, class Visit>
+void CreditDefaultSwap::ForEachPeriod(const Survival& survival, const Date& referenceDate, Visit&& visit) const {
     for (const PremiumPeriod& period : m_periods) {
         if (period.payment <= referenceDate) continue;
         const Date from = std::max(period.start, referenceDate);
         const double q0 = survival(from), q1 = period.end > from ? survival(period.end) : q0;
         const Date middle((from.SerialNumber() + std::max(from, period.end).SerialNumber()) / 2);
-        legs.annuity += period.accrual * discount.DiscountFactor(period.payment) * 0.5 * (q0 + q1);
-        legs.protection += discount.DiscountFactor(middle) * (q0 - q1);
+        visit(period, from, middle, q0, q1);
     }
+}
+
+template <class Survival>
+CreditDefaultSwap::Legs CreditDefaultSwap::LegsOn(const Survival& survival, const Date& referenceDate,
+                                                  const YieldCurve& discount) const {
+    Legs legs;
+    ForEachPeriod(survival, referenceDate,
+                  [&](const PremiumPeriod& period, const Date&, const Date& middle, double q0, double q1) {
+                      legs.annuity += period.accrual * discount.DiscountFactor(period.payment) * 0.5 * (q0 + q1);
+                      legs.protection += discount.DiscountFactor(middle) * (q0 - q1);
+                  });
     return legs;
+}
+
+std::vector<CashFlow> CreditDefaultSwap::CashFlows(const CreditCurve& credit, const YieldCurve& discount) const {
+    const double sign = m_side == CdsSide::Buyer ? 1.0 : -1.0;
+    std::vector<CashFlow> rows;
+    ForEachPeriod([&](const Date& date) { return credit.SurvivalProbability(date); }, credit.ReferenceDate(),
+                  [&](const PremiumPeriod& period, const Date& from, const Date& middle, double q0, double q1) {
+                      const double premium = -sign * m_coupon * period.accrual * m_notional;
+                      const double paidOn = discount.DiscountFactor(period.payment) * 0.5 * (q0 + q1);
+                      rows.push_back({CashFlowKind::Coupon, period.start, period.end, Date(), period.payment,
+                                      period.accrual, m_notional, m_coupon, premium, paidOn, premium * paidOn});
+                      const double protection = sign * (1.0 - m_recovery) * m_notional;
+                      const double defaultsOn = discount.DiscountFactor(middle) * (q0 - q1);
+                      rows.push_back({CashFlowKind::Protection, from, period.end, Date(), middle, 0.0, m_notional,
+                                      0.0, protection, defaultsOn, protection * defaultsOn});
+                  });
+    return rows;
 }
 
 CreditDefaultSwap::Legs CreditDefaultSwap::LegsOn(const CreditCurve& credit, const YieldCurve& discount) const {

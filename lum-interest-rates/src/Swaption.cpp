@@ -93,6 +93,14 @@ double Swaption::PV(const LegMarket& market, const RateVolatility& volatility) c
            ForwardOptionValue(m_kind == SwaptionKind::Payer, forward, m_strike, ExpiryTime(market), volatility);
 }
 
+std::vector<CashFlow> Swaption::CashFlows(const LegMarket& market, const RateVolatility& volatility) const {
+    const double value = PV(market, volatility);
+    const Date& start = m_fixed.StartDate();
+    const double discountFactor = market.discount->DiscountFactor(start);
+    return {{CashFlowKind::Coupon, start, m_fixed.EndDate(), m_expiry, start, 0.0, m_notional, ForwardRate(market),
+             value / discountFactor, discountFactor, value}};
+}
+
 double Swaption::ForwardSwapValue(const LegMarket& market) const {
     const double payer = m_floating.PV(market) - m_fixed.PV(market);
     return m_kind == SwaptionKind::Payer ? payer : -payer;

@@ -57,7 +57,8 @@ public:
           m_variables(simulator.m_payoff->VariableNames().size()),
           m_normals(kBlockPaths * m_draws),
           m_spots(kBlockPaths * m_steps),
-          m_scenario(kBlockPaths * m_events),
+          m_sourceScenario(kBlockPaths * m_events),
+          m_movedScenario(kBlockPaths * m_events),
           m_values(kBlockPaths * m_variables),
           m_evaluator(simulator.m_payoff->NewEvaluator(simulator.m_smoothed)) {
         // Each market that runs its own model is followed by the markets moved from its paths,
@@ -88,6 +89,8 @@ public:
             m_simulatedEvents.push_back(std::move(simulated));
             m_eventsBeforeGrid.push_back(std::move(before));
         }
+        for (const ScriptMarket<T>& market : markets)
+            m_sourceGrid.push_back(market.source >= 0 && market.grid.eventStep == markets[market.source].grid.eventStep);
     }
 
     void SimulatePaths(RandomGen& generator, std::uint64_t first, std::uint64_t last, T* out) override {
@@ -101,10 +104,10 @@ public:
             for (const std::size_t k : m_order) {
                 const ScriptMarket<T>& market = markets[k];
                 if (market.source < 0) market.model->SimulatePaths(m_normals.data(), paths, m_steps, m_spots.data());
-                FillScenario(k, paths);
+                const T* const scenario = FillScenario(k, paths);
                 std::fill_n(m_values.data(), paths * m_variables, T(0));
-                m_evaluator->EvaluateBlock({m_scenario.data(), market.numeraires.data(), m_events, paths},
-                                           m_variables, m_values.data());
+                m_evaluator->EvaluateBlock({scenario, market.numeraires.data(), m_events, paths}, m_variables,
+                                           m_values.data());
                 for (std::size_t p = 0; p < paths; ++p) {
                     T* row = out + ((block + p - first) * markets.size() + k) * m_variables;
                     for (std::size_t v = 0; v < m_variables; ++v) row[v] = m_values[v * paths + p];
@@ -115,24 +118,45 @@ public:
 
 private:
     // Market k's event spots of the block, lane by lane, from the paths of its model (times
-    // the forward's move for a market moved from another's paths).
-    void FillScenario(std::size_t k, std::size_t paths) {
+    // the forward's move for a market moved from another's paths); returns them.
+    const T* FillScenario(std::size_t k, std::size_t paths) {
         const ScriptMarket<T>& market = m_simulator.m_markets[k];
-        T* const scenario = m_scenario.data();
+        T* const scenario = market.source < 0 ? m_sourceScenario.data() : m_movedScenario.data();
         for (const std::size_t event : m_eventsBeforeGrid[k])
             std::fill_n(scenario + event * paths, paths, market.spot);
-        for (const auto [event, step, count] : m_simulatedEvents[k]) {
-            for (std::size_t i = 0; i < count; ++i) {
-                T* const to = scenario + (event + i) * paths;
-                const T* const from = m_spots.data() + step + i;
-                if (market.source < 0) {
-                    for (std::size_t p = 0; p < paths; ++p) to[p] = from[p * m_steps];
-                } else {
+        if (m_sourceGrid[k]) {
+            // The source's scenario, just filled from the same paths on the same grid, moved
+            // row by row: the same products as from the paths.
+            for (const auto [event, step, count] : m_simulatedEvents[k]) {
+                for (std::size_t i = 0; i < count; ++i) {
                     const T factor = market.pathFactors[step + i];
-                    for (std::size_t p = 0; p < paths; ++p) to[p] = from[p * m_steps] * factor;
+                    const T* const from = m_sourceScenario.data() + (event + i) * paths;
+                    T* const to = scenario + (event + i) * paths;
+                    for (std::size_t p = 0; p < paths; ++p) to[p] = from[p] * factor;
+                }
+            }
+            return scenario;
+        }
+        // By tiles of eight paths: each event's row of a tile is one line of the scenario,
+        // read from eight paths that stay in the cache over the tile's events.
+        constexpr std::size_t kTile = 8;
+        const T* const factors = market.source < 0 ? nullptr : market.pathFactors.data();
+        for (std::size_t p0 = 0; p0 < paths; p0 += kTile) {
+            const std::size_t tile = std::min(kTile, paths - p0);
+            for (const auto [event, step, count] : m_simulatedEvents[k]) {
+                for (std::size_t i = 0; i < count; ++i) {
+                    T* const to = scenario + (event + i) * paths + p0;
+                    const T* const from = m_spots.data() + p0 * m_steps + step + i;
+                    if (factors == nullptr) {
+                        for (std::size_t j = 0; j < tile; ++j) to[j] = from[j * m_steps];
+                    } else {
+                        const T factor = factors[step + i];
+                        for (std::size_t j = 0; j < tile; ++j) to[j] = from[j * m_steps] * factor;
+                    }
                 }
             }
         }
+        return scenario;
     }
 
     const ScriptSimulator& m_simulator;
@@ -142,7 +166,10 @@ private:
     std::size_t m_variables;
     std::vector<T> m_normals;
     std::vector<T> m_spots;     // the block's paths of the market last simulated, path by path
-    std::vector<T> m_scenario;  // one market's event spots of the block, event by event
+    // Event spots of the block, event by event: of the last market run by its own model, and of
+    // a market moved from it.
+    std::vector<T> m_sourceScenario;
+    std::vector<T> m_movedScenario;
     std::vector<T> m_values;    // its variables, variable by variable
     std::vector<std::size_t> m_order;  // the markets in the order a block runs them
     std::unique_ptr<PathEvaluator> m_evaluator;
@@ -156,6 +183,7 @@ private:
     // Per market: the runs of events on its grid, and the events before it (at today's spot).
     std::vector<std::vector<GridRun>> m_simulatedEvents;
     std::vector<std::vector<std::size_t>> m_eventsBeforeGrid;
+    std::vector<bool> m_sourceGrid;  // per market: moved from a market with the same grid
 };
 
 template <class T>

@@ -123,7 +123,12 @@ OptimizationResult LevenbergMarquardt::Minimize(const Residuals& residuals, std:
             return result;
         }
     }
-    ZEP_FAIL("LevenbergMarquardt: no convergence after " + std::to_string(m_settings.maxIterations) + " iterations");
+    if (m_settings.failWhenNotConverged)
+        ZEP_FAIL("LevenbergMarquardt: no convergence after " + std::to_string(m_settings.maxIterations) + " iterations");
+    // Every accepted step lowered the cost: the current point is the best one reached.
+    result.value = cost;
+    result.converged = false;
+    return result;
 }
 
 }  // namespace zep

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <vector>
 
-#include "lum-auxiliary/AdaptiveGaussLobatto.hpp"
+#include "lum-auxiliary/AdaptiveGaussKronrod.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-closed-form/BSVanilla.hpp"
 #include "lum-closed-form/HestonFftPricer.hpp"
@@ -15,11 +16,33 @@ namespace {
 
 using zep::HestonModel;
 
-TEST(AdaptiveGaussLobatto, IntegratesAPeakedFunctionToTolerance) {
+TEST(AdaptiveGaussKronrod, IntegratesAPeakedFunctionToTolerance) {
     // Integral of 1 / (1e-4 + x^2) over [-1, 1] = 2 / 1e-2 atan(1 / 1e-2).
     const auto f = [](double x) { return 1.0 / (1e-4 + x * x); };
-    zep::AdaptiveGaussLobatto<decltype(f)> quadrature(f, zep::LobattoSettings{1e-12}, "test");
+    zep::AdaptiveGaussKronrod<decltype(f)> quadrature(f, zep::KronrodSettings{1e-12}, "test");
     EXPECT_NEAR(quadrature.Integrate(-1.0, 1.0), 200.0 * std::atan(100.0), 1e-9);
+}
+
+// The 21-point rule is exact up to degree 31 and its 10-point Gauss rule up to 19: a polynomial of
+// degree 19 is accepted on the first interval, one of degree 31 is exact even where the two differ.
+TEST(AdaptiveGaussKronrod, OneIntervalIsExactForPolynomialsOfTheRulesDegree) {
+    const auto degree19 = [](double x) { return 20.0 * std::pow(x, 19) + 1.0; };
+    zep::AdaptiveGaussKronrod<decltype(degree19)> tight(degree19, zep::KronrodSettings{1e-13}, "test");
+    EXPECT_NEAR(tight.Integrate(0.0, 1.0), 2.0, 1e-14);
+    EXPECT_EQ(tight.Evaluations(), 21);
+    const auto degree31 = [](double x) { return 32.0 * std::pow(x, 31); };
+    zep::AdaptiveGaussKronrod<decltype(degree31)> loose(degree31, zep::KronrodSettings{1.0}, "test");
+    EXPECT_NEAR(loose.Integrate(0.0, 1.0), 1.0, 1e-14);
+    EXPECT_EQ(loose.Evaluations(), 21);
+}
+
+TEST(AdaptiveGaussKronrod, BreakPointsSplitTheRangeUnderOneBudget) {
+    // |x - 1/3| has a kink no interval end meets by halving; a break point there makes it exact.
+    const auto f = [](double x) { return std::abs(x - 1.0 / 3.0); };
+    zep::AdaptiveGaussKronrod<decltype(f)> quadrature(f, zep::KronrodSettings{1e-14}, "test");
+    const std::array<double, 3> breaks = {0.0, 1.0 / 3.0, 1.0};
+    EXPECT_NEAR(quadrature.Integrate(breaks), (1.0 / 9.0 + 4.0 / 9.0) / 2.0, 1e-15);
+    EXPECT_EQ(quadrature.Evaluations(), 42);
 }
 
 // Two integrands on one subdivision, each to the tolerance: a peak and a polynomial.
@@ -32,17 +55,17 @@ struct Pair {
     friend bool AllFinite(const Pair& x) { return std::isfinite(x.peak) && std::isfinite(x.cubic); }
 };
 
-TEST(AdaptiveGaussLobatto, IntegratesSeveralFunctionsOnOneSubdivision) {
+TEST(AdaptiveGaussKronrod, IntegratesSeveralFunctionsOnOneSubdivision) {
     const auto f = [](double x) { return Pair{1.0 / (1e-4 + x * x), x * x * x + x * x}; };
-    zep::AdaptiveGaussLobatto<decltype(f), Pair> quadrature(f, zep::LobattoSettings{1e-12}, "test");
+    zep::AdaptiveGaussKronrod<decltype(f), Pair> quadrature(f, zep::KronrodSettings{1e-12}, "test");
     const Pair integral = quadrature.Integrate(-1.0, 1.0);
     EXPECT_NEAR(integral.peak, 200.0 * std::atan(100.0), 1e-9);
     EXPECT_NEAR(integral.cubic, 2.0 / 3.0, 1e-14);
 }
 
-TEST(AdaptiveGaussLobatto, RaisesWhenTheBudgetRunsOut) {
+TEST(AdaptiveGaussKronrod, RaisesWhenTheBudgetRunsOut) {
     const auto f = [](double x) { return std::sin(1.0 / (x + 1e-9)); };
-    zep::AdaptiveGaussLobatto<decltype(f)> quadrature(f, zep::LobattoSettings{1e-15, 24, 500}, "oscillating");
+    zep::AdaptiveGaussKronrod<decltype(f)> quadrature(f, zep::KronrodSettings{1e-15, 30, 500}, "oscillating");
     EXPECT_THROW(quadrature.Integrate(0.0, 1.0), zep::Error);
 }
 

@@ -74,6 +74,21 @@ TEST(LevenbergMarquardt, RosenbrockAsResidualsReachesTheValleyFloor) {
     EXPECT_NEAR(fit.x[1], 1.0, 1e-6);
 }
 
+TEST(LevenbergMarquardt, AtTheIterationCapFailsOrHandsBackTheBestPointReached) {
+    const auto residuals = [](const std::vector<double>& x) {
+        return std::vector<double>{10.0 * (x[1] - x[0] * x[0]), 1.0 - x[0]};
+    };
+    const Box box{{-5.0, -5.0}, {5.0, 5.0}};
+    EXPECT_EQ(testing::ErrorMessage([&] { LevenbergMarquardt({3}).Minimize(residuals, {-1.2, 1.0}, box); }),
+              "LevenbergMarquardt: no convergence after 3 iterations");
+    const auto fit = LevenbergMarquardt({3, 1e-12, 1e-7, false}).Minimize(residuals, {-1.2, 1.0}, box);
+    EXPECT_FALSE(fit.converged);
+    // Rosenbrock's value at the start is 24.2; the point handed back is the lowest reached.
+    EXPECT_LT(fit.value, 24.2);
+    EXPECT_NEAR(fit.value, Rosenbrock(fit.x), 1e-12 * fit.value);
+    EXPECT_TRUE(LevenbergMarquardt().Minimize(residuals, {-1.2, 1.0}, box).converged);
+}
+
 class Optimizers : public ::testing::TestWithParam<std::string> {};
 
 std::unique_ptr<Optimizer> Make(const std::string& name) {

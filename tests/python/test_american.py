@@ -71,12 +71,34 @@ def test_barone_adesi_whaley_over_arrays_matches_quantlib_row_by_row():
     assert np.isnan(prices[-1])
 
 
-def test_barone_adesi_whaley_over_arrays_broadcasts_scalars():
+ARRAY_ENGINES = [(zep.BaroneAdesiWhaleyPrices, "baw"), (zep.BjerksundStenslandPrices, "bjerksund-stensland")]
+
+
+@pytest.mark.parametrize("prices_of, engine", ARRAY_ENGINES)
+def test_approximations_over_arrays_equal_the_single_prices_row_by_row(prices_of, engine):
+    """The test cases plus refused rows (negative volatility, option type 2, negative spot): NaN
+    exactly where AmericanOption refuses the terms."""
+    rows = CASES + [(1, 100.0, -0.2, 365, 0.05, 0.0, 100.0), (2, 100.0, 0.2, 365, 0.05, 0.0, 100.0),
+                    (0, 100.0, 0.2, 365, 0.05, 0.02, -1.0)]
+    types, strikes, vols, days, rd, rf, spots = (np.array(column, dtype=float) for column in zip(*rows))
+    prices = prices_of(types, strikes, vols, days / 365.0, rd, rf, spots)
+    for row, price in zip(CASES, prices):
+        assert price == american(*row).Price(engine)
+    assert np.isnan(prices[len(CASES):]).all()
+
+
+@pytest.mark.parametrize("prices_of, engine", ARRAY_ENGINES)
+def test_approximations_over_arrays_broadcast_scalars(prices_of, engine):
     strikes = np.array([[90.0, 100.0], [110.0, 120.0]])
-    prices = zep.BaroneAdesiWhaleyPrices(1, strikes, 0.3, 0.5, 0.05, 0.01, 100.0)
+    prices = prices_of(1, strikes, 0.3, 0.5, 0.05, 0.01, 100.0)
     assert prices.shape == (2, 2)
     for k, price in zip(strikes.ravel(), prices.ravel()):
-        assert price == zep.AmericanOption(1, k, 0.3, 0.5, 0.05, 0.01, 100.0).Price("baw")
+        assert price == zep.AmericanOption(1, k, 0.3, 0.5, 0.05, 0.01, 100.0).Price(engine)
+
+
+def test_approximations_over_arrays_refuse_columns_of_different_lengths():
+    with pytest.raises(Exception, match="broadcast|same length"):
+        zep.BjerksundStenslandPrices([1, 1], [100.0, 110.0, 120.0], 0.2, 1.0, 0.05, 0.0, 100.0)
 
 
 @pytest.mark.parametrize("case", CASES)

@@ -8,16 +8,14 @@ import QuantLib as ql
 
 import zep
 
+from quantlib_reference import ql_date, ql_zero_curve
+
 REFERENCE = "2024-01-15"
 PILLARS = ["2024-01-15", "2024-07-15", "2025-01-15", "2027-01-15", "2030-01-15", "2034-01-15", "2044-01-15"]
 ZEROS = [0.031, 0.0325, 0.0318, 0.0295, 0.0301, 0.0312, 0.033]
 ISSUE, MATURITY = "2024-01-15", "2034-01-15"
 CALLS = ["2027-01-15", "2028-01-17", "2029-01-15", "2030-01-15", "2031-01-15", "2032-01-15", "2033-01-17"]
 ACT365 = zep.DayCounter(zep.Act365Fixed)
-
-
-def ql_date(text):
-    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
 
 
 @pytest.fixture(scope="module")
@@ -27,9 +25,7 @@ def curve():
 
 @pytest.fixture(scope="module")
 def ql_curve():
-    ql.Settings.instance().evaluationDate = ql_date(REFERENCE)
-    return ql.YieldTermStructureHandle(ql.ZeroCurve([ql_date(p) for p in PILLARS], ZEROS, ql.Actual365Fixed(),
-                                                    ql.TARGET(), ql.Linear(), ql.Continuous))
+    return ql_zero_curve(REFERENCE, PILLARS, ZEROS)
 
 
 def callable_bond(curve, coupon, a=0.05, sigma=0.01, calls=CALLS, prices=None, steps=500, model=None):

@@ -43,6 +43,19 @@ def test_price_matches_quantlib(params, option_type, strike, days):
                                   abs=1e-8)
 
 
+@pytest.mark.parametrize("params", [(0.04, 3.0, 0.04, 2.0, -0.9), (0.2, 0.3, 0.1, 1.8, 0.6),
+                                    (0.04, 0.1, 0.3, 0.9, -0.95)])
+@pytest.mark.parametrize("strike", [50.0, 200.0])
+@pytest.mark.parametrize("days", [7, 30, 3650])
+def test_far_strikes_and_extreme_models_match_quantlib(params, strike, days):
+    """Volatility of variance up to 2, correlation to -0.95, a week to ten years, strikes half
+    and twice the spot: the integrand oscillates many times over its range, decays slowly or
+    fast, and each price still holds to 1e-8."""
+    t = days / 365.0
+    price = zep.HestonModel(*params).Price(1, strike, t, t, 0.03, 0.01, 100.0)
+    assert price == pytest.approx(quantlib_heston(params, 1, strike, days, 0.03, 0.01, 100.0), abs=1e-8)
+
+
 @pytest.mark.parametrize("params", MODELS)
 @pytest.mark.parametrize("option_type", [0, 1])
 @pytest.mark.parametrize("days", [30, 365])
@@ -102,6 +115,16 @@ def test_vanishing_vol_of_variance_is_black_scholes_at_the_mean_variance(t, rho)
     for strike in (60.0, 100.0, 160.0):
         bs = zep.BSVanilla(0, strike, math.sqrt(mean_variance), t, t, 0.02, 0.04, 100.0).Price()
         assert model.Price(0, strike, t, t, 0.02, 0.04, 100.0) == pytest.approx(bs, abs=1e-7)
+
+
+@pytest.mark.parametrize("option_type, strike", [(0, 95.0), (1, 95.0), (0, 110.0), (1, 110.0)])
+def test_no_variance_at_all_prices_the_certain_forward(option_type, strike):
+    """v0 = theta = 0: the variance stays 0 and the option is worth its discounted intrinsic value
+    on the forward."""
+    forward = 100.0 * math.exp(0.02)
+    expected = math.exp(-0.03) * max((forward - strike) * (1 if option_type == 0 else -1), 0.0)
+    assert zep.HestonModel(0.0, 1.5, 0.0, 0.6, -0.7).Price(option_type, strike, 1.0, 1.0, 0.03, 0.01, 100.0) == \
+        pytest.approx(expected, abs=1e-13)
 
 
 @pytest.mark.parametrize("params", MODELS)
@@ -212,6 +235,42 @@ def test_calibration_to_a_surface_reads_its_grid():
     for row in rows[::7]:
         assert row["market_vol"] == pytest.approx(surface.GetVolatility(row["expiry"], row["strike"]), abs=1e-14)
     assert report.rmse < 5e-3
+
+
+def implied_vol_rmse(model, quotes, rd=0.03, rf=0.01, spot=100.0):
+    errors = []
+    for t, strike, vol in quotes:
+        option_type = 0 if strike >= spot * math.exp((rd - rf) * t) else 1
+        price = model.Price(option_type, strike, t, t, rd, rf, spot)
+        errors.append(zep.BSVanilla.VolImpliedFromPrice(option_type, strike, t, t, rd, rf, spot, price) - vol)
+    return math.sqrt(sum(e * e for e in errors) / len(errors))
+
+
+def test_calibration_stopped_by_its_iteration_cap_returns_the_best_point_and_says_so():
+    """Two iterations from the start at the quotes' mean variance (kappa 1, sigma 0.3, rho 0):
+    the fit has not converged, is reported and warned as such, and is better than its start."""
+    quotes = generated_quotes(zep.HestonModel(0.03, 2.0, 0.05, 0.4, -0.6), (0.25, 1.0, 2.0), (80.0, 90.0, 100.0, 110.0, 125.0))
+    mean_variance = sum(vol * vol for _, _, vol in quotes) / len(quotes)
+    start = zep.HestonModel(mean_variance, 1.0, mean_variance, 0.3, 0.0)
+    with pytest.warns(RuntimeWarning, match="did not converge in 2 Levenberg-Marquardt iterations"):
+        model, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, maxIterations=2)
+    assert not report.converged and "best point reached" in report.message
+    assert report.rmse == pytest.approx(implied_vol_rmse(model, quotes), abs=1e-12)
+    assert report.rmse < implied_vol_rmse(start, quotes)
+
+
+def test_converged_calibration_reports_no_message(recwarn):
+    quotes = generated_quotes(zep.HestonModel(0.03, 2.0, 0.05, 0.4, -0.6), (0.5, 1.0), (85.0, 95.0, 100.0, 105.0, 120.0))
+    _, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01)
+    assert report.converged and report.message == ""
+    assert not [w for w in recwarn if issubclass(w.category, RuntimeWarning)]
+
+
+@pytest.mark.parametrize("max_iterations", [0, 10001])
+def test_calibration_refuses_an_iteration_cap_out_of_range(max_iterations):
+    quotes = generated_quotes(zep.HestonModel(0.04, 1.0, 0.04, 0.5, -0.5), (1.0,), (80.0, 90.0, 100.0, 110.0, 125.0))
+    with pytest.raises(Exception, match=r"maxIterations must lie in \[1, 10000\]"):
+        zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01, maxIterations=max_iterations)
 
 
 @pytest.mark.parametrize("quotes, message", [

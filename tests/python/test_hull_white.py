@@ -9,6 +9,8 @@ import QuantLib as ql
 
 import zep
 
+from quantlib_reference import ql_date, ql_zero_curve
+
 REFERENCE = "2024-01-15"
 PILLARS = ["2024-01-15", "2024-07-15", "2025-01-15", "2027-01-15", "2030-01-15", "2034-01-15", "2044-01-15"]
 ZEROS = [0.031, 0.0325, 0.0318, 0.0295, 0.0301, 0.0312, 0.033]
@@ -19,10 +21,6 @@ ACT365 = zep.DayCounter(zep.Act365Fixed)
 PARAMETERS = [(0.05, 0.01), (0.2, 0.012), (0.01, 0.006)]
 
 
-def ql_date(text):
-    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
-
-
 @pytest.fixture(scope="module")
 def curve():
     return zep.YieldCurve.FromZeroRates(REFERENCE, PILLARS, ZEROS, zep.Continuous, ACT365)
@@ -30,9 +28,7 @@ def curve():
 
 @pytest.fixture(scope="module")
 def ql_curve():
-    ql.Settings.instance().evaluationDate = ql_date(REFERENCE)
-    return ql.YieldTermStructureHandle(ql.ZeroCurve([ql_date(p) for p in PILLARS], ZEROS, ql.Actual365Fixed(),
-                                                    ql.TARGET(), ql.Linear(), ql.Continuous))
+    return ql_zero_curve(REFERENCE, PILLARS, ZEROS)
 
 
 def ql_swaption(ql_curve, kind, strike, exercise):

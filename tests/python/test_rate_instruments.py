@@ -11,6 +11,8 @@ import QuantLib as ql
 
 import zep
 
+from quantlib_reference import ql_date
+
 REFERENCE = "2024-01-15"
 PILLARS = ["2024-01-15", "2024-07-15", "2025-01-15", "2027-01-15", "2030-01-15", "2034-01-15", "2045-01-15"]
 ZEROS = [0.031, 0.0325, 0.0318, 0.0295, 0.0301, 0.0312, 0.0330]
@@ -293,10 +295,6 @@ def test_duration_and_convexity_are_the_yield_derivatives_of_the_price(yield_):
     up, mid, down = (bond.DirtyPrice(yield_ + s, settle) for s in (h, 0.0, -h))
     assert bond.ModifiedDuration(yield_, settle) == pytest.approx(-(up - down) / (2 * h) / mid, rel=1e-8)
     assert bond.Convexity(yield_, settle) == pytest.approx((up - 2 * mid + down) / (h * h) / mid, rel=1e-5)
-
-
-def ql_date(text):
-    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
 
 
 @pytest.mark.parametrize("terms, frequency, settlement, yield_", [

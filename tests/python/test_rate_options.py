@@ -8,16 +8,14 @@ import QuantLib as ql
 
 import zep
 
+from quantlib_reference import ql_date
+
 REFERENCE = "2024-01-15"
 PILLARS = ["2024-01-15", "2024-07-15", "2025-01-15", "2027-01-15", "2030-01-15", "2034-01-15"]
 ZEROS = [0.031, 0.0325, 0.0318, 0.0295, 0.0301, 0.0312]
 DISCOUNT_ZEROS = [0.029, 0.030, 0.0295, 0.0275, 0.0280, 0.0290]
 NEGATIVE_ZEROS = [-0.004, -0.005, -0.003, -0.002, -0.001, 0.0]
 MODELS = [("BLACK", 0.25, 0.0), ("SHIFTEDBLACK", 0.18, 0.01), ("BACHELIER", 0.0085, 0.0)]
-
-
-def ql_date(text):
-    return ql.Date(int(text[8:]), int(text[5:7]), int(text[:4]))
 
 
 def zep_curve(zeros):

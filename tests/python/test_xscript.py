@@ -76,6 +76,53 @@ def test_heston_call_matches_characteristic_function_reference():
     assert abs(p.Price() - expected) < 4 * p.PriceStandardError(), (p.Price(), expected)
 
 
+def quantlib_heston_price(option_type, strike, kappa, theta, xi, rho, v0):
+    import QuantLib as ql
+    today = ql.Date(2, 1, 2024)
+    ql.Settings.instance().evaluationDate = today
+    day_count = ql.Actual365Fixed()
+    process = ql.HestonProcess(ql.YieldTermStructureHandle(ql.FlatForward(today, 0.03, day_count)),
+                               ql.YieldTermStructureHandle(ql.FlatForward(today, 0.01, day_count)),
+                               ql.QuoteHandle(ql.SimpleQuote(100.0)), v0, kappa, theta, xi, rho)
+    option = ql.VanillaOption(ql.PlainVanillaPayoff(ql.Option.Call if option_type == 0 else ql.Option.Put, strike),
+                              ql.EuropeanExercise(today + 365))
+    option.setPricingEngine(ql.AnalyticHestonEngine(ql.HestonModel(process), 1e-10, 100000))
+    return option.NPV()
+
+
+@pytest.mark.parametrize("params", [(0.5, 0.04, 1.2, -0.9, 0.04), (1.0, 0.06, 0.9, 0.6, 0.03)])
+@pytest.mark.parametrize("strike", [80.0, 120.0])
+def test_heston_far_past_feller_matches_quantlib(params, strike):
+    """Volatilities of variance well past Feller's bound, where the variance often touches 0: the
+    quadratic-exponential scheme still prices out-of-the-money options within 4 standard errors."""
+    option_type, payoff = (1, f"MAX({strike} - SPOT(), 0)") if strike < 100 else (0, f"MAX(SPOT() - {strike}, 0)")
+    p = product(f"C PAYS {payoff}", model=3, params=params, paths=100000)
+    expected = quantlib_heston_price(option_type, strike, *params)
+    assert abs(p.Price() - expected) < 4 * p.PriceStandardError(), (p.Price(), expected)
+
+
+def test_calibrated_heston_reprices_its_quotes():
+    """Heston calibrated to half-year and one-year quotes of a known model, its parameters read by
+    the script: each one-year out-of-the-money option at its quoted volatility within 4 standard
+    errors."""
+    truth = zep.HestonModel(0.03, 2.0, 0.05, 0.4, -0.6)
+    quotes = []
+    for t in (0.5, 1.0):
+        for strike in (85.0, 95.0, 100.0, 105.0, 115.0):
+            option_type = 0 if strike >= 100.0 * math.exp(0.02 * t) else 1
+            price = truth.Price(option_type, strike, t, t, 0.03, 0.01, 100.0)
+            quotes.append((t, strike, zep.BSVanilla.VolImpliedFromPrice(option_type, strike, t, t, 0.03, 0.01, 100.0,
+                                                                        price)))
+    model, report = zep.CalibrateHeston(quotes, 100.0, 0.03, 0.01)
+    assert report.converged
+    for t, strike, vol in quotes[5::2]:
+        option_type = 0 if strike >= 100.0 * math.exp(0.02 * t) else 1
+        payoff = f"MAX(SPOT() - {strike}, 0)" if option_type == 0 else f"MAX({strike} - SPOT(), 0)"
+        p = product(f"C PAYS {payoff}", model=3, params=model.ScriptParameters(), paths=60000)
+        market = zep.BSVanilla(option_type, strike, vol, t, t, 0.03, 0.01, 100.0).Price()
+        assert abs(p.Price() - market) < 4 * p.PriceStandardError(), (strike, p.Price(), market)
+
+
 def test_flat_dupire_prices_as_black_scholes():
     p = product("C PAYS MAX(SPOT() - 100, 0)", model=4, params=(0.25, 0, 0, 0, 0.01, 3.0), paths=40000)
     expected = bs_call(100, 100, 1, 0.03, 0.01, 0.25)

@@ -60,4 +60,11 @@ std::string MCapFloor::Describe() const {
     return Guarded("MCapFloor::Describe", [&] { return Object("zep::python::MCapFloor::Describe").Describe(); });
 }
 
+std::vector<zep::CashFlow> MCapFloor::CashFlowSchedule() const {
+    return Guarded("MCapFloor::CashFlowSchedule", [&] {
+        return Object("zep::python::MCapFloor::CashFlowSchedule")
+            .CashFlows(*m_curves->discount, *m_curves->projection, m_volatility);
+    });
+}
+
 }  // namespace zep::python

@@ -29,6 +29,8 @@ public:
     // Each caplet's (floorlet's) value and forward rate, in schedule order, those still to pay.
     std::vector<double> CapletPVs() const;
     std::vector<double> ForwardRates() const;
+    // The rows of CashFlows(): one CashflowScheduleRow each, in a CashFlowVector.
+    std::vector<zep::CashFlow> CashFlowSchedule() const;
     // The flat volatility of this instrument's model (and shift) at which it is worth `price`.
     double ImpliedVolatility(double price) const;
     std::string Describe() const;

@@ -61,4 +61,10 @@ std::string MCreditDefaultSwap::Describe() const {
                    [&] { return Object("zep::python::MCreditDefaultSwap::Describe").Describe(); });
 }
 
+std::vector<zep::CashFlow> MCreditDefaultSwap::CashFlowSchedule() const {
+    return Guarded("MCreditDefaultSwap::CashFlowSchedule", [&] {
+        return Object("zep::python::MCreditDefaultSwap::CashFlowSchedule").CashFlows(*m_credit, *m_discount);
+    });
+}
+
 }  // namespace zep::python

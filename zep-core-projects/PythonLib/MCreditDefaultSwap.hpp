@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <boost/shared_ptr.hpp>
 
@@ -25,6 +26,8 @@ public:
     double PV() const;
     double NPV() const { return PV(); }
     double ParSpread() const;
+    // The rows of CashFlows(): one CashflowScheduleRow each, in a CashFlowVector.
+    std::vector<zep::CashFlow> CashFlowSchedule() const;
     // The buyer's upfront as a fraction of the notional.
     double Upfront() const;
     double ProtectionLegPV() const;

@@ -63,4 +63,10 @@ std::string MSwaption::Describe() const {
     return Guarded("MSwaption::Describe", [&] { return Object("zep::python::MSwaption::Describe").Describe(); });
 }
 
+std::vector<zep::CashFlow> MSwaption::CashFlowSchedule() const {
+    return Guarded("MSwaption::CashFlowSchedule", [&] {
+        return Object("zep::python::MSwaption::CashFlowSchedule").CashFlows(m_curves->Market(), m_volatility);
+    });
+}
+
 }  // namespace zep::python

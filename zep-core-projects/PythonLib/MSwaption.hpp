@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "MWrapper.hpp"
 #include "RateInputs.hpp"
@@ -27,6 +28,8 @@ public:
     double PV() const;
     double NPV() const { return PV(); }
     double ForwardRate() const;
+    // The rows of CashFlows(): one CashflowScheduleRow each, in a CashFlowVector.
+    std::vector<zep::CashFlow> CashFlowSchedule() const;
     double Annuity() const;
     // The underlying swap's value today, from the holder's side (pays the strike for a payer).
     double ForwardSwapValue() const;

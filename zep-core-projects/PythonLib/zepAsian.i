@@ -1,8 +1,7 @@
 // Asian options: geometric and arithmetic averages, closed forms, approximations and Monte Carlo.
 %{
-#include <limits>
-
 #include "lum-closed-form/AsianOption.hpp"
+#include "RowPriceOrNaN.hpp"
 %}
 
 %typemap(doc, type="list[float]") const std::vector<double>& fixingTimes, const std::vector<double>& pastFixings "$1_name: list[float]";
@@ -63,14 +62,12 @@ void AsianPricesInto(std::span<const double> types, std::span<const double> stri
     const std::vector<double> times(fixingTimes.begin(), fixingTimes.end());
     const std::vector<double> past(pastFixings.begin(), pastFixings.end());
     for (std::size_t i = 0; i < n; ++i) {
-        try {
+        prices[i] = RowPriceOrNaN([&] {
             ZEP_REQUIRE(types[i] == 0.0 || types[i] == 1.0, "option type must be 0 (call) or 1 (put)");
-            prices[i] = zep::AsianOption(static_cast<int>(types[i]), strikes[i], vols[i], times, domesticRates[i],
-                                         foreignRates[i], spots[i], past, average)
-                            .Price(engine);
-        } catch (const zep::Error&) {
-            prices[i] = std::numeric_limits<double>::quiet_NaN();
-        }
+            return zep::AsianOption(static_cast<int>(types[i]), strikes[i], vols[i], times, domesticRates[i],
+                                    foreignRates[i], spots[i], past, average)
+                .Price(engine);
+        });
     }
 }
 }

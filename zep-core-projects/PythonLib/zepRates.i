@@ -24,7 +24,8 @@ before the valuation date reads its rate here; a missing one fails naming the in
 
 %rename(CashflowScheduleRow) zep::CashFlow;
 %feature("docstring") zep::CashFlow
-"One cash flow: kind (CashFlowKind_Coupon or CashFlowKind_Notional), accrualStart, accrualEnd,
+"One cash flow: kind (CashFlowKind_Coupon, CashFlowKind_Notional or CashFlowKind_Protection, a
+payment on default whose discount factor carries its probability), accrualStart, accrualEnd,
 fixingDate, paymentDate, accrualFraction, notional, rate, amount, discountFactor, presentValue.";
 // Rows report what an instrument pays: read-only in Python.
 %immutable;

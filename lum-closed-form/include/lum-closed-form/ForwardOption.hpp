@@ -20,6 +20,8 @@ struct RateVolatility {
 
 // "BLACK", "SHIFTEDBLACK" (or "SHIFTED") and "BACHELIER" (or "NORMAL"), any case.
 RateVolatilityModel RateVolatilityModelOf(const char* name);
+// The first of those names.
+const char* RateVolatilityModelName(RateVolatilityModel model);
 
 // The call (max(F - K, 0)) or put value at expiry `expiry` years, per unit annuity.
 double ForwardOptionValue(bool isCall, double forward, double strike, double expiry, const RateVolatility& volatility);

@@ -2,8 +2,9 @@
 // errors (close to the volatility errors, and cheap: no implied volatility inside the loop) of the
 // out-of-the-money option at each quote, parameters kept in a box; optionally from a start found
 // by a global search (NLopt's DIRECT or differential evolution) on the same sum of squares.
-// A calibration that stops short reports what it reached: the fit error per quote says how good
-// it is; a Feller violation is allowed and stated by the model.
+// A calibration that stops short at its iteration cap hands back the best point it reached with
+// `converged` false, never silently: the fit error per quote says how good that point is. A
+// Feller violation is allowed and stated by the model.
 #pragma once
 
 #include <string>
@@ -24,10 +25,12 @@ struct HestonFit {
     std::vector<double> modelVolatilities;  // the calibrated model's implied volatility per quote
     double rootMeanSquareError;             // of model - market volatilities
     int evaluations;                        // of the whole set of quotes
+    bool converged;                         // false: the iteration cap stopped Levenberg-Marquardt
 };
 
-// start: "none" (a start from the quotes' mean variance), "direct" or "evolution".
+// start: "none" (a start from the quotes' mean variance), "direct" or "evolution";
+// maxIterations: of Levenberg-Marquardt, in [1, 10000].
 HestonFit CalibrateHeston(const std::vector<HestonQuote>& quotes, double spot, double domesticRate,
-                          double foreignRate, const std::string& start = "none");
+                          double foreignRate, const std::string& start = "none", int maxIterations = 100);
 
 }  // namespace zep

@@ -44,6 +44,9 @@ public:
 
     // E[exp(i u x)] for complex u, x = ln(S_T / F_T).
     std::complex<double> CharacteristicFunction(std::complex<double> u, double timeToExpiry) const;
+    // Its logarithm, continuous in u: a pricer that multiplies the function by a phase e^(i u k)
+    // adds u k to the imaginary part and takes one cosine instead of two sines and cosines.
+    std::complex<double> LogCharacteristicFunction(std::complex<double> u, double timeToExpiry) const;
 
     // European call (optionType 0) or put (1) in domestic currency per unit of the underlying,
     // the Garman-Kohlhagen conventions of BSVanilla: T to expiry drives the model, Td to delivery

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "lum-closed-form/ForwardOption.hpp"
+#include "lum-interest-rates/CashFlow.hpp"
 #include "lum-interest-rates/YieldCurve.hpp"
 #include "lum-time/Schedule.hpp"
 
@@ -31,6 +32,10 @@ public:
     double PV(const YieldCurve& discount, const YieldCurve& projection, const RateVolatility& volatility) const;
     std::vector<CapletValue> Caplets(const YieldCurve& discount, const YieldCurve& projection,
                                      const RateVolatility& volatility) const;
+    // One row per caplet still to pay: its forward rate as the rate, its option value at the
+    // payment date as the amount (the present value over the discount factor).
+    std::vector<CashFlow> CashFlows(const YieldCurve& discount, const YieldCurve& projection,
+                                    const RateVolatility& volatility) const;
     // The flat volatility under `model` at which the whole strip is worth `price`.
     double ImpliedVolatility(double price, const YieldCurve& discount, const YieldCurve& projection,
                              RateVolatilityModel model, double shift = 0.0) const;

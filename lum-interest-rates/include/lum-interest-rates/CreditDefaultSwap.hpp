@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "lum-interest-rates/CashFlow.hpp"
 #include "lum-interest-rates/CreditCurve.hpp"
 #include "lum-time/Schedule.hpp"
 
@@ -28,6 +29,11 @@ public:
     double PV(const CreditCurve& credit, const YieldCurve& discount) const;
     double ProtectionLegPV(const CreditCurve& credit, const YieldCurve& discount) const;
     double PremiumLegPV(const CreditCurve& credit, const YieldCurve& discount) const;
+    // Per premium period still to pay, signed for the holder: the coupon row (its discount
+    // factor times the survival the model pays it on, half accrual on default included) and a
+    // Protection row paying (1 - R) * notional at the period's middle day, its discount factor
+    // times the probability of default in the period. The rows' present values sum to PV.
+    std::vector<CashFlow> CashFlows(const CreditCurve& credit, const YieldCurve& discount) const;
     // The premium leg per unit coupon (times the notional): the risky annuity; 1e-4 of it is the risky PV01.
     double RiskyAnnuity(const CreditCurve& credit, const YieldCurve& discount) const;
     double ParSpread(const CreditCurve& credit, const YieldCurve& discount) const;
@@ -52,6 +58,10 @@ private:
         Date start, end, payment;
         double accrual;
     };
+    // Calls visit(period, from, middle, q0, q1) per period still to pay: protection from `from`,
+    // survival q0 there and q1 at the period's end, default counted at `middle`.
+    template <class Survival, class Visit>
+    void ForEachPeriod(const Survival& survival, const Date& referenceDate, Visit&& visit) const;
     template <class Survival>
     Legs LegsOn(const Survival& survival, const Date& referenceDate, const YieldCurve& discount) const;
     Legs LegsOn(const CreditCurve& credit, const YieldCurve& discount) const;

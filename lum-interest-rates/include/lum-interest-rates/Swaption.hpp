@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "lum-closed-form/ForwardOption.hpp"
+#include "lum-interest-rates/CashFlow.hpp"
 #include "lum-interest-rates/Leg.hpp"
 
 namespace zep {
@@ -27,6 +28,10 @@ public:
              const std::string& index = "IBOR");
 
     double PV(const LegMarket& market, const RateVolatility& volatility) const;
+    // The option as one row: fixed on the expiry, worth PV / D(start) at the swap's start date
+    // (the cash paid there, or the value of the swap entered), the forward swap rate as its
+    // rate, the swap's dates as its accrual dates, no accrual fraction of its own.
+    std::vector<CashFlow> CashFlows(const LegMarket& market, const RateVolatility& volatility) const;
     // The par rate of the underlying swap.
     double ForwardRate(const LegMarket& market) const;
     // The annuity of the settlement: discounted fixed accruals (physical) or the par-yield one (cash).

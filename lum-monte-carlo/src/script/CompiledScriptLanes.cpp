@@ -47,7 +47,7 @@ constexpr double kSure = 0.999999999999;
 constexpr double kNever = 1e-12;
 
 // A smoothed IF whose degree is neither sure nor zero (nor a number) runs both branches.
-inline bool RunsBoth(double degree) { return !(degree > kSure) && !(degree < kNever); }
+inline bool RunsBoth(double degree) { return !(degree > kSure) & !(degree < kNever); }
 
 // A term's value on lane l, as detail::Value computes it for one path.
 inline double LaneValue(const Term& term, double spot, const double* x, std::size_t lanes, std::size_t l) {
@@ -59,17 +59,6 @@ inline double LaneValue(const Term& term, double spot, const double* x, std::siz
 inline double LaneDifference(const TermComparison& c, double spot, const double* x, std::size_t lanes,
                              std::size_t l) {
     return LaneValue(c.left, spot, x, lanes, l) - LaneValue(c.right, spot, x, lanes, l);
-}
-
-// The comparison with lane l's variables put in as constants.
-TermComparison LaneComparison(const TermComparison& c, const double* x, std::size_t lanes, std::size_t l) {
-    TermComparison own = c;
-    for (Term* term : {&own.left, &own.right}) {
-        if (!term->variableFactor) continue;
-        term->value = x[term->index * lanes + l];
-        term->variableFactor = false;
-    }
-    return own;
 }
 
 }  // namespace
@@ -110,33 +99,42 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
     const double* spot = spots;
     double numeraire = numeraires[0];
 
+    // The lane loops below read the lane count and the instruction from locals and select
+    // without short circuits: the compiler turns them into vector compares and blends.
     // The active lanes whose flag is set wait for `target`; the instruction to run next.
     const auto branch = [&](std::int32_t target) -> std::int32_t {
+        const std::size_t n = L;
+        const std::int64_t now = pc, to = target;
         if (pc >= lastResume) {
-            std::size_t taken = 0;
-            for (std::size_t l = 0; l < L; ++l) taken += flags[l];
-            if (taken == L) return target;
+            std::int64_t taken = 0;
+            for (std::size_t l = 0; l < n; ++l) taken += flags[l];
+            if (taken == static_cast<std::int64_t>(n)) return target;
             if (taken == 0) return pc + 1;
-            for (std::size_t l = 0; l < L; ++l) resumeAt[l] = flags[l] != 0 ? target : resumeAt[l];
+            for (std::size_t l = 0; l < n; ++l) resumeAt[l] = flags[l] != 0 ? to : resumeAt[l];
             lastResume = target;
             return pc + 1;
         }
-        std::int64_t nearest = target, furthest = pc;
-        for (std::size_t l = 0; l < L; ++l) {
-            const std::int64_t r = flags[l] != 0 && resumeAt[l] <= pc ? target : resumeAt[l];
+        std::int64_t nearest = to, furthest = now;
+        for (std::size_t l = 0; l < n; ++l) {
+            const std::int64_t r = (flags[l] != 0) & (resumeAt[l] <= now) ? to : resumeAt[l];
             resumeAt[l] = r;
-            nearest = std::min(nearest, r);
-            furthest = std::max(furthest, r);
+            nearest = r < nearest ? r : nearest;
+            furthest = r > furthest ? r : furthest;
         }
         lastResume = static_cast<std::int32_t>(furthest);
         return std::max(pc + 1, static_cast<std::int32_t>(nearest));
     };
     // Writes `value(l)` into row `to` on the active lanes.
     const auto write = [&](double* to, auto value) {
+        const std::size_t n = L;
         if (pc >= lastResume) {
-            for (std::size_t l = 0; l < L; ++l) to[l] = value(l);
+            for (std::size_t l = 0; l < n; ++l) to[l] = value(l);
         } else {
-            for (std::size_t l = 0; l < L; ++l) to[l] = resumeAt[l] <= pc ? value(l) : to[l];
+            const std::int64_t now = pc;
+            for (std::size_t l = 0; l < n; ++l) {
+                const double v = value(l);
+                to[l] = resumeAt[l] <= now ? v : to[l];
+            }
         }
     };
     const auto row = [&](std::int32_t variable) { return x + static_cast<std::size_t>(variable) * L; };
@@ -304,8 +302,9 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
                     double* const value = row(m_branchVariables[fuzzy.first + i]);
                     double* const after = afterThen + i * L;
                     const double* const before = saved + i * L;
+                    const std::int64_t now = pc;
                     for (std::size_t l = 0; l < L; ++l) {
-                        const bool both = RunsBoth(degrees[l]) && resumeAt[l] <= pc;
+                        const bool both = RunsBoth(degrees[l]) & (resumeAt[l] <= now);
                         after[l] = both ? value[l] : after[l];
                         value[l] = both ? before[l] : value[l];
                     }
@@ -322,10 +321,11 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
                 for (std::int32_t i = 0; i < fuzzy.count; ++i) {
                     double* const value = row(m_branchVariables[fuzzy.first + i]);
                     const double* const after = afterThen + i * L;
+                    const std::int64_t now = pc;
                     for (std::size_t l = 0; l < L; ++l) {
                         const double d = degrees[l];
                         const double blend = d * after[l] + (1.0 - d) * value[l];
-                        value[l] = RunsBoth(d) && resumeAt[l] <= pc ? blend : value[l];
+                        value[l] = RunsBoth(d) & (resumeAt[l] <= now) ? blend : value[l];
                     }
                 }
                 break;
@@ -337,7 +337,7 @@ ZEP_LANES_CLONES void CompiledScript::RunLanes(const double* spots, const double
 
 // A run of `dates` identical guard events ("IF SPOT() / S0 < KNOCKIN THEN KI = 1 ENDIF" every
 // day), from the first date's row of spots. A lane whose extreme spot over the run fails the
-// guard fails it on every date (see detail::SpotDirection), so only the lanes whose extreme
+// guard fails it on every date, so only the lanes whose extremes
 // passes are walked date by date, each exactly as RunPath walks its path.
 ZEP_LANES_CLONES void CompiledScript::GuardRun(const Instruction& in, const double* spots, std::size_t dates, std::size_t L,
                               double* x, LaneScratch& scratch, const std::int64_t* resumeAt,
@@ -403,18 +403,32 @@ ZEP_LANES_CLONES void CompiledScript::GuardRun(const Instruction& in, const doub
                 probe[l] += s - s;
             }
         }
-        const bool readsVariables = comparison.left.variableFactor || comparison.right.variableFactor;
-        const int sharedDirection = readsVariables ? 0 : detail::SpotDirection(comparison, nullptr);
-        for (std::size_t l = 0; l < L; ++l) {
-            if (!laneIsActive(l)) continue;
-            // The comparison as this lane reads it: its variables' values as constants (the
-            // same products and quotients).
-            const TermComparison own = readsVariables ? LaneComparison(comparison, x, L, l) : comparison;
-            const int direction = readsVariables ? detail::SpotDirection(own, nullptr) : sharedDirection;
-            if (direction == 0 || probe[l] != 0.0 ||
-                Passes(rule, detail::Difference(own, direction > 0 ? greatest[l] : least[l], nullptr), bound))
-                candidates[count++] = static_cast<std::uint32_t>(l);
+        // A guard whose difference moves one way with the spot (one side reads it, by a finite
+        // non-zero factor, against a finite other side; correctly rounded products, quotients
+        // and differences keep that order) is largest
+        // at one of the extreme spots, so when both of them fail every date fails.
+        std::int64_t* const visit = scratch.flags.data();
+        const bool oneSideReadsSpot = comparison.left.fromSpot != comparison.right.fromSpot;
+        const Term& spotSide = comparison.left.fromSpot ? comparison.left : comparison.right;
+        const Term& otherSide = comparison.left.fromSpot ? comparison.right : comparison.left;
+        const auto mark = [&](auto passes) {
+            for (std::size_t l = 0; l < L; ++l) {
+                const double factor = spotSide.variableFactor ? x[spotSide.index * L + l] : spotSide.value;
+                const double other = LaneValue(otherSide, 1.0, x, L, l);
+                const bool monotone =
+                    oneSideReadsSpot & (factor - factor == 0.0) & (factor != 0.0) & (other - other == 0.0);
+                const bool mayPass = passes(LaneDifference(comparison, least[l], x, L, l)) |
+                                     passes(LaneDifference(comparison, greatest[l], x, L, l));
+                visit[l] = !monotone | (probe[l] != 0.0) | mayPass;
+            }
+        };
+        switch (rule) {
+            case Passing::Above: mark([bound](double d) { return d > bound; }); break;
+            case Passing::AtLeast: mark([bound](double d) { return d >= bound; }); break;
+            default: mark([bound](double d) { return !(d < bound); }); break;
         }
+        for (std::size_t l = 0; l < L; ++l)
+            if (visit[l] != 0 && laneIsActive(l)) candidates[count++] = static_cast<std::uint32_t>(l);
     }
 
     double* const target = x + static_cast<std::size_t>(in.operand) * L;

@@ -88,10 +88,6 @@ ZEP_AVX2_LANES bool SpotRangeInLanes(const ScenarioPoint* points, std::size_t co
     return true;
 }
 
-#endif
-
-}  // namespace
-
 // +1 when the compared difference can only grow with the spot, -1 when it can only fall, 0 when
 // that is not known: both sides or neither read the spot, the spot's factor is zero or not
 // finite, or the other side is not finite. Correctly rounded products, quotients and differences
@@ -108,6 +104,9 @@ int SpotDirection(const TermComparison& comparison, const double* x) {
     if (left == 2 || right == 2 || (left != 0) == (right != 0)) return 0;
     return left != 0 ? left : -right;
 }
+#endif
+
+}  // namespace
 
 std::size_t FirstPassing(Passing rule, double bound, const TermComparison& comparison,
                          const ScenarioPoint* points, std::size_t count, const double* x) {

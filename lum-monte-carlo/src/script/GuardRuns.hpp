@@ -36,10 +36,6 @@ inline bool Passes(Passing rule, double difference, double bound) {
     return false;
 }
 
-// +1 when the compared difference can only grow with the spot, -1 when it can only fall, 0 when
-// that is not known (x: the variables its terms may read).
-int SpotDirection(const TermComparison& comparison, const double* x);
-
 // The index of the first of the `count` points whose difference passes, or `count`.
 std::size_t FirstPassing(Passing rule, double bound, const TermComparison& comparison,
                          const ScenarioPoint* points, std::size_t count, const double* x);

@@ -19,6 +19,9 @@ struct LeastSquaresSettings {
     int maxIterations = 1000;
     double tolerance = 1e-12;       // stop when a step moves no parameter by more than this (relative)
     double jacobianStep = 1e-7;     // relative step of the finite-difference Jacobian
+    // At the iteration cap: fail, or hand back the best point with result.converged false (a
+    // calibration that reports its fit error can still use it).
+    bool failWhenNotConverged = true;
 };
 
 class LevenbergMarquardt {

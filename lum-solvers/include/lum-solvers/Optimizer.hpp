@@ -19,6 +19,7 @@ struct OptimizationResult {
     std::vector<double> x;
     double value = 0.0;
     int evaluations = 0;
+    bool converged = true;  // false: the iteration cap stopped the search, x is the best point reached
 };
 
 class Optimizer {

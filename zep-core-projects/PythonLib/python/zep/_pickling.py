@@ -239,6 +239,8 @@ _RECORDED = {
     zeplib.MBermudanSwaption: ((), ()),
     zeplib.MCallableBond: ((), ()),
     zeplib.SwaptionSmile: (("FromParameters",), ()),
+    zeplib.SwaptionCube: ((), ()),
+    zeplib.MCapletVolatilityStrip: ((), ()),
     zeplib.HestonModel: ((), ()),
     zeplib.AmericanOption: ((), ()),
     zeplib.AsianOption: ((), ()),
