@@ -6,7 +6,6 @@ before it is timed. QuantLib caches results, so every timed QuantLib call values
 """
 import os
 import sys
-import time
 
 import QuantLib as ql
 
@@ -14,22 +13,12 @@ _build = os.environ.get("ZEP_PYTHONPATH")
 if _build:
     sys.path.insert(0, os.path.abspath(_build))
 import zep  # noqa: E402
+from bench_support import best_of, ql_date  # noqa: E402
 
 REFERENCE = "2024-03-20"
 TENORS = ["1Y", "2Y", "3Y", "4Y", "5Y", "7Y", "10Y"]
 RATES = [0.021, 0.0235, 0.024, 0.0239, 0.0238, 0.0245, 0.025]
 PUBLISHED = [(2022 + k // 12, 1 + k % 12, 100.0 * 1.004 ** k) for k in range(25)]  # January 2022 to January 2024
-
-
-def best_of(function, repeats, rounds=5):
-    """Seconds per call: the fastest of several rounds, each the mean over `repeats` calls."""
-    best = float("inf")
-    for _ in range(rounds):
-        start = time.perf_counter()
-        for _ in range(repeats):
-            function()
-        best = min(best, (time.perf_counter() - start) / repeats)
-    return best
 
 
 def report(name, ours, theirs, zep_call, ql_call, repeats, tolerance=1e-10):
@@ -40,7 +29,7 @@ def report(name, ours, theirs, zep_call, ql_call, repeats, tolerance=1e-10):
 
 
 def main():
-    today = ql.Date(20, 3, 2024)
+    today = ql_date(REFERENCE)
     ql.Settings.instance().evaluationDate = today
     fixings = zep.FixingStore()
     handle = ql.RelinkableZeroInflationTermStructureHandle()
@@ -74,12 +63,11 @@ def main():
     report("zero-coupon curve, 7 quotes (bootstrap)", curve.PillarLevels()[-1], index.fixing(last_ql),
            zep_curve, ql_bootstrap, 300)
 
-    discount = zep.YieldCurve.FromTenors(REFERENCE, [zep.Period(t) for t in ("1Y", "5Y", "10Y")],
-                                         [0.03, 0.031, 0.033], zep.Continuous)
-    days = range(0, 365 * 11)
-    ql_discount = ql.YieldTermStructureHandle(ql.DiscountCurve(
-        [today + d for d in days], [discount.DiscountFactor(zep.Date(REFERENCE) + d) for d in days],
-        ql.Actual365Fixed()))
+    pillars = ["2024-03-20", "2025-03-20", "2029-03-20", "2034-03-20"]
+    zeros = [0.03, 0.03, 0.031, 0.033]
+    discount = zep.YieldCurve.FromZeroRates(REFERENCE, pillars, zeros, zep.Continuous, zep.DayCounter(zep.Act365Fixed))
+    ql_discount = ql.YieldTermStructureHandle(ql.ZeroCurve([ql_date(p) for p in pillars], zeros, ql.Actual365Fixed(),
+                                                           ql.TARGET(), ql.Linear(), ql.Continuous))
 
     swap = zep.MZeroCouponInflationSwap(1, 1e6, 0.02, REFERENCE, "2029-03-20", curve, discount)
     ql_swap = ql.ZeroCouponInflationSwap(ql.Swap.Receiver, 1e6, today, ql.Date(20, 3, 2029), ql.TARGET(),
