@@ -1,5 +1,7 @@
 #include "lum-interest-rates/InflationLinkedBond.hpp"
 
+#include <utility>
+
 #include "lum-auxiliary/Error.hpp"
 
 namespace zep {

@@ -17,12 +17,14 @@ YearOnYearInflationSwap::YearOnYearInflationSwap(SwapSide fixedSide, double noti
     ZEP_REQUIRE(!m_periods.empty(), "YearOnYearInflationSwap: the schedule has no period");
 }
 
+double YearOnYearInflationSwap::PeriodRate(const ZeroInflationCurve& inflation, const SchedulePeriod& period) {
+    return inflation.ReferenceIndex(period.unadjustedEnd) / inflation.ReferenceIndex(period.unadjustedStart) - 1.0;
+}
+
 std::vector<double> YearOnYearInflationSwap::PeriodInflation(const ZeroInflationCurve& inflation) const {
     std::vector<double> rates;
     rates.reserve(m_periods.size());
-    for (const SchedulePeriod& period : m_periods)
-        rates.push_back(inflation.ReferenceIndex(period.unadjustedEnd) / inflation.ReferenceIndex(period.unadjustedStart) -
-                        1.0);
+    for (const SchedulePeriod& period : m_periods) rates.push_back(PeriodRate(inflation, period));
     return rates;
 }
 
@@ -31,9 +33,7 @@ double YearOnYearInflationSwap::InflationLegPV(const ZeroInflationCurve& inflati
     double pv = 0.0;
     for (const SchedulePeriod& period : m_periods) {
         if (period.payment <= valuation) continue;
-        const double rate =
-            inflation.ReferenceIndex(period.unadjustedEnd) / inflation.ReferenceIndex(period.unadjustedStart) - 1.0;
-        pv += rate * period.accrualFraction * discount.DiscountFactor(period.payment);
+        pv += PeriodRate(inflation, period) * period.accrualFraction * discount.DiscountFactor(period.payment);
     }
     return m_notional * pv;
 }
@@ -64,10 +64,8 @@ double YearOnYearInflationSwap::FairRate(const ZeroInflationCurve& inflation, co
 std::vector<CashFlow> YearOnYearInflationSwap::CashFlows(const ZeroInflationCurve& inflation,
                                                          const YieldCurve& discount) const {
     const Date valuation = discount.ReferenceDate();
-    const std::vector<double> inflationRates = PeriodInflation(inflation);
     std::vector<CashFlow> inflationRows, fixedRows;
-    for (std::size_t i = 0; i < m_periods.size(); ++i) {
-        const SchedulePeriod& period = m_periods[i];
+    for (const SchedulePeriod& period : m_periods) {
         if (period.payment <= valuation) continue;
         const auto row = [&](double sign, double rate) {
             CashFlow flow;
@@ -82,7 +80,7 @@ std::vector<CashFlow> YearOnYearInflationSwap::CashFlows(const ZeroInflationCurv
             flow.presentValue = flow.amount * flow.discountFactor;
             return flow;
         };
-        inflationRows.push_back(row(ReceivedSign(), inflationRates[i]));
+        inflationRows.push_back(row(ReceivedSign(), PeriodRate(inflation, period)));
         fixedRows.push_back(row(-ReceivedSign(), m_fixedRate));
     }
     inflationRows.insert(inflationRows.end(), fixedRows.begin(), fixedRows.end());

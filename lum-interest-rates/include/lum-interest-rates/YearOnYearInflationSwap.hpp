@@ -35,6 +35,7 @@ public:
 
 private:
     double ReceivedSign() const { return m_fixedSide == SwapSide::Pay ? 1.0 : -1.0; }
+    static double PeriodRate(const ZeroInflationCurve& inflation, const SchedulePeriod& period);
     // sum of tau * D(payment) over the periods still to pay.
     double Annuity(const YieldCurve& discount) const;
 
