@@ -1,5 +1,6 @@
 #include "lum-interest-rates/FixingStore.hpp"
 
+#include <climits>
 #include <cmath>
 
 #include "lum-auxiliary/Error.hpp"
@@ -20,6 +21,13 @@ double FixingStore::Fixing(const std::string& index, const Date& date) const {
     const auto found = m_rates.find({index, date.SerialNumber()});
     if (found == m_rates.end()) ZEP_FAIL("Missing fixing of index '" + index + "' on " + date.ToString() + ".");
     return found->second;
+}
+
+std::vector<std::pair<Date, double>> FixingStore::FixingsOf(const std::string& index) const {
+    std::vector<std::pair<Date, double>> fixings;
+    for (auto it = m_rates.lower_bound({index, INT32_MIN}); it != m_rates.end() && it->first.first == index; ++it)
+        fixings.emplace_back(Date(it->first.second), it->second);
+    return fixings;
 }
 
 std::optional<double> KnownFixing(const FixingStore* fixings, const std::string& index, const Date& fixingDate,

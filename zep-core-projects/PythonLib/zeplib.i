@@ -91,6 +91,7 @@ static PyObject* ZepInitShadowInstance(PyObject* args) {
 // Rate and FX instruments sit on the curves above.
 %include "zepRates.i"
 %include "zepRateDerivatives.i"
+%include "zepInflation.i"
 %include "zepShortRate.i"
 // Risk metrics read the instruments above.
 %include "zepRisk.i"

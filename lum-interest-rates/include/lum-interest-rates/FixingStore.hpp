@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "lum-time/Date.hpp"
 
@@ -19,6 +20,8 @@ public:
     // The published rate; fails "Missing fixing of index '<index>' on <date>." when there is none.
     double Fixing(const std::string& index, const Date& date) const;
     std::size_t Size() const { return m_rates.size(); }
+    // Every fixing of one index, by date.
+    std::vector<std::pair<Date, double>> FixingsOf(const std::string& index) const;
 
 private:
     std::map<std::pair<std::string, std::int32_t>, double> m_rates;
