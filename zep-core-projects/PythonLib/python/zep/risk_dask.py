@@ -37,7 +37,7 @@ def distributed_var_report(client, portfolio, factors, levels, confidences, tag,
     scenarios = zeplib.HistoricalScenarios(factors, levels)
     zeplib._CheckVaRInputs(portfolio, confidences, len(scenarios))  # refuse before sending anything
     size = _chunk_size(client, len(scenarios), chunk_size)
-    base = client.scatter(portfolio, broadcast=True)
+    base = client.scatter(portfolio, broadcast=True, hash=False)  # a key of its own: no other run releases it
     futures = [client.submit(_revalue_chunk, base, scenarios[start:start + size], pure=False)
                for start in range(0, len(scenarios), size)]
     pnl = numpy.concatenate(client.gather(futures)) if futures else numpy.empty(0)
