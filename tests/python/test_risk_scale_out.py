@@ -90,7 +90,7 @@ def threads_cluster():
         yield client
 
 
-@pytest.mark.parametrize("chunk_size", [None, 1, 7, 10_000])
+@pytest.mark.parametrize("chunk_size", [None, 1, numpy.int64(7), 10_000])
 def test_a_dask_run_gives_the_in_process_result_bit_for_bit(book, one_thread, threads_cluster, chunk_size):
     assert_identical(var_of(book, client=threads_cluster, chunk_size=chunk_size), one_thread)
 
@@ -112,6 +112,7 @@ def test_a_dask_run_on_worker_processes_gives_the_in_process_result_bit_for_bit(
     ([], None, "at least one confidence level"),
     ([0.99], 0, "The chunk size must be a positive whole number of scenarios, not 0."),
     ([0.99], 2.5, "The chunk size must be a positive whole number of scenarios, not 2.5."),
+    ([0.99], True, "The chunk size must be a positive whole number of scenarios, not True."),
 ])
 def test_bad_input_to_a_dask_run_is_refused_before_anything_is_sent(book, threads_cluster, confidences,
                                                                        chunk_size, message):

@@ -6,6 +6,8 @@ own threads, and the chunks' P&L rows are put back in scenario order before the 
 computed here, exactly as an in-process run computes it. Dask schedules, retries and moves the
 data; nothing here does. Dask is imported by the caller's Client only: the library needs none.
 """
+import operator
+
 from . import zeplib
 
 # Chunks per worker thread: enough to keep every thread busy to the end of the run, few enough
@@ -23,9 +25,13 @@ def _chunk_size(client, scenario_count, chunk_size):
     if chunk_size is None:
         threads = max(sum(client.nthreads().values()), 1)
         return max(-(-scenario_count // (threads * CHUNKS_PER_THREAD)), 1)
-    if isinstance(chunk_size, bool) or not isinstance(chunk_size, int) or chunk_size < 1:
+    try:
+        size = operator.index(chunk_size)  # any integer type, NumPy's included; not 2.5, not True
+    except TypeError:
+        size = 0
+    if isinstance(chunk_size, bool) or size < 1:
         raise ValueError(f"The chunk size must be a positive whole number of scenarios, not {chunk_size!r}.")
-    return chunk_size
+    return size
 
 
 def distributed_var_report(client, portfolio, factors, levels, confidences, tag, chunk_size=None):
