@@ -15,7 +15,9 @@ namespace {
 constexpr std::size_t kPathsPerThread = 25;
 constexpr int kMaxThreads = 64;
 
-std::optional<int> ParsedThreadCount(const std::optional<std::string>& text) {
+}  // namespace
+
+std::optional<int> ConfiguredThreadCount(const std::optional<std::string>& text) {
     if (!text) return std::nullopt;
     int value = 0;
     const char* end = text->data() + text->size();
@@ -23,8 +25,6 @@ std::optional<int> ParsedThreadCount(const std::optional<std::string>& text) {
     if (error != std::errc() || last != end || value < 1 || value > kMaxThreads) return std::nullopt;
     return value;
 }
-
-}  // namespace
 
 std::optional<std::string> EnvironmentValue(const char* name) {
     const char* value = std::getenv(name);
@@ -53,7 +53,7 @@ RunMode EffectiveRunMode(const std::optional<std::string>& text) {
 
 std::size_t ThreadCount(std::size_t paths, unsigned hardwareThreads,
                         const std::optional<std::string>& numThreadsSetting) {
-    if (const auto configured = ParsedThreadCount(numThreadsSetting)) return *configured;
+    if (const auto configured = ConfiguredThreadCount(numThreadsSetting)) return *configured;
     const std::size_t byPaths =
         paths < kPathsPerThread ? 1 : (paths + kPathsPerThread - 1) / kPathsPerThread;
     const std::size_t half = hardwareThreads == 0 ? 2 : (hardwareThreads + 1) / 2;

@@ -1,8 +1,9 @@
 #include "lum-risk-metrics/HistoricalVaR.hpp"
 
+#include <algorithm>
 #include <stdexcept>
 
-#include "lum-risk-metrics/ScenarioRevaluation.hpp"
+#include <fmt/format.h>
 
 namespace zep::scenario {
 namespace {
@@ -15,18 +16,23 @@ std::string GroupOf(const metrics::Position& position, const std::string& tag) {
 
 }  // namespace
 
-HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio, const FactorHistory& history,
-                                  const std::vector<double>& confidences, const std::string& tag) {
+void CheckVaRInputs(const metrics::Portfolio& portfolio, const std::vector<double>& confidences,
+                    std::size_t scenarioCount) {
     if (confidences.empty()) throw std::invalid_argument("Historical VaR needs at least one confidence level.");
     if (portfolio.Size() == 0) throw std::invalid_argument("Historical VaR needs a portfolio with at least one trade.");
-    const std::size_t scenarioCount = history.levels.size() > 1 ? history.levels.size() - 1 : 1;
-    for (double confidence : confidences) VaRRank(confidence, scenarioCount);  // refuse before revaluing
+    for (double confidence : confidences) VaRRank(confidence, std::max<std::size_t>(scenarioCount, 1));
+}
 
-    const std::vector<Scenario> scenarios = HistoricalScenarios(history);
-    const ScenarioPnL pnl = Revalue(portfolio, scenarios);
-
+HistoricalVaRReport VaRReport(const metrics::Portfolio& portfolio, std::vector<std::string> scenarioNames,
+                              const ScenarioPnL& pnl, const std::vector<double>& confidences, const std::string& tag) {
+    CheckVaRInputs(portfolio, confidences, scenarioNames.size());
+    if (pnl.positions != portfolio.Size() || pnl.scenarios != scenarioNames.size() ||
+        pnl.values.size() != pnl.positions * pnl.scenarios)
+        throw std::invalid_argument(fmt::format(
+            "The P&L matrix holds {} values for {} scenarios of a portfolio of {} trades; it needs {}.",
+            pnl.values.size(), scenarioNames.size(), portfolio.Size(), scenarioNames.size() * portfolio.Size()));
     HistoricalVaRReport report;
-    for (const Scenario& scenario : scenarios) report.scenarioNames.push_back(scenario.Name());
+    report.scenarioNames = std::move(scenarioNames);
     report.pnl = pnl.Total();
     const auto& positions = portfolio.Positions();
     for (double confidence : confidences) {
@@ -36,6 +42,16 @@ HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio, const Fac
         report.figures.push_back(std::move(figures));
     }
     return report;
+}
+
+HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio, const FactorHistory& history,
+                                  const std::vector<double>& confidences, const std::string& tag) {
+    CheckVaRInputs(portfolio, confidences, history.levels.size() > 1 ? history.levels.size() - 1 : 1);
+    const std::vector<Scenario> scenarios = HistoricalScenarios(history);
+    std::vector<std::string> names;
+    names.reserve(scenarios.size());
+    for (const Scenario& scenario : scenarios) names.push_back(scenario.Name());
+    return VaRReport(portfolio, std::move(names), Revalue(portfolio, scenarios), confidences, tag);
 }
 
 }  // namespace zep::scenario

@@ -5,7 +5,9 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
+#include "lum-monte-carlo/RunSettings.hpp"
 #include "lum-risk-metrics/ShockedMarket.hpp"
 
 namespace zep::scenario {
@@ -34,6 +36,14 @@ double PVOf(const metrics::Position& position, ShockedMarket& market, const std:
 
 }  // namespace
 
+std::size_t RevaluationThreads(std::size_t scenarios) {
+    if (EffectiveRunMode(EnvironmentValue("ZEP_RUNMODE")) == RunMode::SingleThread) return 1;
+    const std::size_t hardware = std::max(std::thread::hardware_concurrency(), 1u);
+    const auto configured = ConfiguredThreadCount(EnvironmentValue("ZEP_NUM_THREADS"));
+    const std::size_t wanted = configured ? static_cast<std::size_t>(*configured) : hardware;
+    return std::max<std::size_t>(std::min(wanted, scenarios), 1);
+}
+
 std::vector<double> ScenarioPnL::Total() const {
     std::vector<double> totals(scenarios, 0.0);
     for (std::size_t s = 0; s < scenarios; ++s)
@@ -56,14 +66,35 @@ ScenarioPnL Revalue(const metrics::Portfolio& portfolio, const std::vector<Scena
     }
 
     ScenarioPnL pnl{positions.size(), scenarios.size(), std::vector<double>(positions.size() * scenarios.size(), 0.0)};
-    for (std::size_t s = 0; s < scenarios.size(); ++s) {
-        ShockedMarket market(scenarios[s]);
-        double* row = pnl.values.data() + s * positions.size();
-        for (std::size_t p = 0; p < positions.size(); ++p) {
-            if (!scenarios[s].Touches(names[p])) continue;
-            row[p] = positions[p].quantity * (PVOf(positions[p], market, scenarios[s].Name()) - basePVs[p]);
+    // Each scenario fills its own row, so the rows can be shared out in contiguous blocks: no
+    // two threads write the same element and the result is the same for every thread count.
+    const auto revalueBlock = [&](std::size_t begin, std::size_t end) {
+        for (std::size_t s = begin; s < end; ++s) {
+            ShockedMarket market(scenarios[s]);
+            double* row = pnl.values.data() + s * positions.size();
+            for (std::size_t p = 0; p < positions.size(); ++p) {
+                if (!scenarios[s].Touches(names[p])) continue;
+                row[p] = positions[p].quantity * (PVOf(positions[p], market, scenarios[s].Name()) - basePVs[p]);
+            }
         }
-    }
+    };
+    const std::size_t threads = RevaluationThreads(scenarios.size());
+    std::vector<std::exception_ptr> failures(threads);
+    std::vector<std::thread> workers;
+    workers.reserve(threads - 1);
+    const auto runBlock = [&](std::size_t block) {
+        try {
+            revalueBlock(block * scenarios.size() / threads, (block + 1) * scenarios.size() / threads);
+        } catch (...) {
+            failures[block] = std::current_exception();
+        }
+    };
+    for (std::size_t block = 1; block < threads; ++block) workers.emplace_back(runBlock, block);
+    runBlock(0);
+    for (std::thread& worker : workers) worker.join();
+    // The earliest block's failure is the one a single thread would have met first.
+    for (const std::exception_ptr& failure : failures)
+        if (failure) std::rethrow_exception(failure);
     return pnl;
 }
 

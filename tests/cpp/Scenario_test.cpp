@@ -1,13 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <boost/make_shared.hpp>
 
 #include "FailureText.hpp"
+#include "ScopedEnv.hpp"
 #include "lum-risk-metrics/BondAdapter.hpp"
 #include "lum-risk-metrics/FXForwardAdapter.hpp"
 #include "lum-risk-metrics/HistoricalVaR.hpp"
@@ -19,6 +22,7 @@ namespace {
 
 using metrics::Metric;
 using zep::testing::FailureText;
+using zep::testing::ScopedEnv;
 
 Date D(const char* text) { return Date(std::string(text)); }
 
@@ -200,6 +204,79 @@ TEST(HistoricalVaR, ComponentsByTagAddUpToTheVaR) {
     }
     EXPECT_EQ(FailureText([&] { HistoricalVaR(portfolio, SpotAndRateHistory(), {0.99, 1.0}); }),
               "The confidence level 1 is outside (0, 1).");
+}
+
+TEST(RevaluationThreads, TheSettingOrEveryHardwareThreadButNoMoreThanTheScenarios) {
+    const std::size_t hardware = std::max(std::thread::hardware_concurrency(), 1u);
+    EXPECT_EQ(RevaluationThreads(1000), hardware);
+    EXPECT_EQ(RevaluationThreads(0), 1u);
+    {
+        ScopedEnv threads("ZEP_NUM_THREADS", "3");
+        EXPECT_EQ(RevaluationThreads(1000), 3u);
+        EXPECT_EQ(RevaluationThreads(2), 2u);
+        ScopedEnv mode("ZEP_RUNMODE", "SINGLETHREAD");
+        EXPECT_EQ(RevaluationThreads(1000), 1u);
+    }
+    ScopedEnv unreadable("ZEP_NUM_THREADS", "many");
+    EXPECT_EQ(RevaluationThreads(1000), hardware);
+}
+
+// Seven days of two spots and a curve, every day moving all three.
+FactorHistory SevenDays() {
+    return {{Shock::Spot("EURUSD", FXForwardFactor::SPOT_SHOCK, 0.0, ShockType::RELATIVE),
+             Shock::Spot("GBPUSD", FXForwardFactor::SPOT_SHOCK, 0.0, ShockType::RELATIVE),
+             Shock::Curve("GBP", YieldCurveFactor::LEVEL, 0.0)},
+            {{1.00, 1.25, 0.0400}, {1.02, 1.26, 0.0410}, {0.99, 1.24, 0.0395}, {1.01, 1.27, 0.0395},
+             {1.03, 1.22, 0.0420}, {0.98, 1.25, 0.0380}, {1.00, 1.21, 0.0405}, {1.01, 1.23, 0.0401}}};
+}
+
+metrics::Portfolio MixedBook() {
+    metrics::Portfolio portfolio;
+    portfolio.Add({"bond", BondOn(Curve("GBP", 0.04)), 2.0, {}});
+    portfolio.Add({"euro forward", ForwardOn(1.08, "EURUSD"), -3.0, {}});
+    portfolio.Add({"sterling forward", ForwardOn(1.26, "GBPUSD"), 1.5, {}});
+    return portfolio;
+}
+
+class RevaluedOnThreads : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(RevaluedOnThreads, GivesTheOneThreadPnLBitForBit) {
+    const auto scenarios = HistoricalScenarios(SevenDays());
+    const metrics::Portfolio portfolio = MixedBook();
+    std::vector<double> alone;
+    {
+        ScopedEnv one("ZEP_NUM_THREADS", "1");
+        alone = Revalue(portfolio, scenarios).values;
+    }
+    ScopedEnv threads("ZEP_NUM_THREADS", GetParam());
+    const std::vector<double> shared = Revalue(portfolio, scenarios).values;
+    ASSERT_EQ(shared.size(), alone.size());
+    for (std::size_t i = 0; i < alone.size(); ++i) EXPECT_EQ(shared[i], alone[i]) << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(ThreadCounts, RevaluedOnThreads, ::testing::Values("2", "3", "7", "64"));
+
+TEST(Revalue, OnSeveralThreadsTheFailureOfTheEarliestScenarioIsReported) {
+    metrics::Portfolio portfolio;
+    portfolio.Add({"bond", BondOn(Curve("GBP", 0.04)), 1.0, {}});
+    std::vector<Scenario> scenarios;
+    for (std::size_t pillar = 0; pillar < 6; ++pillar)
+        scenarios.emplace_back("pillar " + std::to_string(pillar),
+                               std::vector<Shock>{Shock::Curve("GBP", YieldCurveFactor::KEY_RATE, 1.0, pillar)});
+    std::string alone;
+    {
+        ScopedEnv one("ZEP_NUM_THREADS", "1");
+        alone = FailureText([&] { Revalue(portfolio, scenarios); });
+    }
+    ScopedEnv three("ZEP_NUM_THREADS", "3");
+    EXPECT_EQ(FailureText([&] { Revalue(portfolio, scenarios); }), alone);
+    EXPECT_NE(alone.find("pillar 4"), std::string::npos) << alone;  // the curve has pillars 0 to 3
+}
+
+TEST(VaRReport, AMatrixOfTheWrongSizeIsRefused) {
+    const metrics::Portfolio portfolio = MixedBook();
+    EXPECT_EQ(FailureText([&] { VaRReport(portfolio, {"a", "b"}, {3, 2, std::vector<double>(5, 0.0)}, {0.9}); }),
+              "The P&L matrix holds 5 values for 2 scenarios of a portfolio of 3 trades; it needs 6.");
 }
 
 }  // namespace

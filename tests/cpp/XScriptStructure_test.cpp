@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "PayoffFixtures.hpp"
+#include "ScopedEnv.hpp"
 #include "lum-auxiliary/Error.hpp"
 #include "lum-monte-carlo/ScriptGreeks.hpp"
 #include "lum-monte-carlo/SimpleDupire.hpp"
@@ -16,6 +17,7 @@ namespace zep {
 namespace {
 
 using testing::CallPayoff;
+using testing::ScopedEnv;
 
 double N(double x) { return 0.5 * std::erfc(-x / std::sqrt(2.0)); }
 double Density(double x) { return std::exp(-x * x / 2) / std::sqrt(2 * M_PI); }
@@ -87,15 +89,6 @@ Estimate Priced(const XScriptStructure& product) {
     const auto outcome = product.Simulate(MarketShift{}, product.Inputs().numSimulations, false);
     return {outcome.result.mean[0], outcome.result.standardError[0]};
 }
-
-class ScopedEnv {
-public:
-    ScopedEnv(const char* name, const char* value) : m_name(name) { setenv(name, value, 1); }
-    ~ScopedEnv() { unsetenv(m_name); }
-
-private:
-    const char* m_name;
-};
 
 TEST(XScriptStructure, BlackScholesCallMatchesClosedForm) {
     const XScriptStructure product(OneYearInputs(1, 200000), CallPayoff(100.0));

@@ -20,6 +20,18 @@ inline scenario::HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& por
                                                    const std::vector<double>& confidences, const std::string& tag) {
     return scenario::HistoricalVaR(portfolio, {factors, levels}, confidences, tag);
 }
+// The P&L matrix crosses to and from Python flat, scenario-major (one row of trades per scenario).
+inline std::vector<double> RevaluePnL(const metrics::Portfolio& portfolio,
+                                      const std::vector<scenario::Scenario>& scenarios) {
+    return scenario::Revalue(portfolio, scenarios).values;
+}
+inline scenario::HistoricalVaRReport VaRReport(const metrics::Portfolio& portfolio,
+                                               const std::vector<std::string>& scenarioNames,
+                                               const std::vector<double>& pnl, const std::vector<double>& confidences,
+                                               const std::string& tag) {
+    return scenario::VaRReport(portfolio, scenarioNames, {portfolio.Size(), scenarioNames.size(), pnl}, confidences,
+                               tag);
+}
 }  // namespace zep::python
 %}
 
@@ -171,6 +183,25 @@ zep::scenario::HistoricalVaRReport HistoricalVaR(const zep::metrics::Portfolio& 
     Py_DECREF(sequence);
     $1 = &scenarios;
 }
+// The pieces a distributed run is made of: the inputs checked up front, the P&L matrix of a chunk
+// of scenarios, and the report from the assembled matrix.
+%rename(_RevaluePnL) zep::python::RevaluePnL;
+%rename(_VaRReport) zep::python::VaRReport;
+%rename(_CheckVaRInputs) zep::scenario::CheckVaRInputs;
+namespace zep {
+namespace python {
+std::vector<double> RevaluePnL(const zep::metrics::Portfolio& portfolio,
+                               const std::vector<zep::scenario::Scenario>& scenarios);
+zep::scenario::HistoricalVaRReport VaRReport(const zep::metrics::Portfolio& portfolio,
+                                             const std::vector<std::string>& scenarioNames,
+                                             const std::vector<double>& pnl, const std::vector<double>& confidences,
+                                             const std::string& tag);
+}
+namespace scenario {
+void CheckVaRInputs(const zep::metrics::Portfolio& portfolio, const std::vector<double>& confidences,
+                    std::size_t scenarioCount);
+}
+}
 %rename(_ExplainPnL) zep::scenario::ExplainPnL;
 namespace zep {
 namespace scenario {
@@ -203,7 +234,8 @@ def ExplainPnL(portfolio: "Portfolio", scenarios: "Sequence[Scenario]") -> "Any"
 
 
 def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "numpy.typing.ArrayLike",
-                  confidences: "Sequence[float]" = (0.95, 0.99), tag: str = "") -> "dict[str, Any]":
+                  confidences: "Sequence[float]" = (0.95, 0.99), tag: str = "", client: "Any" = None,
+                  chunk_size: "int | None" = None) -> "dict[str, Any]":
     """Historical VaR of the portfolio: history holds one row per day (oldest first) and one
     column per factor, the factor's level that day (zero rates and volatilities as decimals,
     spots); factors[i] is a Shock saying what column i moves and whether its daily return is
@@ -215,6 +247,11 @@ def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "
     values of tag (by trade identifier when tag is empty) as minus each group's P&L in the
     scenario at the VaR rank, so they add up to the VaR.
 
+    The revaluation runs in this process on every hardware thread (ZEP_NUM_THREADS sets how
+    many, ZEP_RUNMODE=CPU one), or, given a dask.distributed Client, on its workers: the
+    portfolio is sent to each worker once, the scenarios as shock lists in chunks of chunk_size
+    (by default a few per worker thread). The P&L is the same bit for bit either way.
+
     Returns {"pnl", "summary", "components"}: with pandas, a Series of the P&L by scenario, a
     DataFrame of var, es and var_scenario by confidence, and a DataFrame of components by
     confidence (one column per group); without it, a NumPy array (and "scenario", the names),
@@ -223,7 +260,13 @@ def HistoricalVaR(portfolio: "Portfolio", factors: "Sequence[Shock]", history: "
     levels = numpy.asarray(history, dtype=numpy.float64)
     if levels.ndim != 2:
         raise ValueError("The history must be a table: one row per day, one column per factor.")
-    report = _HistoricalVaR(portfolio, list(factors), levels.tolist(), [float(c) for c in confidences], tag)
+    confidences = [float(c) for c in confidences]
+    if client is None:
+        report = _HistoricalVaR(portfolio, list(factors), levels.tolist(), confidences, tag)
+    else:
+        from .risk_dask import distributed_var_report
+        report = distributed_var_report(client, portfolio, list(factors), levels.tolist(), confidences, tag,
+                                        chunk_size)
     summary = {name: numpy.asarray(report[name]) for name in ("confidence", "var", "es", "var_scenario")}
     components = {group: numpy.asarray(shares) for group, shares in report["components"].items()}
     try:

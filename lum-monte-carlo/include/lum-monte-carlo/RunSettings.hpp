@@ -19,6 +19,9 @@ RunMode RunModeFromText(const std::optional<std::string>& text);
 // with a warning written once per process to the log.
 RunMode EffectiveRunMode(const std::optional<std::string>& text);
 
+// The thread count ZEP_NUM_THREADS asks for: an integer from 1 to 64, anything else is no setting.
+std::optional<int> ConfiguredThreadCount(const std::optional<std::string>& numThreadsSetting);
+
 // ZEP_NUM_THREADS when it is an integer from 1 to 64; otherwise
 // min(max(h, 1), paths < 25 ? 1 : ceil(paths / 25), max(half, 1)) with h the hardware threads
 // and half = (h + 1) / 2, or 2 when h is unknown (0).

@@ -11,6 +11,7 @@
 
 #include "lum-risk-metrics/HistoricalScenarios.hpp"
 #include "lum-risk-metrics/Portfolio.hpp"
+#include "lum-risk-metrics/ScenarioRevaluation.hpp"
 #include "lum-risk-metrics/ValueAtRisk.hpp"
 
 namespace zep::scenario {
@@ -24,6 +25,17 @@ struct HistoricalVaRReport {
     std::vector<double> pnl;  // the portfolio's P&L per scenario
     std::vector<VaRFigures> figures;  // one per confidence level, in the order asked
 };
+
+// Fails on no confidence level, a confidence level outside (0, 1) or an empty portfolio: checked
+// before any revaluation, wherever the revaluation runs.
+void CheckVaRInputs(const metrics::Portfolio& portfolio, const std::vector<double>& confidences,
+                    std::size_t scenarioCount);
+
+// The report from a P&L matrix revalued elsewhere (another process, another machine), one
+// scenario per name in that order; the same figures HistoricalVaR gives for the same matrix.
+HistoricalVaRReport VaRReport(const metrics::Portfolio& portfolio, std::vector<std::string> scenarioNames,
+                              const ScenarioPnL& pnl, const std::vector<double>& confidences,
+                              const std::string& tag = "");
 
 // Groups are the values of the tag (positions without it under ""); an empty tag groups by trade.
 HistoricalVaRReport HistoricalVaR(const metrics::Portfolio& portfolio, const FactorHistory& history,
