@@ -174,6 +174,9 @@ vol a number or an FX surface (zep.FXVolSurface, zep.MFXVolSurface), whose 25-de
 feed Vanna-Volga. Price/PV(method) with the VanillaBarriers codes (0 Black-Scholes, 1 Vanna-Volga,
 2 finite differences), DeltaPrice('spot_Volatility', bump, method). Failures read
 'MVanillaBarriers::<operation> failed: ...'.";
+// Helpers of the wrappers' constructors, returning C++ types Python has no class for.
+%ignore zep::python::BarrierTerms;
+%ignore zep::python::SurfaceSmileQuotes;
 %include "MVanillaBarriers.hpp"
 
 %feature("docstring") zep::DigitalOption

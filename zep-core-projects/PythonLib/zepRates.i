@@ -20,6 +20,10 @@
 %feature("docstring") zep::FixingStore
 "Published fixings of rate and FX indices: FixingStore(); Add(index, date, rate). A coupon fixed
 before the valuation date reads its rate here; a missing one fails naming the index and date.";
+// The per-index listing serves the inflation curve, which copies its fixings in C++; Python reads
+// fixings through the instruments that use them.
+%ignore zep::FixingStore::FixingsOf;
+%ignore zep::KnownFixing;  // the instruments' lookup, an optional Python has no type for
 %include "lum-interest-rates/FixingStore.hpp"
 
 %rename(CashflowScheduleRow) zep::CashFlow;
