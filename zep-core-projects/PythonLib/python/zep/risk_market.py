@@ -59,21 +59,21 @@ def load_market(path):
         raise ValueError(f"{path}: a market file is a mapping with a reference_date")
     reference = str(fields["reference_date"])
     curves = {}
-    for label, spec in (fields.get("curves") or {}).items():
-        rates = [float(r) for r in spec["zero_rates"]]
-        if "tenors" in spec:
-            curves[label] = zeplib.YieldCurve.FromTenors(reference, [str(t) for t in spec["tenors"]], rates,
+    for label, curve in (fields.get("curves") or {}).items():
+        rates = [float(r) for r in curve["zero_rates"]]
+        if "tenors" in curve:
+            curves[label] = zeplib.YieldCurve.FromTenors(reference, [str(t) for t in curve["tenors"]], rates,
                                                          zeplib.Continuous, zeplib.DayCounter(zeplib.Act365Fixed),
                                                          label=label)
         else:
-            curves[label] = zeplib.YieldCurve.FromZeroRates(reference, [str(d) for d in spec["dates"]], rates,
+            curves[label] = zeplib.YieldCurve.FromZeroRates(reference, [str(d) for d in curve["dates"]], rates,
                                                             zeplib.Continuous, zeplib.DayCounter(zeplib.Act365Fixed),
                                                             label=label)
     spots = {pair: float(level) for pair, level in (fields.get("spots") or {}).items()}
     volatilities = {pair: float(level) for pair, level in (fields.get("volatilities") or {}).items()}
     market = RiskMarket(reference, curves, spots, volatilities)
-    for issuer, spec in (fields.get("credit_curves") or {}).items():
-        market.credit_curves[issuer] = zeplib.CreditCurve(reference, [str(t) for t in spec["tenors"]],
-                                                          [float(x) for x in spec["spreads"]], float(spec["recovery"]),
-                                                          market.curve(spec["discount"]))
+    for issuer, credit in (fields.get("credit_curves") or {}).items():
+        market.credit_curves[issuer] = zeplib.CreditCurve(reference, [str(t) for t in credit["tenors"]],
+                                                          [float(x) for x in credit["spreads"]], float(credit["recovery"]),
+                                                          market.curve(credit["discount"]))
     return market
